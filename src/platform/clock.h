@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+
+namespace loom {
+
+struct CalendarDay {
+  int year = 1970;
+  int month = 1;  // 1-12
+  int day = 1;    // 1-31
+  friend bool operator==(const CalendarDay&, const CalendarDay&) = default;
+};
+
+// Whether the Gregorian calendar has that day, in the years 1900-9999.
+bool IsValidDay(const CalendarDay& day);
+
+// Local time (TZ is honoured) split into its fields.
+struct LocalTime {
+  CalendarDay day;
+  int hour = 0;
+  int minute = 0;
+  int second = 0;
+  friend bool operator==(const LocalTime&, const LocalTime&) = default;
+};
+
+// Seconds since 1970 of a local time; whether summer time applies is the system library's decision. Fields out of
+// their range carry over. Throws Error when the system cannot represent the time.
+std::int64_t SecondsOf(const LocalTime& time);
+inline std::int64_t LocalMidnight(const CalendarDay& day) { return SecondsOf({.day = day}); }
+
+// Throws Error for a time whose year does not fit.
+LocalTime LocalTimeOf(std::int64_t time_s);
+
+}  // namespace loom

@@ -1,0 +1,185 @@
+#include "platform/encoding.h"
+
+#include <iconv.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <functional>
+
+namespace loom {
+namespace {
+
+// One direction of conversion; descriptors are per thread and live as long as the thread.
+class Converter {
+ public:
+  Converter(const char* to, const char* from) : descriptor_(iconv_open(to, from)) {
+    if (descriptor_ == reinterpret_cast<iconv_t>(-1))
+      throw Error(std::string("this system cannot convert text from ") + from + " to " + to);
+  }
+  Converter(const Converter&) = delete;
+  Converter& operator=(const Converter&) = delete;
+  ~Converter() { iconv_close(descriptor_); }
+
+  // Converts `input`; what cannot be converted is handed to `on_bad` (input, position, output), which appends what
+  // stands for it and returns the number of bytes to pass over, or throws.
+  template <class OnBad>
+  std::string Convert(std::string_view input, OnBad on_bad) {
+    std::string output;
+    iconv(descriptor_, nullptr, nullptr, nullptr, nullptr);
+    char* in = const_cast<char*>(input.data());  // iconv does not write through it
+    std::size_t in_left = input.size();
+    while (in_left > 0) {
+      const bool whole = ConvertRun(&in, &in_left, &output);
+      if (whole || in_left == 0) continue;
+      const std::size_t skip = std::min(on_bad(input, input.size() - in_left, &output), in_left);
+      in += skip;
+      in_left -= skip;
+    }
+    return output;
+  }
+
+ private:
+  // False when it stopped at input that is invalid, cut off or has no counterpart.
+  bool ConvertRun(char** in, std::size_t* in_left, std::string* output) {
+    char block[4096];
+    char* out = block;
+    std::size_t out_left = sizeof(block);
+    const std::size_t result = iconv(descriptor_, in, in_left, &out, &out_left);
+    const int error = errno;
+    output->append(block, sizeof(block) - out_left);
+    return result != static_cast<std::size_t>(-1) || error == E2BIG;
+  }
+
+  iconv_t descriptor_;
+};
+
+bool IsAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+std::string Hex(char byte) {
+  char text[5];
+  std::snprintf(text, sizeof(text), "\\x%02X", static_cast<unsigned>(static_cast<unsigned char>(byte)));
+  return text;
+}
+
+// Bytes of the UTF-8 character at `at`; 1 where there is none.
+std::size_t Utf8CharLength(std::string_view text, std::size_t at) {
+  const auto lead = static_cast<unsigned char>(text[at]);
+  std::size_t length = lead < 0xC2 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 1;
+  if (at + length > text.size()) return 1;
+  for (std::size_t i = 1; i < length; ++i) {
+    if ((static_cast<unsigned char>(text[at + i]) & 0xC0) != 0x80) return 1;
+  }
+  return length;
+}
+
+std::size_t ThrowBadUtf8(std::string_view input, std::size_t at, std::string*) {
+  const std::size_t length = Utf8CharLength(input, at);
+  if (length == 1) throw EncodingError(at, "invalid UTF-8 byte " + Hex(input[at]));
+  throw EncodingError(at, "the character '" + std::string(input.substr(at, length)) + "' has no place in GBK");
+}
+
+std::size_t ThrowBadUtf16(std::string_view input, std::size_t at, std::string*) {
+  throw EncodingError(at, input.size() - at < 2 ? "half a UTF-16 unit" : "a UTF-16 unit that cannot be converted");
+}
+
+Converter& Utf8ToGbkConverter() {
+  thread_local Converter converter("GBK", "UTF-8");
+  return converter;
+}
+
+Converter& GbkToUtf8Converter() {
+  thread_local Converter converter("UTF-8", "GBK");
+  return converter;
+}
+
+// A byte of a native name that GBK cannot express travels as one character of the code page's user-defined area,
+// which converts to nothing else: 0x80-0xBF under lead 0xFD, 0xC0-0xFF under lead 0xFE, trails from 0xA1.
+constexpr unsigned char kLowByteLead = 0xFD;
+constexpr unsigned char kHighByteLead = 0xFE;
+constexpr unsigned char kFirstTrail = 0xA1;
+
+void AppendRawByte(unsigned char byte, std::string* gbk) {
+  *gbk += static_cast<char>(byte < 0xC0 ? kLowByteLead : kHighByteLead);
+  *gbk += static_cast<char>(kFirstTrail + (byte & 0x3F));
+}
+
+// The native bytes of one double-byte character.
+std::string NativeCharacter(std::string_view gbk) {
+  const auto lead = static_cast<unsigned char>(gbk[0]);
+  const int low_bits = static_cast<unsigned char>(gbk[1]) - kFirstTrail;
+  if ((lead == kLowByteLead || lead == kHighByteLead) && low_bits >= 0 && low_bits < 0x40)
+    return std::string(1, static_cast<char>((lead == kLowByteLead ? 0x80 : 0xC0) + low_bits));
+  return GbkToUtf8Converter().Convert(gbk, [](std::string_view input, std::size_t bad, std::string* output) {
+    *output += input[bad];
+    return std::size_t{1};
+  });
+}
+
+}  // namespace
+
+std::string GbkToUtf8(std::string_view gbk) {
+  if (IsAscii(gbk)) return std::string(gbk);
+  return GbkToUtf8Converter().Convert(gbk, [](std::string_view input, std::size_t at, std::string* output) {
+    *output += Hex(input[at]);
+    return std::size_t{1};
+  });
+}
+
+CString Utf8ToGbk(std::string_view utf8) {
+  if (IsAscii(utf8)) return CString(utf8);
+  return CString(Utf8ToGbkConverter().Convert(utf8, ThrowBadUtf8));
+}
+
+CString Utf8ToGbkOr(std::string_view utf8, char replacement) {
+  return CString(Utf8ToGbkConverter().Convert(utf8, [&](std::string_view input, std::size_t at, std::string* output) {
+    *output += replacement;
+    return Utf8CharLength(input, at);
+  }));
+}
+
+CString Utf16LeToGbk(std::string_view bytes) {
+  thread_local Converter converter("GBK", "UTF-16LE");
+  return CString(converter.Convert(bytes, ThrowBadUtf16));
+}
+
+std::string GbkToUtf16Le(std::string_view gbk) {
+  thread_local Converter converter("UTF-16LE", "GBK");
+  return converter.Convert(gbk, [](std::string_view input, std::size_t at, std::string*) -> std::size_t {
+    throw EncodingError(at, "invalid GBK byte " + Hex(input[at]));
+  });
+}
+
+std::string Utf16ToUtf8(std::string_view bytes) {
+  thread_local Converter little("UTF-8", "UTF-16LE");
+  thread_local Converter big("UTF-8", "UTF-16BE");
+  if (bytes.starts_with("\xFE\xFF")) return big.Convert(bytes.substr(2), ThrowBadUtf16);
+  return little.Convert(bytes.starts_with("\xFF\xFE") ? bytes.substr(2) : bytes, ThrowBadUtf16);
+}
+
+std::string GbkPathToNative(const CString& path) {
+  std::string native;
+  const std::string_view text = path.view();
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t length = GbkCharLength(text, at);
+    if (length == 2)
+      native += NativeCharacter(text.substr(at, 2));
+    else
+      native += text[at] == '\\' ? '/' : text[at];
+    at += length;
+  }
+  return native;
+}
+
+CString NativePathToGbk(std::string_view native) {
+  if (IsAscii(native)) return CString(native);
+  return CString(Utf8ToGbkConverter().Convert(native, [](std::string_view input, std::size_t at, std::string* output) {
+    const std::size_t length = Utf8CharLength(input, at);
+    for (const char c : input.substr(at, length)) AppendRawByte(static_cast<unsigned char>(c), output);
+    return length;
+  }));
+}
+
+}  // namespace loom

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/cstring.h"
+
+namespace loom {
+
+// One place where input was skipped, defaulted or mended. Texts but the path are UTF-8.
+struct Note {
+  CString file;
+  std::string at;    // "byte 1234", "line 7", "Sheet1 row 3"
+  std::string what;  // value found and what was expected
+};
+
+// Collects notes by kind: the first places of a kind are kept, the rest is counted.
+class Notes {
+ public:
+  static constexpr std::size_t kPlacesKept = 10;
+
+  struct Kind {
+    std::string name;  // "unknown tag"
+    std::uint64_t count = 0;
+    std::vector<Note> places;
+  };
+
+  void Add(std::string_view kind, const CString& file, std::uint64_t position_bytes, std::string_view what);
+  void Add(std::string_view kind, const CString& file, std::string_view at, std::string_view what);
+
+  const std::vector<Kind>& kinds() const { return kinds_; }  // in order of first appearance
+  std::uint64_t Count(std::string_view kind) const;
+  bool IsEmpty() const { return kinds_.empty(); }
+  void Clear();
+
+ private:
+  Note* NextPlace(std::string_view kind);  // null when enough places are kept
+
+  std::vector<Kind> kinds_;
+  std::map<std::string, std::size_t, std::less<>> index_;
+};
+
+// Where the module and the host put their notes.
+Notes& CurrentNotes();
+
+// Makes `notes` the current collector for its lifetime.
+class NotesScope {
+ public:
+  explicit NotesScope(Notes& notes);
+  NotesScope(const NotesScope&) = delete;
+  NotesScope& operator=(const NotesScope&) = delete;
+  ~NotesScope();
+
+ private:
+  Notes* previous_;
+};
+
+}  // namespace loom
