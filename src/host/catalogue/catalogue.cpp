@@ -1,0 +1,214 @@
+#include "host/catalogue/catalogue.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+#include "host/catalogue/name_pattern.h"
+#include "platform/encoding.h"
+#include "platform/file.h"
+#include "platform/number.h"
+#include "platform/path.h"
+
+namespace loom {
+namespace {
+
+constexpr char kIEsFile[] = "ie_catalogue.tsv";
+constexpr char kEventsFile[] = "events.tsv";
+constexpr std::int32_t kMaxId = 999'999;
+
+struct TypeName {
+  std::string_view name;
+  MemTableFieldTypeEnum type;
+};
+constexpr std::array kTypeNames{
+    TypeName{"bool", kFieldBool}, TypeName{"text", kFieldText},   TypeName{"short", kFieldShort},
+    TypeName{"int", kFieldInt},   TypeName{"float", kFieldFloat},
+};
+
+// The fields of one line; what is wrong with one of them is thrown as std::invalid_argument.
+class Fields {
+ public:
+  // The last `optional` columns may be left away, all of them together.
+  Fields(std::string_view line, std::size_t count, std::size_t optional = 0) {
+    for (;;) {
+      const auto tab = line.find('\t');
+      fields_.push_back(line.substr(0, tab));
+      if (tab == std::string_view::npos) break;
+      line.remove_prefix(tab + 1);
+    }
+    if (fields_.size() + optional == count) fields_.resize(count);
+    if (fields_.size() != count) {
+      throw std::invalid_argument(std::to_string(fields_.size()) + " columns instead of " + std::to_string(count));
+    }
+  }
+
+  std::string_view Text(std::size_t column) const { return fields_[column]; }
+  std::int32_t Int(std::size_t column, const char* what, std::int32_t minimum, std::int32_t maximum) const {
+    const auto value = ParseInt<std::int32_t>(fields_[column]);
+    if (!value || *value < minimum || *value > maximum) {
+      throw std::invalid_argument(std::string(what) + " '" + std::string(fields_[column]) + "' is no integer from " +
+                                  std::to_string(minimum) + " to " + std::to_string(maximum));
+    }
+    return *value;
+  }
+  // Empty: none.
+  std::optional<double> Double(std::size_t column, const char* what) const {
+    if (fields_[column].empty()) return std::nullopt;
+    const auto value = ParseDouble(fields_[column]);
+    if (!value || !std::isfinite(*value)) {
+      throw std::invalid_argument(std::string(what) + " '" + std::string(fields_[column]) + "' is no number");
+    }
+    return value;
+  }
+
+ private:
+  std::vector<std::string_view> fields_;
+};
+
+// Calls `take` with every line that is neither empty nor a comment and its number from 1; what it throws gets file and
+// line.
+template <class Take>
+void ForEachLine(std::string_view text, const CString& file, Take&& take) {
+  std::int32_t number = 0;
+  while (!text.empty()) {
+    ++number;
+    const auto end = text.find('\n');
+    std::string_view line = text.substr(0, end);
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    if (line.empty() || line.starts_with('#')) continue;
+    try {
+      take(line, number);
+    } catch (const std::invalid_argument& error) {
+      throw CatalogueError(file, number, error.what());
+    } catch (const EncodingError& error) {
+      throw CatalogueError(file, number, error.what());
+    }
+  }
+}
+
+MemTableFieldTypeEnum ParseType(std::string_view name) {
+  for (const TypeName& known : kTypeNames) {
+    if (known.name == name) return known.type;
+  }
+  throw std::invalid_argument("unknown type '" + std::string(name) + "'");
+}
+
+// What all ids of a line have in common.
+CIEEntry ParseCommonPart(const Fields& fields) {
+  CIEEntry entry;
+  entry.unit = Utf8ToGbk(fields.Text(3));
+  entry.type = ParseType(fields.Text(4));
+  const auto minimum = fields.Double(5, "the minimum");
+  const auto maximum = fields.Double(6, "the maximum");
+  if (minimum.has_value() != maximum.has_value()) throw std::invalid_argument("a range needs both of its ends");
+  if (minimum && *minimum > *maximum) throw std::invalid_argument("the minimum lies above the maximum");
+  if (minimum) {
+    entry.has_range = true;
+    entry.minimum = *minimum;
+    entry.maximum = *maximum;
+  }
+  return entry;
+}
+
+}  // namespace
+
+CatalogueError::CatalogueError(const CString& path, std::int32_t line, const std::string& reason)
+    : Error(GbkToUtf8(path) + " line " + std::to_string(line) + ": " + reason), line_(line) {}
+
+IECatalogue IECatalogue::Load(const CString& folder) {
+  const CString ies = JoinPath(folder, kIEsFile);
+  const CString events = JoinPath(folder, kEventsFile);
+  return Parse(ReadWholeText(ies), ies, ReadWholeText(events), events);
+}
+
+IECatalogue IECatalogue::Parse(std::string_view ies, const CString& ies_name, std::string_view events,
+                               const CString& events_name) {
+  IECatalogue catalogue;
+  catalogue.AddEntries(ies, ies_name);
+  catalogue.AddEvents(events, events_name);
+  return catalogue;
+}
+
+void IECatalogue::AddEntries(std::string_view text, const CString& file) {
+  std::vector<LineStart> lines;
+  ForEachLine(text, file, [&](std::string_view line, std::int32_t number) {
+    const Fields fields(line, 7, 2);
+    const std::int32_t first_id = fields.Int(0, "the id", 1, kMaxId);
+    const std::int32_t count = fields.Int(1, "the count", 1, kMaxId - first_id + 1);
+    if (!entries_.empty() && first_id <= entries_.back().id) {
+      throw std::invalid_argument("id " + std::to_string(first_id) + " does not lie above the ids before it, up to " +
+                                  std::to_string(entries_.back().id));
+    }
+    const NamePattern pattern(fields.Text(2));
+    if (count > 1 && !pattern.Counts()) throw std::invalid_argument("a name for several ids needs a running number");
+    lines.push_back({entries_.size(), number});
+    CIEEntry entry = ParseCommonPart(fields);
+    std::string name;
+    for (std::int32_t i = 0; i < count; ++i) {
+      name.clear();
+      pattern.AppendName(first_id, i, name);
+      entry.id = first_id + i;
+      entry.name = CString(std::string_view(name));
+      entries_.push_back(entry);
+    }
+  });
+  IndexEntries(lines, file);
+}
+
+void IECatalogue::IndexEntries(std::span<const LineStart> lines, const CString& file) {
+  if (!entries_.empty()) index_by_id_.assign(static_cast<std::size_t>(entries_.back().id) + 1, -1);
+  index_by_name_.reserve(entries_.size());
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    const auto place = static_cast<std::int32_t>(i);
+    index_by_id_[static_cast<std::size_t>(entries_[i].id)] = place;
+    const auto [known, is_new] = index_by_name_.try_emplace(entries_[i].name.view(), place);
+    if (is_new) continue;
+    const auto behind = std::find_if(lines.begin(), lines.end(), [i](const LineStart& at) { return at.entry > i; });
+    throw CatalogueError(file, std::prev(behind)->line,
+                         "id " + std::to_string(entries_[i].id) + " has the name of id " +
+                             std::to_string(entries_[static_cast<std::size_t>(known->second)].id) + ", " +
+                             entries_[i].name.str());
+  }
+}
+
+void IECatalogue::AddEvents(std::string_view text, const CString& file) {
+  ForEachLine(text, file, [&](std::string_view line, std::int32_t) {
+    const Fields fields(line, 2);
+    const std::int32_t id = fields.Int(0, "the id", 0, kMaxId);
+    const CString name = Utf8ToGbk(fields.Text(1));
+    if (name.IsEmpty()) throw std::invalid_argument("the name is empty");
+    if (!events_.empty() && id <= events_.rbegin()->first) {
+      throw std::invalid_argument("id " + std::to_string(id) + " does not lie above the id before it, " +
+                                  std::to_string(events_.rbegin()->first));
+    }
+    events_.emplace_hint(events_.end(), id, name);
+  });
+}
+
+const CIEEntry* IECatalogue::Find(std::int32_t id) const {
+  if (id < 0 || static_cast<std::size_t>(id) >= index_by_id_.size()) return nullptr;
+  const std::int32_t place = index_by_id_[static_cast<std::size_t>(id)];
+  return place < 0 ? nullptr : &entries_[static_cast<std::size_t>(place)];
+}
+
+const CIEEntry* IECatalogue::FindByName(const CString& name) const {
+  const auto found = index_by_name_.find(name.view());
+  return found == index_by_name_.end() ? nullptr : &entries_[static_cast<std::size_t>(found->second)];
+}
+
+MemTableFieldTypeEnum IECatalogue::TypeOf(std::int32_t id) const {
+  const CIEEntry* entry = Find(id);
+  return entry ? entry->type : kFieldInt;
+}
+
+CString IECatalogue::EventName(std::int32_t id) const {
+  const auto found = events_.find(id);
+  return found == events_.end() ? CString() : found->second;
+}
+
+}  // namespace loom
