@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <memory_resource>
+#include <nlohmann/json_fwd.hpp>
+#include <span>
+#include <string_view>
+
+#include "components/records/testdata.h"
+#include "platform/byte_reader.h"
+
+namespace loom::records {
+
+class JsonPlace;
+
+// What can be done with one kind of block, whatever its structure. Made from the descriptions of record_fields.h, one
+// source file per family of blocks.
+struct BlockCodec {
+  std::uint16_t tag;
+  std::string_view name;
+  bool (*present)(const CTestdataBase& record);
+  // Makes the block from its coded value and hangs it into the record. Throws FormatError.
+  void (*decode)(ByteReader value, CTestdataBase& record, std::pmr::memory_resource& arena);
+  // Writes the value of a block that is present.
+  void (*encode)(const CTestdataBase& record, ByteWriter& out);
+  // The same for JSON objects; from_json throws RecordJsonError.
+  void (*from_json)(const nlohmann::ordered_json& value, const JsonPlace& place, CTestdataBase& record,
+                    std::pmr::memory_resource& arena);
+  nlohmann::ordered_json (*to_json)(const CTestdataBase& record);
+};
+
+std::span<const BlockCodec> TdBlocks();
+std::span<const BlockCodec> FurtherTdBlocks();
+std::span<const BlockCodec> GsmBlocks();
+std::span<const BlockCodec> LteBlocks();
+std::span<const BlockCodec> ScanBlocks();
+std::span<const BlockCodec> ServiceBlocks();
+
+// All of them, in the order of their tags.
+std::span<const BlockCodec> AllBlocks();
+// Null for an unknown tag.
+const BlockCodec* FindBlock(std::uint16_t tag);
+// Blocks that are made together with the header, because their records are never decoded.
+constexpr bool NeedsNoDecoding(std::uint16_t tag) {
+  return tag == 272 || tag == 276 || tag == 420 || tag == 424 || tag == 520;
+}
+
+}  // namespace loom::records

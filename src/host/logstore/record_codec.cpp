@@ -1,0 +1,162 @@
+#include "host/logstore/record_codec.h"
+
+#include <array>
+#include <string>
+
+#include "host/logstore/record_blocks.h"
+#include "host/logstore/record_fields_header.h"
+#include "host/logstore/record_value_codec.h"
+#include "platform/byte_reader.h"
+
+namespace loom {
+namespace records {
+namespace {
+
+constexpr std::uint16_t kTagHeader = 1;
+constexpr std::uint16_t kTagFaults = 2;
+constexpr std::uint8_t kFaultRead = 1;
+constexpr std::uint8_t kFaultDecode = 2;
+constexpr std::uint16_t kGreatestTag = 520;
+
+// Tags are byte positions of pointers, four bytes apart.
+using TagTable = std::array<const BlockCodec*, kGreatestTag / 4 + 1>;
+
+TagTable MakeTagTable() {
+  TagTable table{};
+  for (auto family : {TdBlocks(), FurtherTdBlocks(), GsmBlocks(), LteBlocks(), ScanBlocks(), ServiceBlocks()}) {
+    for (const BlockCodec& codec : family) table.at(codec.tag / 4) = &codec;
+  }
+  return table;
+}
+
+struct Element {
+  std::uint16_t tag;
+  ByteReader value;
+};
+
+Element NextElement(ByteReader& in) {
+  const std::uint16_t tag = in.U16("tag");
+  const std::uint32_t length = in.U32("length");
+  return {tag, in.Part(length, "element")};
+}
+
+void DecodeFaults(ByteReader value, CTestdataBase& record) {
+  if (value.AtEnd()) return;
+  const std::uint8_t faults = value.U8();
+  record.fails_to_read = (faults & kFaultRead) != 0;
+  record.fails_to_decode = (faults & kFaultDecode) != 0;
+}
+
+void DecodeBlock(const Element& element, CTestdataBase& record, std::pmr::memory_resource& arena) {
+  const BlockCodec* codec = FindBlock(element.tag);
+  if (!codec) return;
+  if (codec->present(record)) {
+    throw FormatError(element.value.Position(), "the record has its block " + std::string(codec->name) + " twice");
+  }
+  codec->decode(element.value, record, arena);
+}
+
+void EncodeElement(const BlockCodec& codec, const CTestdataBase& record, ByteWriter& out) {
+  if (!codec.present(record)) return;
+  out.U16(codec.tag);
+  const std::size_t length_at = out.Size();
+  out.U32(0);
+  codec.encode(record, out);
+  out.PatchU32(length_at, static_cast<std::uint32_t>(out.Size() - length_at - sizeof(std::uint32_t)));
+}
+
+}  // namespace
+
+const BlockCodec* FindBlock(std::uint16_t tag) {
+  static const TagTable table = MakeTagTable();
+  return tag <= kGreatestTag && tag % 4 == 0 ? table[tag / 4] : nullptr;
+}
+
+std::span<const BlockCodec> AllBlocks() {
+  static const std::vector<BlockCodec> blocks = [] {
+    std::vector<BlockCodec> all;
+    for (const BlockCodec* codec : MakeTagTable()) {
+      if (codec) all.push_back(*codec);
+    }
+    return all;
+  }();
+  return blocks;
+}
+
+}  // namespace records
+
+void DecodeHeader(std::span<const std::byte> payload, std::uint64_t position_bytes, CTestdataBase& record,
+                  std::pmr::memory_resource& arena) {
+  using namespace records;
+  record.arena = &arena;
+  ByteReader in(payload, position_bytes);
+  bool has_header = false;
+  while (!in.AtEnd()) {
+    const std::size_t start = in.Offset();
+    Element element = NextElement(in);
+    if (element.tag == kTagHeader) {
+      if (has_header) throw FormatError(element.value.Position(), "the record has its header twice");
+      has_header = true;
+      DecodeLeadingFields(element.value, record, arena);
+    } else if (element.tag == kTagFaults) {
+      DecodeFaults(element.value, record);
+    } else if (NeedsNoDecoding(element.tag)) {
+      DecodeBlock(element, record, arena);
+    } else if (record.encoded_blocks.empty()) {
+      record.encoded_blocks = payload.subspan(start);
+      record.encoded_position_bytes = position_bytes + start;
+    }
+  }
+  if (!has_header) throw FormatError(position_bytes, "a record without header");
+}
+
+bool DecodeBlocks(CTestdataBase& record, std::pmr::memory_resource& arena) {
+  using namespace records;
+  if (record.fails_to_decode) return false;
+  ByteReader in(record.encoded_blocks, record.encoded_position_bytes);
+  while (!in.AtEnd()) {
+    const Element element = NextElement(in);
+    if (!NeedsNoDecoding(element.tag)) DecodeBlock(element, record, arena);
+  }
+  record.encoded_blocks = {};
+  return true;
+}
+
+void DecodeRecord(std::span<const std::byte> payload, std::uint64_t position_bytes, CTestdataBase& record,
+                  std::pmr::memory_resource& arena) {
+  DecodeHeader(payload, position_bytes, record, arena);
+  const bool fails_to_decode = record.fails_to_decode;
+  record.fails_to_decode = false;
+  DecodeBlocks(record, arena);
+  record.fails_to_decode = fails_to_decode;
+}
+
+std::vector<std::byte> EncodeRecord(const CTestdataBase& record) {
+  std::vector<std::byte> out;
+  AppendRecord(record, out);
+  return out;
+}
+
+void AppendRecord(const CTestdataBase& record, std::vector<std::byte>& out_bytes) {
+  using namespace records;
+  ByteWriter out(out_bytes);
+  out.U16(kTagHeader);
+  const std::size_t length_at = out.Size();
+  out.U32(0);
+  EncodeFields(out, record);
+  out.PatchU32(length_at, static_cast<std::uint32_t>(out.Size() - length_at - sizeof(std::uint32_t)));
+  if (record.fails_to_read || record.fails_to_decode) {
+    out.U16(kTagFaults);
+    out.U32(1);
+    out.U8(static_cast<std::uint8_t>((record.fails_to_read ? kFaultRead : 0) |
+                                     (record.fails_to_decode ? kFaultDecode : 0)));
+  }
+  for (const BlockCodec& codec : AllBlocks()) {
+    if (NeedsNoDecoding(codec.tag)) EncodeElement(codec, record, out);
+  }
+  for (const BlockCodec& codec : AllBlocks()) {
+    if (!NeedsNoDecoding(codec.tag)) EncodeElement(codec, record, out);
+  }
+}
+
+}  // namespace loom

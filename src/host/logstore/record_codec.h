@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory_resource>
+#include <span>
+#include <vector>
+
+#include "components/records/testdata.h"
+
+// Records as the payloads of a log; docs/records.md has the grammar. All functions that read throw FormatError with
+// the position in the file for bytes that are no record.
+namespace loom {
+
+// Reads the header, the marks and the blocks of the routes that are never decoded; the other blocks stay coded
+// (`encoded_blocks`) until DecodeBlocks. The record must be a fresh one. Its texts and coded blocks are borrowed from
+// `payload`, which must live as long as the record does; blocks are made in `arena`, which the record remembers.
+// A record marked as unreadable is read all the same: what the mark means is up to the reader of the log.
+void DecodeHeader(std::span<const std::byte> payload, std::uint64_t position_bytes, CTestdataBase& record,
+                  std::pmr::memory_resource& arena);
+
+// Makes the blocks that are still coded. False, with the blocks as they were, when the record is marked as one that
+// fails to decode. A second call does nothing.
+bool DecodeBlocks(CTestdataBase& record, std::pmr::memory_resource& arena);
+
+// Reads the whole record, whatever its marks say.
+void DecodeRecord(std::span<const std::byte> payload, std::uint64_t position_bytes, CTestdataBase& record,
+                  std::pmr::memory_resource& arena);
+
+// The one payload of a record with its marks. All blocks must have been decoded.
+std::vector<std::byte> EncodeRecord(const CTestdataBase& record);
+// The same behind what `out` holds.
+void AppendRecord(const CTestdataBase& record, std::vector<std::byte>& out);
+
+}  // namespace loom
