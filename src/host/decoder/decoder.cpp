@@ -1,0 +1,109 @@
+#include "components/decoder.h"
+
+#include <cctype>
+#include <string_view>
+
+#include "components/factory.h"
+#include "host/logstore/reading_log.h"
+#include "host/logstore/record_codec.h"
+#include "platform/error.h"
+#include "platform/notes.h"
+
+namespace loom {
+namespace {
+
+constexpr const char* kNotDecoded = "record not decoded";
+
+// Stateless: every coded block stands for itself.
+class BlockDecoder : public IDecoder {
+ public:
+  bool Decode(int, CTestdataBase& input, CTestdataBase& output) override {
+    if (&output != &input) output = input;
+    const std::uint64_t position_bytes = output.encoded_position_bytes;
+    if (!output.arena) throw Error("a record is decoded into its arena, and it has none");
+    try {
+      if (DecodeBlocks(output, *output.arena)) return true;
+      CurrentNotes().Add(kNotDecoded, ReadingLogPath(), position_bytes,
+                         "the record is marked as one that fails to decode");
+    } catch (const FormatError& error) {
+      CurrentNotes().Add(kNotDecoded, ReadingLogPath(), error.position_bytes(), error.reason());
+    }
+    return false;
+  }
+  void Reset(int, int) override {}
+};
+
+std::string_view Trimmed(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t\r";
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+// Lays a message in value notation out as lines: every brace on its own, with the comma behind it, and an empty line
+// behind the close of a list of transport channels.
+class MessageLayout {
+ public:
+  explicit MessageLayout(std::deque<CString>& lines) : lines_(lines) {}
+
+  void AddLine(std::string_view line) {
+    std::size_t start = 0;
+    bool quoted = false;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+      if (line[i] == '"') quoted = !quoted;
+      if (quoted || (line[i] != '{' && line[i] != '}')) continue;
+      AddText(line.substr(start, i - start));
+      const std::size_t length = line[i] == '}' && i + 1 < line.size() && line[i + 1] == ',' ? 2 : 1;
+      AddBrace(line.substr(i, length));
+      start = i + length;
+      i = start - 1;
+    }
+    AddText(line.substr(start));
+  }
+
+ private:
+  void AddText(std::string_view text) {
+    text = Trimmed(text);
+    if (text.empty()) return;
+    if (text.find("AddReconfTransChInfoList") != std::string_view::npos) list_awaits_brace_ = true;
+    lines_.emplace_back(text);
+  }
+  void AddBrace(std::string_view brace) {
+    lines_.emplace_back(brace);
+    if (brace[0] == '{') {
+      ++depth_;
+      if (list_awaits_brace_) list_depth_ = depth_;
+      list_awaits_brace_ = false;
+      return;
+    }
+    if (depth_ == list_depth_) {
+      lines_.emplace_back();
+      list_depth_ = 0;
+    }
+    --depth_;
+  }
+
+  std::deque<CString>& lines_;
+  int depth_ = 0;
+  int list_depth_ = 0;  // depth inside the list of transport channels that is open; 0 = none
+  bool list_awaits_brace_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<IDecoder> CFactory::CreateDecoder() { return std::make_unique<BlockDecoder>(); }
+
+bool CDecoder::DTDetailDecode(struct_STREAMINFO*, const CTestdataBase& record, std::deque<CString>& lines) {
+  lines.clear();
+  std::string_view text = record.layer3_lines;
+  if (text.empty()) return false;
+  MessageLayout layout(lines);
+  while (!text.empty()) {
+    const std::string_view line = text.substr(0, text.find('\n'));
+    layout.AddLine(line);
+    text.remove_prefix(line.size() == text.size() ? line.size() : line.size() + 1);
+  }
+  return true;
+}
+
+}  // namespace loom

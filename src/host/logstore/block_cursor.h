@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "platform/error.h"
+#include "platform/file.h"
+
+namespace loom {
+
+// One block of a container, its two lengths checked against each other and against the file.
+struct Block {
+  std::uint32_t type = 0;
+  std::uint64_t position_bytes = 0;  // of the block in its file; its body starts 8 bytes further
+  std::span<const std::byte> body;   // between the lengths; valid until the cursor moves
+
+  std::uint64_t BodyPosition() const { return position_bytes + 8; }
+};
+
+// Walks a little-endian pcapng file block by block, forward, reading it in large pieces. Throws FileError when the file
+// cannot be read or became shorter.
+class BlockCursor {
+ public:
+  explicit BlockCursor(const InputFile& file) : file_(file) {}
+
+  // False at the end of the file and at the first block that is torn or lies about its length.
+  bool Next(Block& block);
+  // Why Next stopped before the end of the file.
+  const std::optional<FormatError>& damage() const { return damage_; }
+  std::uint64_t Position() const { return at_; }  // of the next block
+
+ private:
+  const std::byte* Need(std::uint32_t count);
+  const std::byte* Fill(std::uint32_t count);
+  bool Damaged(const std::string& reason);
+
+  const InputFile& file_;
+  std::vector<std::byte> buffer_;
+  std::uint64_t buffer_position_ = 0;  // in the file
+  std::uint64_t buffer_end_ = 0;
+  std::uint64_t at_ = 0;
+  std::optional<FormatError> damage_;
+};
+
+}  // namespace loom

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "host/logstore/log_header.h"
+#include "platform/byte_reader.h"
+#include "platform/file.h"
+
+namespace loom {
+
+// Writes one log. The file appears, complete, with Finish(); without it nothing of it stays. Throws FileError.
+class LogWriter {
+ public:
+  LogWriter(const CString& path, const LogHeader& header);
+
+  // A coded record and its time, seconds from the midnight of the log's day. A record longer than
+  // pcapng::kMaxRecordBytes is refused with FileError.
+  void Append(std::span<const std::byte> record, double time_s);
+  void Finish();
+  std::uint64_t RecordCount() const { return record_count_; }
+
+ private:
+  void WriteSectionHeader(const LogHeader& header);
+  void WriteInterface();
+  void WriteStatistics();
+  ByteWriter BeginBlock(std::uint32_t type);
+  void EndBlock();
+
+  AtomicFile file_;
+  std::vector<std::byte> block_;
+  std::uint64_t midnight_ns_;
+  std::uint64_t record_count_ = 0;
+  std::uint64_t start_ns_ = 0;
+  std::uint64_t end_ns_ = 0;
+};
+
+}  // namespace loom
