@@ -1,0 +1,70 @@
+#include "host/application.h"
+
+#include <stdexcept>
+
+#include "host/communicator/module_communicator.h"
+#include "host/host_folders.h"
+#include "host/netdb/db_mapper.h"
+#include "host/netdb/network_database.h"
+#include "host/project/recent_logs.h"
+#include "host/streams/stream_store.h"
+
+namespace loom {
+
+CProject* g_project = nullptr;
+CProject* g_sysProject = nullptr;
+CMemDataType* g_memDataType = nullptr;
+CSystemConfig* g_systemConfig = nullptr;
+
+namespace {
+
+class CatalogueTypes final : public CMemDataType {
+ public:
+  explicit CatalogueTypes(const IECatalogue& catalogue) : catalogue_(catalogue) {}
+  MemTableFieldTypeEnum GetType(std::int32_t ie_id) const override { return catalogue_.TypeOf(ie_id); }
+
+ private:
+  const IECatalogue& catalogue_;
+};
+
+}  // namespace
+
+HostApplication::HostApplication(const HostOptions& options)
+    : HostApplication(IECatalogue::Load(options.config_folder), options) {}
+
+HostApplication::HostApplication(IECatalogue catalogue, const HostOptions& options) : catalogue_(std::move(catalogue)) {
+  if (g_project != nullptr) throw std::logic_error("another application runs in this process");
+  project_ = options.project_path.IsEmpty() ? std::make_unique<StoredProject>(catalogue_, AbsoluteFolderOf(""))
+                                            : StoredProject::Open(catalogue_, options.project_path);
+  system_project_ = std::make_unique<StoredProject>(catalogue_, options.config_folder);
+  data_types_ = std::make_unique<CatalogueTypes>(catalogue_);
+  if (options.recent_logs_path.IsEmpty()) {
+    system_config_ = std::make_unique<RecentLogs>(project_->RecentLogs());
+  } else {
+    system_config_ = std::make_unique<RecentLogs>(options.recent_logs_path);
+  }
+  network_ = std::make_unique<NetworkDatabase>(project_->WorkingCopy());
+  communicator_ = std::make_unique<ModuleCommunicator>(StreamStore::Instance());
+  DBMapper::Instance().Use(network_.get());
+  SetChosenConfigFolder(options.config_folder);
+  g_project = project_.get();
+  g_sysProject = system_project_.get();
+  g_memDataType = data_types_.get();
+  g_systemConfig = system_config_.get();
+}
+
+HostApplication::~HostApplication() {
+  StreamStore::Instance().DropEverything();
+  DBMapper::Instance().Use(nullptr);
+  SetChosenConfigFolder({});
+  g_project = nullptr;
+  g_sysProject = nullptr;
+  g_memDataType = nullptr;
+  g_systemConfig = nullptr;
+}
+
+void HostApplication::UseFolderOfLog(const CString& log_path) {
+  if (project_->IsTemporary()) project_->SetFolder(AbsoluteFolderOf(log_path));
+}
+
+}  // namespace loom

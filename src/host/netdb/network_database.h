@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "host/project/database.h"
+#include "platform/cstring.h"
+
+namespace loom {
+
+// A row of a network-element table: column name -> value, monostate where it is empty.
+using NetworkValue = std::variant<std::monostate, std::int64_t, double, CString>;
+using NetworkRow = std::vector<std::pair<CString, NetworkValue>>;
+
+// The network-element tables of a project's working copy: "tbl_RNC", "tbl_NodeB", "tbl_Cell" (TD-SCDMA),
+// "tbl_Cell_GSM", "tbl_Cell_LTE", "tbl_AdjCell", "tbl_AdjCell_GSM", "tbl_CustomCPIGroup", "tbl_NetDataConfig".
+// Column names are the network element parameters ("CI", "LAC", "Longitude" ...), compared without case.
+class NetworkDatabase {
+ public:
+  explicit NetworkDatabase(Database& database) : database_(database) {}
+
+  struct Counts {
+    std::int64_t added = 0;
+    std::int64_t replaced = 0;
+  };
+  // Stores the rows; one of the same key (CI and so on) is replaced as a whole. All of them or, with an Error that
+  // names the row, none.
+  Counts PutRows(const CString& table, const std::vector<NetworkRow>& rows);
+  // The rows with their values that are not empty, columns in the table's order. Throws Error for an unknown table.
+  std::vector<NetworkRow> ListRows(const CString& table);
+
+  bool HoldsRows(const CString& table);  // false for an unknown table too
+  // Degrees of the one cell with the key; empty when no cell or more than one has it, or its position is not known.
+  // See IDBMapper for the key.
+  std::optional<std::pair<double, double>> LongitudeLatitudeOf(std::int32_t cell_key);
+
+ private:
+  std::vector<Statement>& PositionQueries();
+
+  Database& database_;
+  std::optional<std::vector<Statement>> position_queries_;  // prepared with the first question after a change
+};
+
+}  // namespace loom

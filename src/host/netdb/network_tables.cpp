@@ -1,0 +1,68 @@
+#include "host/netdb/network_tables.h"
+
+namespace loom {
+namespace {
+
+// A serving cell is known by its cell key. TD-SCDMA: the cell identity (28 bits of it are RNC id and cell id, 3GPP TS
+// 25.331, 10.3.2.2), or LAC and cell id of 16 bits each. LTE: physical cell id and downlink frequency in whole MHz,
+// which an EARFCN of band 40 or 38 gives as well (3GPP TS 36.101, 5.7.3).
+constexpr const char* kTdCellKeys =
+    "CI;"
+    "(LAC << 16) | (CI & 65535);"
+    "(RNCID << 16) | (CI & 65535)";
+constexpr const char* kLteCellKeys =
+    "(PCI << 16) | CAST(Frequency AS INTEGER);"
+    "(PCI << 16) | CASE WHEN EARFCN BETWEEN 38650 AND 39649 THEN (EARFCN - 38650) / 10 + 2300"
+    " WHEN EARFCN BETWEEN 37750 AND 38249 THEN (EARFCN - 37750) / 10 + 2570 END";
+
+// clang-format off
+constexpr NetworkTable kTables[] = {
+    {"tbl_RNC",
+     "MCC INTEGER, MNC INTEGER, RNCID INTEGER",
+     "MCC, MNC, RNCID", nullptr},
+    {"tbl_NodeB",
+     "MCC INTEGER, MNC INTEGER, RNCID INTEGER, NodeBID INTEGER",
+     "MCC, MNC, RNCID, NodeBID", nullptr},
+    {"tbl_Cell",
+     "MCC INTEGER, MNC INTEGER, RNCID INTEGER, LAC INTEGER, CI INTEGER, CellName TEXT, SiteName TEXT, "
+     "Longitude REAL, Latitude REAL, UARFCN INTEGER, CellParameterID INTEGER",
+     "ifnull(MCC, -1), ifnull(MNC, -1), ifnull(LAC, -1), CI", kTdCellKeys},
+    {"tbl_Cell_GSM",
+     "MCC INTEGER, MNC INTEGER, LAC INTEGER, CI INTEGER, CellName TEXT, SiteName TEXT, "
+     "Longitude REAL, Latitude REAL, BCCH INTEGER, BSIC INTEGER",
+     "ifnull(MCC, -1), ifnull(MNC, -1), LAC, CI", nullptr},
+    {"tbl_Cell_LTE",  // a cell identity is not required: without one the cell is known by what else there is
+     "MCC INTEGER, MNC INTEGER, CI INTEGER, CellName TEXT, SiteName TEXT, "
+     "Longitude REAL, Latitude REAL, PCI INTEGER, EARFCN INTEGER, Frequency REAL",
+     "ifnull(MCC, -1), ifnull(MNC, -1), ifnull(CI, 'PCI ' || PCI || ' ' || ifnull(EARFCN, '') || ' ' || "
+     "ifnull(Frequency, '') || ' ' || Longitude || ' ' || Latitude)", kLteCellKeys},
+    {"tbl_AdjCell",
+     "ServCellMCC INTEGER, ServCellMNC INTEGER, ServCellCI INTEGER, "
+     "NborCellMCC INTEGER, NborCellMNC INTEGER, NborCellCI INTEGER",
+     "ServCellMCC, ServCellMNC, ServCellCI, NborCellMCC, NborCellMNC, NborCellCI", nullptr},
+    {"tbl_AdjCell_GSM",
+     "ServCellMCC INTEGER, ServCellMNC INTEGER, ServCellLAC INTEGER, ServCellCI INTEGER, "
+     "NborCellMCC INTEGER, NborCellMNC INTEGER, NborCellLAC INTEGER, NborCellCI INTEGER",
+     "ServCellMCC, ServCellMNC, ifnull(ServCellLAC, -1), ServCellCI, NborCellMCC, NborCellMNC, NborCellLAC, NborCellCI",
+     nullptr},
+    {"tbl_CustomCPIGroup",
+     "CustomCPIGroupID INTEGER, CellParameterID INTEGER",
+     "CellParameterID", nullptr},
+    {"tbl_NetDataConfig",
+     "Name TEXT, Value",
+     "Name", nullptr},
+};
+// clang-format on
+
+}  // namespace
+
+std::span<const NetworkTable> NetworkTables() { return kTables; }
+
+const NetworkTable* FindNetworkTable(const CString& name) {
+  for (const NetworkTable& table : kTables) {
+    if (name.view() == table.name) return &table;
+  }
+  return nullptr;
+}
+
+}  // namespace loom

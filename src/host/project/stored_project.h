@@ -1,0 +1,73 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "components/project.h"
+#include "host/catalogue/catalogue.h"
+#include "host/project/database.h"
+#include "host/project/project_content.h"
+
+namespace loom {
+
+// Folder of a file, absolute, without a trailing separator; of the empty path the working folder.
+CString AbsoluteFolderOf(const CString& file_path);
+
+// A project in one file (*.qlp), or a temporary one without a file. All work happens on a copy in memory, the tables of
+// the network elements included; only Save() touches the file.
+class StoredProject final : public CProject, private CNTLog {
+ public:
+  // Temporary, in the folder given.
+  StoredProject(const IECatalogue& catalogue, const CString& folder);
+  // Opens the file, throwing FileError when it is no whole project of a known schema. Without a file of that name the
+  // project is new and the first Save() makes the file.
+  static std::unique_ptr<StoredProject> Open(const IECatalogue& catalogue, const CString& path);
+
+  std::int32_t GetIEID(const CString& name) const override;
+  CString GetIEName(std::int32_t id) const override;
+  MemTableFieldTypeEnum GetIEMemType(std::int32_t id) const override { return catalogue_.TypeOf(id); }
+  const CIEEntry* GetIEByName(const CString& name) const override { return catalogue_.FindByName(name); }
+  CString GetIEUnitByIEName(const CString& name) const override;
+  bool GetIEValueRangeByName(const CString& name, double& maximum, double& minimum) const override;
+  CString GetEventName(std::int32_t id) const override { return catalogue_.EventName(id); }
+
+  CString GetPath() const override { return folder_; }
+
+  void AddProjectLogFile(const CProjectLogfile& log) override;
+  void RemoveLogFile(const CString& path) override;  // with its settings
+  CNTLog* GetNTLog() override { return this; }
+  void AddBinningSetting(const CString& name, const struct_BinningSetting& setting) override;
+  void GetBinningSetting(const CString& path, struct_BinningSetting& setting) const override;
+  void AddImpSetting(const CImportSetting& setting) override;  // its logs leave earlier batches
+  ImpIESettings GetImpSettingByLogFile(const CString& path) const override;
+
+  void AddTxtFile(const CProjectTxtFile& file) override;
+  void RemoveTxtFile(const CString& name) override;
+  const CProjectTxtFile* GetProjectTxtFileByName(const CString& name) const override;
+
+  // Writes the project to its file and clears the modified flag. Throws std::logic_error for a temporary project, else
+  // Error; the file is then what it was.
+  void Save();
+
+  bool IsTemporary() const { return path_.IsEmpty(); }
+  const CString& FilePath() const { return path_; }            // empty for a temporary project
+  void SetFolder(const CString& folder) { folder_ = folder; }  // of a temporary project
+  const ProjectContent& Content() const { return content_; }
+  std::vector<CString>& RecentLogs() { return content_.recent_logs; }
+  Database& WorkingCopy() { return database_; }
+
+ private:
+  StoredProject(const IECatalogue& catalogue, const CString& path, Database database);
+  const CProjectLogfile* GetProjectLogFileByPath(const CString& path) const override;
+  std::vector<const CProjectLogfile*> GetProjectLogFiles() const override;
+  void RemoveFromImportSettings(const std::vector<CString>& paths);
+
+  const IECatalogue& catalogue_;
+  CString path_;
+  CString folder_;
+  Database database_;
+  ProjectContent content_;
+  std::map<CString, std::list<CProjectLogfile>::iterator> log_by_path_;
+};
+
+}  // namespace loom
