@@ -1,0 +1,34 @@
+#include "conversion/row_ie_writer.h"
+
+#include "components/project.h"
+
+namespace loom {
+
+void CRowIEWriter::SetImportSettings(const ImpIESettings& settings) {
+  settings_ = &settings;
+  settings_empty_ = settings.empty();
+  selection_.clear();
+  selected_ids_.Clear();
+  for (const auto& [name, setting] : settings) {
+    const std::int32_t id = g_sysProject->GetIEID(name);
+    if (id < 0) continue;
+    selection_.insert_or_assign(id, SelectionEntry{name, setting.minimum, setting.maximum});
+    selected_ids_.Insert(id);
+  }
+  for (std::size_t name = 0; name < kSelectionNames.size(); ++name) {
+    selected_names_[name] = settings.contains(CString(kSelectionNames[name]));
+  }
+}
+
+void CRowIEWriter::Record(std::int32_t id) {
+  stream_->ie_ids.Insert(id);
+  stream_->ie_names.insert(g_project->GetIEName(id));
+}
+
+void CRowIEWriter::TakeKnownIds() {
+  known_ids_.clear();
+  stream_->ie_ids.ForEach([this](std::int32_t id) { known_ids_.push_back(id); });
+  known_ids_taken_ = true;
+}
+
+}  // namespace loom

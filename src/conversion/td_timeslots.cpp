@@ -1,0 +1,121 @@
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "conversion/field_table.h"
+#include "conversion/td_record_converter.h"
+
+// Measurements per timeslot of the serving cell. Reported levels are 116 above dBm (3GPP TS 25.123).
+namespace loom {
+namespace {
+
+constexpr std::int32_t kLevelOffset = -116;
+constexpr std::int32_t kTimeslots = 7;
+constexpr std::int32_t kFirstDpchTimeslot = 2;
+
+// clang-format off
+
+constexpr auto kTimeslotFields = FieldTable<CIE_SCell_Meas>({
+    {&CIE_SCell_Meas::pccpch_rscp, IE{499}, Shifted(kLevelOffset)},
+    {&CIE_SCell_Meas::ie498,       IE{498}},
+    {&CIE_SCell_Meas::ie508,       IE{508}, kAsIs.Marked({.absent = 255, .invalid = 254})},
+    {&CIE_SCell_Meas::ie509,       IE{509}, Shifted(-256),           kOnlyWithSettings},
+    {&CIE_SCell_Meas::ie510,       IE{510}, kOnlyWithSettings},
+    {&CIE_SCell_Meas::ie501,       IE{501}, Scaled(0.125, -1, -16)},
+    {&CIE_SCell_Meas::ie502,       IE{502}, Shifted(-71)},
+    {&CIE_SCell_Meas::ie503,       IE{503}, Scaled(0.5, -23)},
+    {&CIE_SCell_Meas::ie506,       IE{506}, Shifted(-101)},
+    {&CIE_SCell_Meas::ie504,       IE{504}, Scaled(0.5, 0, -11),     kOnlyWithSettings},
+    {&CIE_SCell_Meas::ie505,       IE{505}, Shifted(-120),           kOnlyWithSettings},
+    {&CIE_SCell_Meas::ie175,       IE{175}, kOnlyWithSettings},
+});
+
+// clang-format on
+
+// Reported values by timeslot, -1 where there is none.
+using TimeslotTable = std::array<std::int32_t, kTimeslots>;
+
+TimeslotTable ReadTimeslots(RecordList<TimeslotValue> list, std::int32_t first) {
+  TimeslotTable table;
+  table.fill(-1);
+  for (const TimeslotValue& entry : list) {
+    if (entry.timeslot >= first && entry.timeslot < kTimeslots) {
+      table[static_cast<std::size_t>(entry.timeslot)] = entry.value;
+    }
+  }
+  return table;
+}
+
+// The memories of a stream keep the last value from record to record.
+void Remember(std::uint16_t& memory, std::int32_t raw) {
+  if (raw == -1) return;
+  memory = raw == -2 ? kInvalidShort : static_cast<std::uint16_t>(raw);
+}
+
+// IE 507: difference of the remembered P-CCPCH RSCP and timeslot 0 value.
+void WritePccpchDifference(CRowIEWriter& writer, std::int32_t pccpch_rscp, std::int32_t timeslot0) {
+  struct_STREAMINFO& stream = writer.stream();
+  Remember(stream.primary_rscp, pccpch_rscp);
+  Remember(stream.timeslot0_iscp, timeslot0);
+  if ((pccpch_rscp == -1 && timeslot0 == -1) || !writer.IsSelected(507)) return;
+  const bool valid = stream.primary_rscp != kInvalidShort && stream.timeslot0_iscp != kInvalidShort;
+  const std::int32_t difference =
+      static_cast<std::int16_t>(stream.primary_rscp) - static_cast<std::int16_t>(stream.timeslot0_iscp);
+  writer.Put(507, valid ? difference : kInvalidInt);
+}
+
+// IEs base + timeslot - first: levels in dBm.
+void WriteLevels(CRowIEWriter& writer, const TimeslotTable& table, std::int32_t first, std::int32_t base) {
+  for (std::int32_t timeslot = first; timeslot < kTimeslots; ++timeslot) {
+    const std::int32_t raw = table[static_cast<std::size_t>(timeslot)];
+    const std::int32_t id = base + timeslot - first;
+    if (raw == -1) {
+      writer.Invalidate(id, kFieldInt);
+    } else {
+      writer.PutInt(raw, raw + kLevelOffset, id);
+    }
+  }
+}
+
+// IEs 5428 to 5432: carrier to interference ratio of timeslots 2 to 6.
+void WriteCir(CRowIEWriter& writer, const TimeslotTable& iscp, const TimeslotTable& rscp) {
+  for (std::size_t timeslot = kFirstDpchTimeslot; timeslot < kTimeslots; ++timeslot) {
+    const bool valid = iscp[timeslot] >= 0 && rscp[timeslot] >= 0;
+    const std::int32_t id = 5428 + static_cast<std::int32_t>(timeslot) - kFirstDpchTimeslot;
+    writer.Put(id, valid ? rscp[timeslot] - iscp[timeslot] : kInvalidInt);
+  }
+}
+
+// IEs of the timeslot that the block's ie503 and ie502 belong to: 5419 + the first DPCH timeslot, 5433 + the block's
+// own.
+void WriteOwnTimeslot(CRowIEWriter& writer, const CIE_SCell_Meas& block, const TimeslotTable& rscp) {
+  for (std::int32_t timeslot = kFirstDpchTimeslot; timeslot < kTimeslots; ++timeslot) {
+    if (rscp[static_cast<std::size_t>(timeslot)] == -1) continue;
+    if (writer.IsSelected(5419 + timeslot)) writer.PutDouble(block.ie503, (block.ie503 - 23) * 0.5, 5419 + timeslot);
+    break;
+  }
+  if (block.timeslot >= 0 && block.timeslot < kTimeslots) {
+    writer.PutIntIfSelected(block.ie502, block.ie502 - 71, 5433 + block.timeslot);
+  }
+}
+
+}  // namespace
+
+void CTDRecordConverter::WriteTimeslotMeasurements(const CIE_SCell_Meas& block) {
+  const TimeslotTable iscp = ReadTimeslots(block.timeslot_iscp, 0);
+  const TimeslotTable rscp = ReadTimeslots(block.timeslot_rscp, kFirstDpchTimeslot);
+  WriteOwnTimeslot(writer_, block, rscp);
+  WritePccpchDifference(writer_, block.pccpch_rscp, iscp[0]);
+  WriteFields<kTimeslotFields>(writer_, block);
+  if (block.timeslot_iscp_count >= 0 && writer_.IsSelectedByName(SelectionName::kTimeslotIscp)) {
+    writer_.Put(518, std::int32_t{block.timeslot_iscp_count});
+    WriteLevels(writer_, iscp, 0, 511);
+  }
+  if (block.timeslot_rscp_count >= 0 && writer_.IsSelectedByName(SelectionName::kTimeslotDpchRscp)) {
+    writer_.Put(519, std::int32_t{block.timeslot_rscp_count});
+    WriteLevels(writer_, rscp, kFirstDpchTimeslot, 5407);
+  }
+  if (writer_.IsSelectedByName(SelectionName::kTimeslotCir)) WriteCir(writer_, iscp, rscp);
+}
+
+}  // namespace loom
