@@ -1,0 +1,7 @@
+#include "settings/handset_question.h"
+
+namespace loom {
+
+HandsetQuestion g_handset_question;
+
+}  // namespace loom
