@@ -1,0 +1,92 @@
+#include "importers/intermediate_row.h"
+
+#include <span>
+#include <string>
+
+#include "components/intermediate_layout.h"
+#include "platform/notes.h"
+
+namespace loom {
+namespace {
+
+using intermediate::FieldDescriptor;
+
+constexpr std::string_view kFieldNotStored = "field of an intermediate file not stored";
+constexpr std::string_view kRowCutShort = "row of an intermediate file cut short";
+
+// Bytes that a value of a type needs at least; texts need none.
+constexpr std::size_t kLeastBytes[] = {0, 1, 0, 2, 4, 4, 0, 0};
+
+bool IsStored(std::uint32_t type) { return type >= kFieldBool && type <= kFieldFloat; }
+
+// `value` is at least as long as its type needs.
+uniFieldValue ReadValue(std::uint32_t type, std::span<const std::byte> value, CMemDataRow& row) {
+  ByteReader reader(value);
+  switch (type) {
+    case kFieldBool:
+      return uniFieldValue(std::int32_t{reader.U8() != 0});
+    case kFieldText:
+      return uniFieldValue::Text(row.AddText(AsText(value)));
+    case kFieldShort:
+      return uniFieldValue::Short(reader.U16());
+    case kFieldFloat:
+      return uniFieldValue(reader.F32());
+    default:
+      return uniFieldValue(reader.I32());
+  }
+}
+
+[[gnu::cold, gnu::noinline]] void NoteField(std::string_view kind, const CString& path, std::uint64_t position,
+                                            const FieldDescriptor& field, const std::string& reason) {
+  CurrentNotes().Add(kind, path, position,
+                     "information element " + std::to_string(field.ie_id) + ", type " + std::to_string(field.type) +
+                         ", " + std::to_string(field.length_bytes) + " bytes: " + reason);
+}
+
+[[gnu::cold, gnu::noinline]] void NoteNotStored(const CString& path, std::uint64_t position,
+                                                const FieldDescriptor& field) {
+  NoteField(kFieldNotStored, path, position, field,
+            IsStored(field.type) ? "too few for the type" : "no value has this type");
+}
+
+// Behind the last field that is whole. `data` stands where the field's value should be.
+[[gnu::cold, gnu::noinline]] void NoteCutShort(const CString& path, const ByteReader& data,
+                                               const FieldDescriptor& field) {
+  NoteField(kRowCutShort, path, data.Position() - intermediate::kDescriptorBytes, field,
+            "the row has " + std::to_string(data.Remaining()));
+}
+
+}  // namespace
+
+// Room for as many fields as the bytes could hold is made once; the loop then only stores.
+void ReadFields(ByteReader data, const CString& path, CMemDataRow& row) {
+  auto& ids = row.GetParamID();
+  auto& values = row.GetParamValue();
+  std::size_t count = ids.size();
+  ids.resize(count + data.Remaining() / intermediate::kDescriptorBytes);
+  values.resize(ids.size());
+  while (data.Has(intermediate::kDescriptorBytes)) {
+    const FieldDescriptor field = FieldDescriptor::FromBits(data.U32());
+    if (!data.Has(field.length_bytes)) [[unlikely]] {
+      NoteCutShort(path, data, field);
+      data.Skip(data.Remaining());
+      break;
+    }
+    const std::span<const std::byte> value = data.Bytes(field.length_bytes);
+    if (!IsStored(field.type) || value.size() < kLeastBytes[field.type]) [[unlikely]] {
+      NoteNotStored(path, data.Position() - value.size() - intermediate::kDescriptorBytes, field);
+      continue;
+    }
+    ids[count] = static_cast<std::int32_t>(field.ie_id);
+    values[count] = ReadValue(field.type, value, row);
+    ++count;
+  }
+  ids.resize(count);
+  values.resize(count);
+  if (!data.AtEnd()) {
+    CurrentNotes().Add(kRowCutShort, path, data.Position(),
+                       std::to_string(data.Remaining()) + " bytes are left, too few for a field");
+  }
+}
+
+}  // namespace loom

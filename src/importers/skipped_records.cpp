@@ -1,0 +1,42 @@
+#include "importers/skipped_records.h"
+
+#include <string>
+
+#include "platform/notes.h"
+
+namespace loom {
+namespace {
+
+constexpr std::array<std::string_view, kSkipReasonCount> kReasonNames{"unknown kind", "no stream", "not decoded",
+                                                                      "no row"};
+
+std::string Describe(const CTestdataBase& record) {
+  return "record " + std::to_string(record.record_id) + " of kind " + std::to_string(record.kind) + ", model " +
+         std::to_string(record.model_code) + ", device " + std::to_string(record.device_number);
+}
+
+}  // namespace
+
+std::string_view SkipReasonName(SkipReason reason) { return kReasonNames[static_cast<std::size_t>(reason)]; }
+
+void SkippedRecords::StartLog(const CString& path) {
+  path_ = path;
+  counts_.fill(0);
+}
+
+void SkippedRecords::Add(SkipReason reason, const CTestdataBase& record, std::uint64_t position_bytes) {
+  const std::uint64_t count = ++counts_[static_cast<std::size_t>(reason)];
+  if (reason == SkipReason::kNotDecoded) return;  // the decoder notes where and why
+  const bool is_place_kept = count <= Notes::kPlacesKept;
+  CurrentNotes().Add(SkipReasonName(reason), path_, position_bytes, is_place_kept ? Describe(record) : std::string());
+}
+
+std::map<std::string_view, std::uint64_t> SkippedRecords::Counts() const {
+  std::map<std::string_view, std::uint64_t> counts;
+  for (std::size_t reason = 0; reason < kSkipReasonCount; ++reason) {
+    if (counts_[reason] != 0) counts[kReasonNames[reason]] = counts_[reason];
+  }
+  return counts;
+}
+
+}  // namespace loom
