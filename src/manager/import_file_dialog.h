@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+
+#include "components/import_settings.h"
+#include "platform/ui/file_dialog.h"
+#include "platform/ui/property_sheet.h"
+
+namespace loom {
+
+// The settings sheet of a log import. When its first page is the IE selection, OK asks that page first.
+class CImportWiz final : public CPropertySheet {
+ public:
+  using CPropertySheet::CPropertySheet;
+
+ protected:
+  void OnCommand(int id) override;
+
+ private:
+  bool AcceptsOk() const;
+  std::int32_t accept_ = 1;  // of the running command; 0: it is swallowed
+};
+
+// The dialog for picking log files, with a button that opens the settings sheet.
+class CImportFileDialog final : public CFileDialog {
+ public:
+  CImportFileDialog(bool open, const CString& default_extension, const CString& file_name, unsigned flags,
+                    const CString& filter);
+
+  // As confirmed in the sheet last; until then every IE and no merging.
+  const ImpIESettings& GetIESettings() const { return ie_settings_; }
+  const struct_BinningSetting& GetBinningSetting() const { return binning_; }
+
+ protected:
+  void OnExtraButton() override;
+
+ private:
+  ImpIESettings ie_settings_;  // empty: every IE
+  std::int32_t first_use_ = 1;
+  std::int32_t binning_enabled_ = 0;
+  struct_BinningSetting binning_;
+};
+
+}  // namespace loom
