@@ -1,0 +1,149 @@
+#include "apps/qloom/batch_front_end.h"
+
+#include <csignal>
+#include <cstdio>
+#include <iostream>
+#include <utility>
+
+#include "apps/qloom/json_streams.h"
+#include "platform/encoding.h"
+#include "platform/log.h"
+#include "platform/ui/dialog.h"
+#include "platform/ui/property_sheet.h"
+#include "resources/dialog_9010.h"
+
+namespace loom {
+namespace {
+
+volatile std::sig_atomic_t g_interrupted = 0;
+
+void Trace(Json line) { std::cerr << line.dump() << '\n'; }
+
+class BatchProgress : public ProgressView {
+ public:
+  BatchProgress(const ProgressRequest& request, std::optional<int> cancel_at, bool trace, bool bar)
+      : can_cancel_(request.can_cancel), cancel_at_(cancel_at), trace_(trace), bar_(bar) {
+    if (trace_) Trace({{"progress", "open"}, {"title", JsonText(request.title)}, {"can_cancel", can_cancel_}});
+  }
+  ~BatchProgress() override {
+    if (bar_ && drawn_) std::fputs("\r\033[K", stderr);
+    if (trace_) Trace({{"progress", "close"}});
+  }
+  void SetText(const CString& text) override {
+    text_ = GbkToUtf8(text);
+    if (trace_) Trace({{"progress", "text"}, {"text", text_}});
+  }
+  void SetRange(int lowest, int highest) override {
+    lowest_ = lowest;
+    highest_ = highest;
+    if (trace_) Trace({{"progress", "range"}, {"range", {lowest, highest}}});
+  }
+  void SetPos(int position) override {
+    position_ = position;
+    if (trace_) Trace({{"progress", "position"}, {"position", position}});
+    if (bar_) Draw();
+  }
+  void Pump() override {}
+  bool Cancelled() const override {
+    return can_cancel_ && (g_interrupted != 0 || (cancel_at_ && position_ >= *cancel_at_));
+  }
+
+ private:
+  void Draw() {
+    constexpr int kWidth = 30;
+    const int span = highest_ > lowest_ ? highest_ - lowest_ : 1;
+    const int filled = (position_ - lowest_) * kWidth / span;
+    std::string line = "\r" + text_ + " [";
+    for (int at = 0; at < kWidth; ++at) line += at < filled ? '#' : ' ';
+    line += "] " + std::to_string((position_ - lowest_) * 100 / span) + " %\033[K";
+    std::fputs(line.c_str(), stderr);
+    drawn_ = true;
+  }
+
+  bool can_cancel_;
+  std::optional<int> cancel_at_;
+  bool trace_;
+  bool bar_;
+  bool drawn_ = false;
+  std::string text_;
+  int lowest_ = 0;
+  int highest_ = 100;
+  int position_ = 0;
+};
+
+void AnswerHandsetQuestion(CDialog& dialog, const BatchAnswers& answers) {
+  if (answers.handset) dialog.GetDlgItem<CComboBox>(kComboHandsetType).UserChoose(*answers.handset);
+  const auto set = [&](int id, std::optional<bool> ticked) {
+    if (ticked) dialog.GetDlgItem<CButton>(id).UserCheck(*ticked ? 1 : 0);
+  };
+  set(kCheckKeepForThisLog, answers.keep_for_log);
+  set(kCheckKeepForAllLogs, answers.keep_for_all);
+  dialog.UserPress(kIdOk);
+}
+
+}  // namespace
+
+void CatchInterrupts() {
+  struct sigaction action = {};
+  action.sa_handler = [](int) { g_interrupted = 1; };
+  action.sa_flags = SA_RESETHAND | SA_RESTART;  // a second interrupt ends the program at once
+  sigaction(SIGINT, &action, nullptr);
+}
+
+bool WasInterrupted() { return g_interrupted != 0; }
+
+BatchFrontEnd::BatchFrontEnd(BatchAnswers answers, bool trace, bool bar)
+    : answers_(std::move(answers)), trace_(trace), bar_(bar) {}
+
+void BatchFrontEnd::ShowDialog(CDialog& dialog) {
+  if (trace_) Trace({{"window", dialog.GetTemplate().id}, {"title", JsonText(dialog.GetTitle())}});
+  if (dialog.GetTemplate().id == kDialogHandsetType) return AnswerHandsetQuestion(dialog, answers_);
+  Log(LogLevel::kWarning, "no answer for this dialog, it is cancelled: " + GbkToUtf8(dialog.GetTitle()));
+  dialog.UserClose();
+}
+
+void BatchFrontEnd::ShowSheet(CPropertySheet& sheet) {
+  if (trace_) Trace({{"window", sheet.GetActivePage()->GetTemplate().id}, {"title", JsonText(sheet.GetTitle())}});
+  if (!answers_.import_sheet || !IsImportSheet(sheet)) return FrontEnd::ShowSheet(sheet);
+  sheet_refused_ = !FillImportSheet(sheet, *answers_.import_sheet, [this](const CString& path) { sheet_file_ = path; });
+}
+
+MessageAnswer BatchFrontEnd::ShowMessage(const MessageBoxRequest& request) {
+  const MessageAnswer answer = answers_.yes ? AgreeingAnswer(request.buttons) : DecliningAnswer(request.buttons);
+  messages_.push_back({request, answer});
+  if (trace_) {
+    Trace({{"message", JsonText(request.text)},
+           {"icon", MessageIconName(request.icon)},
+           {"answer", MessageAnswerName(answer)}});
+  }
+  return answer;
+}
+
+// A file that is there is overwritten only with --yes.
+std::optional<std::vector<CString>> BatchFrontEnd::PickSheetFile(const FileDialogRequest& request) {
+  const std::vector<CString> files{*std::exchange(sheet_file_, std::nullopt)};
+  const CString question = OverwriteQuestion(request, files);
+  if (question.IsEmpty() || answers_.yes) return files;
+  Log(LogLevel::kWarning, "the file stays as it is: " + GbkToUtf8(files.front()));
+  return std::nullopt;
+}
+
+// Opens the settings sheet where answers for it are given; false when it did not accept them.
+bool BatchFrontEnd::PassesSettings(const FileDialogRequest& request) {
+  if (!request.extra_button || !answers_.import_sheet) return true;
+  request.extra_button->pressed();
+  return !sheet_refused_;
+}
+
+std::optional<std::vector<CString>> BatchFrontEnd::ShowFileDialog(const FileDialogRequest& request) {
+  if (trace_) Trace({{"window", "files"}, {"title", JsonText(request.title)}});
+  if (sheet_file_) return PickSheetFile(request);
+  if (answers_.files.empty() || !PassesSettings(request)) return std::nullopt;
+  return std::exchange(answers_.files, {});
+}
+
+std::unique_ptr<ProgressView> BatchFrontEnd::ShowProgress(const ProgressRequest& request) {
+  return std::make_unique<BatchProgress>(request, answers_.cancel_at, trace_, bar_);
+}
+
+}  // namespace loom

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "apps/qloom/import_sheet.h"
+#include "platform/ui/front_end.h"
+
+namespace loom {
+
+// Answers given on the command line, before anything asks.
+struct BatchAnswers {
+  bool yes = true;                   // to every question
+  std::optional<int> cancel_at;      // presses cancel once the progress reaches this position
+  std::vector<CString> files;        // for the next file dialog
+  std::optional<CString> handset;    // entry of the handset list; none: the question is confirmed as it stands
+  std::optional<bool> keep_for_log;  // the two check boxes of the handset question
+  std::optional<bool> keep_for_all;
+  std::optional<ImportSheetAnswers> import_sheet;  // none: the settings sheet stays closed
+};
+
+struct MessageShown {
+  MessageBoxRequest request;
+  MessageAnswer answer;
+};
+
+// The person in front of `qloom`: fills dialogs from the command line, remembers messages, draws the progress.
+class BatchFrontEnd : public FrontEnd {
+ public:
+  // `trace`: every window, progress call and message as a JSON line on stderr. `bar`: a progress bar on stderr.
+  BatchFrontEnd(BatchAnswers answers, bool trace, bool bar);
+
+  void ShowDialog(CDialog& dialog) override;
+  void ShowSheet(CPropertySheet& sheet) override;
+  MessageAnswer ShowMessage(const MessageBoxRequest& request) override;
+  std::optional<std::vector<CString>> ShowFileDialog(const FileDialogRequest& request) override;
+  std::unique_ptr<ProgressView> ShowProgress(const ProgressRequest& request) override;
+  void SetWaitCursor(bool) override {}
+
+  const std::vector<MessageShown>& messages() const { return messages_; }
+
+ private:
+  std::optional<std::vector<CString>> PickSheetFile(const FileDialogRequest& request);
+  bool PassesSettings(const FileDialogRequest& request);
+
+  BatchAnswers answers_;
+  bool trace_;
+  bool bar_;
+  std::optional<CString> sheet_file_;  // for the next file dialog of the settings sheet
+  bool sheet_refused_ = false;
+  std::vector<MessageShown> messages_;
+};
+
+// From now on an interrupt (Ctrl-C) cancels whatever runs; WasInterrupted() tells.
+void CatchInterrupts();
+bool WasInterrupted();
+
+}  // namespace loom

@@ -1,0 +1,94 @@
+#include <iostream>
+#include <memory>
+
+#include "apps/qloom/commands.h"
+#include "apps/qloom/intermediate_writer.h"
+#include "apps/qloom/log_report.h"
+#include "platform/encoding.h"
+#include "platform/file.h"
+
+namespace loom {
+namespace {
+
+struct IntermediateOptions {
+  std::vector<std::string> files;
+  std::string log;
+  std::string out;
+};
+
+int RunImportIntermediate(const CommandLine& line, const IntermediateOptions& options) {
+  std::vector<CString> paths = ExistingFiles(options.files);
+  Session session(line.common, {}, paths.front());
+  LogReport report(session);
+  session.manager().OpenImmediateLogFile(paths);
+  Json document = report.ToJson(kBatchNothing);
+  const int result = BatchResultOf(document["logs"]);
+  document["result"] = result;
+  if (!line.common.json) report.PrintHuman(std::cout);
+  return session.Finish(std::move(document), report.ExitCodeOf(result));
+}
+
+// The project node that takes a log of the type.
+ImporterTypeEnum NodeFor(ImporterTypeEnum type) { return type == kImporterAutoTestLog ? kImporterOutdoorLog : type; }
+
+ILogfile* ImportOneLog(Session& session, const CString& path) {
+  const ImporterTypeEnum type = session.manager().GetImporterType(path);
+  if (type == kImporterNone || session.manager().ImportLog(NodeFor(type)) != kBatchDone) return nullptr;
+  std::map<CString, ILogfile*> logs;
+  CStreamManagerCreator::CreateStreamManager()->GetLogfileNames(logs);
+  return logs.empty() ? nullptr : logs.begin()->second;
+}
+
+int RunToIntermediate(const CommandLine& line, const IntermediateOptions& options) {
+  const CString log = ExistingFiles({options.log}).front();
+  BatchAnswers answers;
+  answers.yes = !line.common.no;
+  answers.cancel_at = line.common.cancel_at;
+  answers.files = {log};
+  Session session(line.common, std::move(answers), log);
+  session.KeepProjectFile();
+  const ILogfile* const logfile = ImportOneLog(session, log);
+  if (logfile == nullptr) return session.Finish({{"result", 0}, {"out", options.out}}, kExitFailed);
+  const IntermediateSummary summary =
+      WriteIntermediateFile(session.manager(), session.host().catalogue(), *logfile, NativePathToGbk(options.out));
+  if (!line.common.json) {
+    std::cout << options.out << ": " << summary.rows << " rows in " << summary.streams << " streams, " << summary.bytes
+              << " bytes\n";
+  }
+  return session.Finish({{"result", 1},
+                         {"out", options.out},
+                         {"streams", summary.streams},
+                         {"rows", summary.rows},
+                         {"bytes", summary.bytes}},
+                        kExitDone);
+}
+
+}  // namespace
+
+std::vector<CString> ExistingFiles(const std::vector<std::string>& native) {
+  std::vector<CString> paths;
+  for (const std::string& name : native) {
+    paths.push_back(NativePathToGbk(name));
+    if (!FileExists(paths.back())) throw Error(name + ": no such file");
+  }
+  return paths;
+}
+
+void AddIntermediateCommands(CLI::App& app, CommandLine& line) {
+  const auto options = std::make_shared<IntermediateOptions>();
+  CLI::App* import = AddCommand(app, line, "import-intermediate", "Import intermediate files and list their streams");
+  import->add_option("FILE", options->files, "Intermediate files")->required();
+  import->callback(
+      [&line, options] { line.run = [&line, options] { return RunImportIntermediate(line, *options);
+};
+}  // namespace loom
+);
+
+CLI::App* write = AddCommand(*app.get_subcommand("log"), line, "to-intermediate",
+                             "Import a log and write its streams as an intermediate file");
+write->add_option("LOG", options->log, "Log file")->required();
+write->add_option("OUT", options->out, "Intermediate file to write")->required();
+write->callback([&line, options] { line.run = [&line, options] { return RunToIntermediate(line, *options); }; });
+}
+
+}  // namespace loom

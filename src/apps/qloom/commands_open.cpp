@@ -1,0 +1,68 @@
+#include <iostream>
+
+#include "apps/qloom/commands.h"
+#include "apps/qloom/log_report.h"
+#include "components/project.h"
+#include "platform/encoding.h"
+#include "platform/file.h"
+
+namespace loom {
+namespace {
+
+struct OpenOptions {
+  std::string project;
+  bool save = false;
+};
+
+// What the project lists, as it stands before the first log: one that cannot be opened leaves the list.
+std::vector<CString> ListedLogs() {
+  std::vector<CString> paths;
+  for (const CProjectLogfile* log : g_project->GetNTLog()->GetProjectLogFiles()) paths.push_back(log->GetLogFilePath());
+  return paths;
+}
+
+Json OpenTexts(Session& session) {
+  std::vector<CString> names;
+  for (const CProjectTxtFile& text : session.host().project().Content().text_files) names.push_back(text.GetTxtName());
+  Json texts = Json::array();
+  for (const CString& name : names) {
+    texts.push_back({{"name", JsonText(name)}, {"result", session.manager().OpenTxt(name)}});
+  }
+  return texts;
+}
+
+int RunOpen(const CommandLine& line, const OpenOptions& options) {
+  CommonOptions common = line.common;
+  common.project = options.project;
+  if (!FileExists(NativePathToGbk(options.project))) throw Error(options.project + ": there is no such project");
+  BatchAnswers answers;
+  answers.yes = !common.no;
+  answers.cancel_at = common.cancel_at;
+  Session session(common, std::move(answers), {});
+  if (!options.save) session.KeepProjectFile();
+  LogReport report(session);
+  for (const CString& path : ListedLogs()) {
+    if (WasInterrupted()) break;
+    session.manager().OpenLog(path, false);
+  }
+  Json document = report.ToJson(kBatchNothing);
+  document["texts"] = OpenTexts(session);
+  Json outcomes = document["logs"];
+  outcomes.insert(outcomes.end(), document["texts"].begin(), document["texts"].end());
+  const int result = BatchResultOf(outcomes);
+  document["result"] = result;
+  if (!common.json) report.PrintHuman(std::cout);
+  return session.Finish(std::move(document), report.ExitCodeOf(result));
+}
+
+}  // namespace
+
+void AddOpenCommand(CLI::App& app, CommandLine& line) {
+  const auto options = std::make_shared<OpenOptions>();
+  CLI::App* open = AddCommand(app, line, "open", "Import again everything that a project lists");
+  open->add_option("PROJECT", options->project, "Project file")->required();
+  open->add_flag("--save", options->save, "Save the project afterwards; what could not be opened is no longer listed");
+  open->callback([&line, options] { line.run = [&line, options] { return RunOpen(line, *options); }; });
+}
+
+}  // namespace loom

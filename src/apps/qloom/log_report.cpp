@@ -1,0 +1,145 @@
+#include "apps/qloom/log_report.h"
+
+#include <algorithm>
+#include <iomanip>
+#include <ostream>
+#include <sstream>
+
+#include "components/dt_time.h"
+#include "components/log_store.h"
+#include "platform/encoding.h"
+#include "platform/path.h"
+#include "settings/handset_type_dialog.h"
+
+namespace loom {
+namespace {
+
+const char* ResultText(int result) {
+  switch (result) {
+    case kImportDone:
+      return "imported";
+    case kImportCancelled:
+      return "cancelled";
+    case kImportAlreadyPresent:
+      return "already in the project";
+    default:
+      return "failed or refused";
+  }
+}
+
+std::string RangeText(double low, double high, int digits) {
+  if (low == kInvalidDouble) return "-";
+  std::ostringstream text;
+  text << std::fixed << std::setprecision(digits) << low << ".." << high;
+  return text.str();
+}
+
+std::string TimeText(double time_s) {
+  return time_s == kInvalidDouble ? "-" : GbkToUtf8(CDTTime(time_s).ToString(127));
+}
+
+void PrintStream(std::ostream& out, IDataStream& stream) {
+  out << "  " << GbkToUtf8(stream.GetName()) << '\n'
+      << "    " << stream.GetRowCount() << " rows, " << GbkToUtf8(stream.GetProtocol()) << ", "
+      << TimeText(stream.GetEarliestTime()) << " to " << TimeText(stream.GetLatestTime()) << '\n'
+      << "    longitude " << RangeText(stream.GetLongitudeMinimum(), stream.GetLongitudeMaximum(), 6) << ", latitude "
+      << RangeText(stream.GetLatitudeMinimum(), stream.GetLatitudeMaximum(), 6) << '\n';
+}
+
+}  // namespace
+
+std::vector<std::string> HandsetNames() {
+  std::vector<std::string> names;
+  for (const HandsetChoice& choice : kHandsetChoices) names.emplace_back(choice.name);
+  return names;
+}
+
+const std::map<std::string, ImporterTypeEnum>& LogNodes() {
+  static const std::map<std::string, ImporterTypeEnum> nodes{
+      {"outdoor", kImporterOutdoorLog}, {"indoor", kImporterIndoorLog}, {"cmcc", kImporterChinaMobileLog}};
+  return nodes;
+}
+
+int BatchResultOf(const Json& outcomes) {
+  const auto done = std::count_if(outcomes.begin(), outcomes.end(),
+                                  [](const Json& outcome) { return outcome["result"] == kImportDone; });
+  if (static_cast<std::size_t>(done) == outcomes.size()) return kBatchDone;
+  return done == 0 ? kBatchNothing : kBatchInPart;
+}
+
+LogReport::LogReport(Session& session) : session_(session) {
+  session_.manager().SetLogListener([this](const LogOutcome& outcome) { logs_.push_back(outcome); });
+}
+
+LogReport::~LogReport() { session_.manager().SetLogListener({}); }
+
+Json LogReport::LogJson(const LogOutcome& log) const {
+  Json json{{"path", JsonText(log.path)}, {"result", log.result}};
+  json["name"] = JsonText(TitleOf(log.path));
+  json["type"] = static_cast<int>(log.type);
+  json["version"] = CLogFileManager::GetLogFileVersion(log.path);
+  json["test_type"] = CLogFileManager::GetLogTestType(log.path);
+  if (log.logfile != nullptr) {
+    ILogfile& file = *log.logfile;
+    json["handset_type"] = file.GetHandsetType();
+    json["indoor"] = file.IsIndoor();
+    json["rows"] = file.GetRowTotal();
+    json["bounds"] = {{"longitude", {JsonNumber(file.GetLongitudeMinimum()), JsonNumber(file.GetLongitudeMaximum())}},
+                      {"latitude", {JsonNumber(file.GetLatitudeMinimum()), JsonNumber(file.GetLatitudeMaximum())}}};
+  }
+  json["skipped"] = Json::object();
+  for (const auto& [reason, count] : log.skipped) json["skipped"][std::string(reason)] = count;
+  json["streams"] = Json::array();
+  if (log.logfile != nullptr) {
+    for (IDataStream* stream : log.logfile->GetStreams()) json["streams"].push_back(StreamJson(*stream));
+  }
+  return json;
+}
+
+Json LogReport::ToJson(int result) const {
+  Json logs = Json::array();
+  for (const LogOutcome& log : logs_) logs.push_back(LogJson(log));
+  return {{"result", result}, {"logs", std::move(logs)}};
+}
+
+void LogReport::PrintHuman(std::ostream& out) const {
+  for (const LogOutcome& log : logs_) {
+    out << GbkToUtf8(log.path) << ": " << ResultText(log.result);
+    if (log.logfile != nullptr) {
+      out << ", " << log.logfile->GetRowTotal() << " rows in " << log.logfile->GetStreams().size() << " streams";
+    }
+    out << '\n';
+    if (log.logfile == nullptr) continue;
+    for (IDataStream* stream : log.logfile->GetStreams()) PrintStream(out, *stream);
+  }
+}
+
+int LogReport::ExitCodeOf(int result) const {
+  if (result == kImportDone) return kExitDone;
+  if (result == kBatchInPart) return kExitInPart;
+  for (const LogOutcome& log : logs_) {
+    if (log.result == kImportCancelled) return kExitCancelled;
+  }
+  return kExitFailed;
+}
+
+IDataStream* LogReport::FindStream(const CString& name) const {
+  for (const LogOutcome& log : logs_) {
+    if (log.logfile == nullptr) continue;
+    for (IDataStream* stream : log.logfile->GetStreams()) {
+      if (stream->GetName() == name) return stream;
+    }
+  }
+  return nullptr;
+}
+
+std::vector<std::string> LogReport::StreamNames() const {
+  std::vector<std::string> names;
+  for (const LogOutcome& log : logs_) {
+    if (log.logfile == nullptr) continue;
+    for (IDataStream* stream : log.logfile->GetStreams()) names.push_back(GbkToUtf8(stream->GetName()));
+  }
+  return names;
+}
+
+}  // namespace loom

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <iosfwd>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "apps/qloom/session.h"
+
+namespace loom {
+
+// The entries of the handset question, UTF-8.
+std::vector<std::string> HandsetNames();
+
+// The project nodes that logs go under, by the names of the command line.
+const std::map<std::string, ImporterTypeEnum>& LogNodes();
+
+// 1 when each of the outcomes has the result 1, 0 when none has, else 2.
+int BatchResultOf(const Json& outcomes);
+
+// What became of each log of a command, as the facade's listener tells it.
+class LogReport {
+ public:
+  explicit LogReport(Session& session);
+  ~LogReport();
+  LogReport(const LogReport&) = delete;
+  LogReport& operator=(const LogReport&) = delete;
+
+  Json ToJson(int result) const;
+  void PrintHuman(std::ostream& out) const;
+  // Exit code for a facade result: 1 done, 2 in part, negative or 0 refused, failed or cancelled.
+  int ExitCodeOf(int result) const;
+  IDataStream* FindStream(const CString& name) const;  // null when no log has it
+  std::vector<std::string> StreamNames() const;
+
+ private:
+  Json LogJson(const LogOutcome& log) const;
+
+  Session& session_;
+  std::vector<LogOutcome> logs_;
+};
+
+}  // namespace loom

@@ -1,0 +1,205 @@
+#include "apps/qloom/ui_script.h"
+
+#include <map>
+#include <sstream>
+
+#include "platform/encoding.h"
+#include "platform/file.h"
+#include "platform/number.h"
+#include "platform/ui/list_ctrl.h"
+#include "platform/ui/tree_ctrl.h"
+#include "resources/dialog_9004.h"
+
+namespace loom {
+namespace {
+
+CString TextOf(const Json& json) { return Utf8ToGbk(json.get<std::string>()); }
+
+int IdOf(const Json& arguments) { return arguments.at(0).get<int>(); }
+
+bool FlagOf(const Json& json) { return json.is_boolean() ? json.get<bool>() : json.get<int>() != 0; }
+
+std::vector<CString> PathsOf(const Json& json) {
+  std::vector<CString> paths;
+  for (const Json& path : json) paths.push_back(NativePathToGbk(path.get<std::string>()));
+  return paths;
+}
+
+// The numbers of "2024-05-17" or "10:00:00".
+std::vector<int> NumbersOf(const Json& json, char separator) {
+  std::vector<int> numbers;
+  for (const CString& part : TextOf(json).Split(separator)) {
+    const auto number = ParseInt<int>(part);
+    if (!number) throw Error("'" + json.get<std::string>() + "' is no date or time of day");
+    numbers.push_back(*number);
+  }
+  if (numbers.size() != 3) throw Error("'" + json.get<std::string>() + "' is no date or time of day");
+  return numbers;
+}
+
+HTREEITEM ItemAt(const CTreeCtrl& tree, int position) {
+  HTREEITEM item = tree.GetRootItem();
+  for (; item && position > 0; --position) item = tree.GetNextItem(item);
+  if (!item) throw UiRefused("the tree has no item at that position");
+  return item;
+}
+
+HTREEITEM ItemFor(const CTreeCtrl& tree, const Json& path_or_position) {
+  if (path_or_position.is_number()) return ItemAt(tree, path_or_position.get<int>());
+  const HTREEITEM item = tree.FindPath(TextOf(path_or_position));
+  if (!item) throw UiRefused("the tree has no item '" + path_or_position.get<std::string>() + "'");
+  return item;
+}
+
+void Select(CDialog& dialog, const Json& arguments) {
+  CWnd* const control = dialog.FindItem(IdOf(arguments));
+  if (auto* const list = dynamic_cast<CListCtrl*>(control)) {
+    list->UserSelectRows(arguments.at(1).get<std::vector<int>>());
+  } else if (auto* const tree = dynamic_cast<CTreeCtrl*>(control)) {
+    std::vector<HTREEITEM> items;
+    for (const Json& item : arguments.at(1)) items.push_back(ItemFor(*tree, item));
+    auto* const several = dynamic_cast<CMutiTreeCtrl*>(tree);
+    if (several != nullptr) return several->UserSelectItems(items);
+    tree->UserSelect(items.empty() ? HTREEITEM() : items.front());
+  } else {
+    throw UiRefused("control " + std::to_string(IdOf(arguments)) + " is no list or tree");
+  }
+}
+
+void DoubleClick(CDialog& dialog, const Json& arguments) {
+  CWnd* const control = dialog.FindItem(IdOf(arguments));
+  if (auto* const list = dynamic_cast<CListCtrl*>(control)) {
+    list->UserDoubleClick(arguments.at(1).get<int>());
+  } else if (auto* const tree = dynamic_cast<CTreeCtrl*>(control)) {
+    tree->UserDoubleClick(ItemFor(*tree, arguments.at(1)));
+  } else {
+    throw UiRefused("control " + std::to_string(IdOf(arguments)) + " is no list or tree");
+  }
+}
+
+const std::map<std::string, int> kButtons{
+    {"ok", kIdOk}, {"back", kIdWizardBack}, {"next", kIdWizardNext}, {"finish", kIdWizardFinish}};
+const std::map<std::string, MessageAnswer> kAnswers{{"ok", MessageAnswer::kOk},
+                                                    {"cancel", MessageAnswer::kCancel},
+                                                    {"yes", MessageAnswer::kYes},
+                                                    {"no", MessageAnswer::kNo}};
+
+template <class Value>
+Value Named(const std::map<std::string, Value>& names, const Json& name) {
+  const auto found = names.find(name.get<std::string>());
+  if (found == names.end()) throw Error("unknown name " + name.dump());
+  return found->second;
+}
+
+using AddStep = void (*)(ScriptedUser&, const Json& arguments);
+const std::map<std::string, AddStep> kSteps{
+    {"press",
+     [](ScriptedUser& user, const Json& id) {
+       // The extra button of the file dialog; no other window has it.
+       if (id.get<int>() == kButtonImportSettings) return void(user.PressInFiles(kButtonImportSettings));
+       user.Press(id.get<int>());
+     }},
+    {"button",
+     [](ScriptedUser& user, const Json& name) {
+       if (name == "cancel") return void(user.Cancel());
+       user.Press(Named(kButtons, name));
+     }},
+    {"type", [](ScriptedUser& user, const Json& a) { user.Type(IdOf(a), TextOf(a.at(1))); }},
+    {"choose",
+     [](ScriptedUser& user, const Json& a) {
+       if (a.at(1).is_number()) return void(user.ChooseAt(IdOf(a), a.at(1).get<int>()));
+       user.Choose(IdOf(a), TextOf(a.at(1)));
+     }},
+    {"check",
+     [](ScriptedUser& user, const Json& a) {
+       user.CheckState(IdOf(a), a.at(1).is_number() ? a.at(1).get<int>() : FlagOf(a.at(1)));
+     }},
+    {"select", [](ScriptedUser& user,
+                  const Json& a) { user.Do("select " + a.dump(), [a](CDialog& dialog) { Select(dialog, a); }); }},
+    {"double_click",
+     [](ScriptedUser& user, const Json& a) {
+       user.Do("double_click " + a.dump(), [a](CDialog& dialog) { DoubleClick(dialog, a); });
+     }},
+    {"header", [](ScriptedUser& user, const Json& a) { user.ClickHeader(IdOf(a), a.at(1).get<int>()); }},
+    {"tick", [](ScriptedUser& user, const Json& a) { user.Tick(IdOf(a), TextOf(a.at(1)), FlagOf(a.at(2))); }},
+    {"expand", [](ScriptedUser& user, const Json& a) { user.Expand(IdOf(a), TextOf(a.at(1)), FlagOf(a.at(2))); }},
+    {"page", [](ScriptedUser& user, const Json& id) { user.SheetPage(id.get<int>()); }},
+    {"date",
+     [](ScriptedUser& user, const Json& a) {
+       const std::vector<int> day = NumbersOf(a.at(1), '-');
+       user.PickDate(IdOf(a), {day[0], day[1], day[2]});
+     }},
+    {"time",
+     [](ScriptedUser& user, const Json& a) {
+       const std::vector<int> time = NumbersOf(a.at(1), ':');
+       user.PickTime(IdOf(a), time[0], time[1], time[2]);
+     }},
+    {"files",
+     [](ScriptedUser& user, const Json& paths) {
+       if (paths.empty()) return void(user.CancelFiles());
+       user.PickFiles(PathsOf(paths));
+     }},
+    {"overwrite", [](ScriptedUser& user, const Json& on) { user.Overwrite(FlagOf(on)); }},
+    {"answer", [](ScriptedUser& user, const Json& answer) { user.AnswerNext(Named(kAnswers, answer)); }},
+};
+
+void AddLine(ScriptedUser& user, const Json& line) {
+  if (!line.is_object() || line.empty()) throw Error("a step is an object {action: arguments}");
+  for (const auto& [action, arguments] : line.items()) {
+    const auto step = kSteps.find(action);
+    if (step == kSteps.end()) throw Error("there is no action \"" + action + "\"");
+    step->second(user, arguments);
+  }
+}
+
+Json TextsJson(const std::vector<CString>& texts) {
+  Json json = Json::array();
+  for (const CString& text : texts) json.push_back(JsonText(text));
+  return json;
+}
+
+Json ControlJson(const ControlState& control) {
+  Json json{{"id", control.id},
+            {"class", control.class_name},
+            {"text", JsonText(control.text)},
+            {"enabled", control.enabled},
+            {"visible", control.visible}};
+  if (control.checked) json["checked"] = *control.checked;
+  if (control.items) json["items"] = TextsJson(*control.items);
+  if (control.columns) json["columns"] = TextsJson(*control.columns);
+  if (control.rows) {
+    json["rows"] = Json::array();
+    for (const auto& row : *control.rows) json["rows"].push_back(TextsJson(row));
+  }
+  if (control.selected) json["selected"] = *control.selected;
+  if (control.ticks) json["ticks"] = *control.ticks;
+  return json;
+}
+
+}  // namespace
+
+void AddScript(ScriptedUser& user, const std::string& path) {
+  std::istringstream lines(ReadWholeText(NativePathToGbk(path)));
+  std::string text;
+  for (int number = 1; std::getline(lines, text); ++number) {
+    if (text.find_first_not_of(" \t\r") == std::string::npos) continue;
+    try {
+      AddLine(user, Json::parse(text));
+    } catch (const std::exception& error) {
+      throw Error(path + ", line " + std::to_string(number) + ": " + error.what());
+    }
+  }
+}
+
+Json WindowStateJson(const std::optional<WindowState>& state, Json messages) {
+  Json json{{"window", nullptr}, {"controls", Json::array()}, {"buttons", Json::object()}};
+  if (state) {
+    json["window"] = {{"template", state->template_id}, {"title", JsonText(state->title)}};
+    for (const ControlState& control : state->controls) json["controls"].push_back(ControlJson(control));
+    for (const ButtonState& button : state->buttons) json["buttons"][button.name] = button.enabled;
+  }
+  json["messages"] = std::move(messages);
+  return json;
+}
+
+}  // namespace loom

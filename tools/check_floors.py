@@ -1,0 +1,50 @@
+#!/usr/bin/env python3
+"""Refuses an include that points up the house: each floor sees only the floors named to it here."""
+
+import pathlib
+import re
+import sys
+
+PLATFORM = {"platform"}
+COMPONENTS = PLATFORM | {"components"}
+MODULE = COMPONENTS | {"manager", "importers", "conversion", "text", "settings", "resources"}
+SEES = {
+    "platform": PLATFORM,
+    "components": COMPONENTS,
+    "host": COMPONENTS | {"host"},
+    "apps": MODULE | {"host", "apps"},
+}
+# Libraries that only these folders may know.
+LIBRARIES = {
+    "sqlite3.h": ("src/host/project", "src/host/netdb"),
+    "pugixml.hpp": ("src/host",),
+    "nlohmann/": ("src/host/logstore", "src/apps"),
+    "CLI/": ("src/apps",),
+}
+
+INCLUDE = re.compile(r'^\s*#include\s+(["<])([^">]+)[">]', re.MULTILINE)
+
+
+def faults(root):
+    for path in sorted((root / "src").rglob("*")):
+        if path.suffix not in (".h", ".cpp"):
+            continue
+        name = path.relative_to(root).as_posix()
+        floor = name.split("/")[1]
+        allowed = SEES.get(floor, MODULE)
+        for quote, target in INCLUDE.findall(path.read_text(encoding="utf-8")):
+            if quote == '"' and target.split("/")[0] not in allowed:
+                yield f"{name}: includes {target}, which {floor} does not see"
+            for library, folders in LIBRARIES.items():
+                if quote == "<" and target.startswith(library) and not name.startswith(folders):
+                    yield f"{name}: includes {target}, which only {', '.join(folders)} may know"
+
+
+def main():
+    found = list(faults(pathlib.Path(sys.argv[1])))
+    print("\n".join(found))
+    return 1 if found else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
