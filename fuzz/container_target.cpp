@@ -1,0 +1,72 @@
+// Any bytes as a log file: it is refused or read to its end.
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <memory_resource>
+#include <string>
+
+#include "components/factory.h"
+#include "components/log_store.h"
+#include "fuzz/target.h"
+#include "platform/error.h"
+#include "platform/notes.h"
+
+namespace {
+
+using namespace loom;
+
+// A file in memory with a path.
+class MemoryFile {
+ public:
+  MemoryFile(const std::uint8_t* data, std::size_t size) : descriptor_(memfd_create("fuzz", MFD_CLOEXEC)) {
+    if (descriptor_ < 0 || write(descriptor_, data, size) != static_cast<ssize_t>(size)) std::abort();
+  }
+  MemoryFile(const MemoryFile&) = delete;
+  MemoryFile& operator=(const MemoryFile&) = delete;
+  ~MemoryFile() { close(descriptor_); }
+  CString Folder() const { return "/proc/self/fd/"; }
+  CString Name() const { return CString(std::to_string(descriptor_)); }
+
+ private:
+  int descriptor_;
+};
+
+void ReadAll(CLogFileManager& log) {
+  const auto decoder = CFactory::Instance().CreateDecoder();
+  std::pmr::monotonic_buffer_resource arena;
+  double share = 0.0;
+  for (;;) {
+    CTestdataBase record(false, 0);
+    record.arena = &arena;
+    try {
+      if (!log.ReadFile(record)) break;
+    } catch (const FileError&) {
+      continue;  // a record marked as one that fails to read
+    }
+    decoder->Decode(log.GetLogFileVersion(), record, record);
+    if (log.GetCurPercent() < share || log.GetCurPercent() > 1.0) std::abort();
+    share = log.GetCurPercent();
+    arena.release();
+  }
+  log.GetRecordStartTime();
+  log.GetRecordEndTime();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  Notes notes;
+  const NotesScope scope(notes);
+  const MemoryFile file(data, size);
+  CLogFileManager log;
+  const bool opened = log.OpenFile(file.Folder(), file.Name(), 0) != 0;
+  if (opened != (CLogFileManager::GetLogFileVersion(file.Folder() + file.Name()) == log.GetLogFileVersion() &&
+                 log.GetLogFile() != nullptr))
+    std::abort();
+  if (opened)
+    ReadAll(log);
+  else if (notes.IsEmpty())
+    std::abort();
+  return 0;
+}
