@@ -1,0 +1,42 @@
+// The selection of information elements over the host's whole navigator, and its parts.
+#include <benchmark/benchmark.h>
+
+#include "host/application.h"
+#include "manager/import_file_dialog.h"
+#include "platform/ui/front_end.h"
+#include "text/ie_selection_page.h"
+#include "text/parameter_navigator.h"
+
+namespace loom {
+namespace {
+
+HostOptions Options() {
+  return {.config_folder = CString(QLOOM_SOURCE_DIR "/config"), .project_path = {}, .recent_logs_path = {}};
+}
+
+void LoadNavigatorFile(benchmark::State& state) {
+  const HostApplication host(Options());
+  for (auto _ : state) {
+    CMarkupMSXML navigator;
+    if (!LoadNavigator(navigator)) return state.SkipWithError(navigator.GetError().c_str());
+    benchmark::DoNotOptimize(navigator.GetDocumentElement());
+  }
+}
+BENCHMARK(LoadNavigatorFile)->Unit(benchmark::kMillisecond);
+
+// From the opening of the page to its closing: the file read, the tree built.
+void ShowIeSelection(benchmark::State& state) {
+  const HostApplication host(Options());
+  for (auto _ : state) {
+    CImportWiz sheet("");
+    CSelImportDialog page;
+    sheet.AddPage(page);
+    benchmark::DoNotOptimize(sheet.DoModal());  // nobody is there: the sheet is cancelled as soon as it shows
+  }
+}
+BENCHMARK(ShowIeSelection)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace loom
+
+BENCHMARK_MAIN();
