@@ -15,6 +15,8 @@ struct Field {
   std::string_view name;
   Member Block::*member;
 };
+template <class Block, class Member>
+Field(std::string_view, Member Block::*) -> Field<Block, Member>;
 
 // The description of a block, an entry of a list or the record header: kFields, its members in the order in which they
 // are written. Blocks of a record also have kTag, the tag of their coding, which is their position in the record, and
