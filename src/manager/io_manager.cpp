@@ -62,24 +62,6 @@ std::unique_ptr<IImporter> CIOManager::CreateImporterByType(ImporterTypeEnum typ
 // No exporter is part of this build.
 std::unique_ptr<IExporter> CIOManager::CreateExporterByType(ExporterTypeEnum) { return nullptr; }
 
-int CIOManager::ImportTxt() { return 0; }
-int CIOManager::OpenTxt(const CString&) { return 0; }
-
-int CIOManager::ExportTxt() {
-  try {
-    IExporter* exporter = GetExporterByType(kExporterText);
-    return exporter ? exporter->Export() : 0;
-  } catch (const std::exception& error) {
-    Log(LogLevel::kError, error.what());
-    return 0;
-  }
-}
-
-int CIOManager::ImportNetInfo(ProtocolTypeEnum&) { return 0; }
-
-void CIOManager::CombineLogFile() { Log(LogLevel::kError, "this build cannot combine logs"); }
-void CIOManager::PartitionLogfile() { Log(LogLevel::kError, "this build cannot cut logs"); }
-
 void CIOManager::ResetIOFix() { g_handset_question.ResetFlags(); }
 
 }  // namespace loom
