@@ -18,7 +18,7 @@ endif()
 
 add_library(qloom_flags INTERFACE)
 # GCC 12 reports -Wrestrict inside its own string headers.
-target_compile_options(qloom_flags INTERFACE -Wall -Wextra -Wpedantic -Wno-restrict $<$<BOOL:${QLOOM_WERROR}>:-Werror>)
+target_compile_options(qloom_flags INTERFACE -Wall -Wextra -Wpedantic $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict> $<$<BOOL:${QLOOM_WERROR}>:-Werror>)
 if(QLOOM_SANITIZE)
   target_compile_options(qloom_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
                                                -fno-omit-frame-pointer)
