@@ -116,6 +116,11 @@ class CMemDataRow final : public CMemDataRowBase {
     ids_.push_back(id);
     values_.push_back(value);
   }
+  // Appends fields; as many ids as values.
+  void QuickAddIEs(std::span<const std::int32_t> ids, std::span<const uniFieldValue> values) {
+    ids_.insert(ids_.end(), ids.begin(), ids.end());
+    values_.insert(values_.end(), values.begin(), values.end());
+  }
   void RemoveIE(std::int32_t id) {
     const std::size_t at = Find(id);
     if (at == ids_.size()) return;

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <utility>
 #include <vector>
 
 #include "components/field_value.h"
@@ -15,27 +14,28 @@ class CarryRow {
  public:
   // Records mostly bring the same fields in the same order: the search goes on behind the field set last.
   void Set(std::int32_t id, uniFieldValue value) {
-    for (std::size_t step = 0; step < fields_.size(); ++step) {
-      if (next_ >= fields_.size()) next_ = 0;
-      auto& [held, kept] = fields_[next_++];
-      if (held == id) {
-        kept = value;
+    for (std::size_t step = 0; step < ids_.size(); ++step) {
+      if (next_ >= ids_.size()) next_ = 0;
+      const std::size_t at = next_++;
+      if (ids_[at] == id) {
+        values_[at] = value;
         return;
       }
     }
-    fields_.emplace_back(id, value);
-    next_ = fields_.size();
+    ids_.push_back(id);
+    values_.push_back(value);
+    next_ = ids_.size();
   }
-  void AppendTo(CMemDataRow& row) const {
-    for (const auto& [id, value] : fields_) row.QuickAddIE(id, value);
-  }
+  void AppendTo(CMemDataRow& row) const { row.QuickAddIEs(ids_, values_); }
   void Clear() {
-    fields_.clear();
+    ids_.clear();
+    values_.clear();
     next_ = 0;
   }
 
  private:
-  std::vector<std::pair<std::int32_t, uniFieldValue>> fields_;
+  std::vector<std::int32_t> ids_;
+  std::vector<uniFieldValue> values_;
   std::size_t next_ = 0;
 };
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bitset>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -111,14 +110,13 @@ inline void WriteFields(CRowIEWriter& writer, const Block* block) {
   if (block != nullptr) WriteFields<kTable, Policy>(writer, *block);
 }
 
-// Which fields of a table pass for the entries of a list: asked once for a list, by the ids of its first entry.
+// Which fields of a table pass, by the ids that they have in the entry numbered `number`.
 template <const auto& kTable>
-inline std::array<bool, kTable.size()> PassingFields(const CRowIEWriter& writer, std::int32_t first) {
-  std::array<bool, kTable.size()> passing;
-  for (std::size_t at = 0; at < kTable.size(); ++at) {
-    passing[at] = Passes(writer, kTable[at].condition, kTable[at].ie.id + first);
+inline std::array<bool, kTable.size()> PassingFields(const CRowIEWriter& writer, std::int32_t number) {
+  return [&]<std::size_t... kAt>(std::index_sequence<kAt...>) {
+    return std::array<bool, kTable.size()>{Passes(writer, kTable[kAt].condition, kTable[kAt].ie.id + number)...};
   }
-  return passing;
+  (std::make_index_sequence<kTable.size()>());
 }
 
 // Writes the fields of one list entry: field k as IE id + number * stride.
@@ -162,107 +160,11 @@ inline void WriteNumberArrays(CRowIEWriter& writer, const Block& block) {
     const auto& list = block.*array.list;
     const std::size_t size = UsableEntries(block.*array.count, list.size(), array.capacity);
     for (std::size_t at = 0; at < size; ++at) {
-      const auto value = ConvertValue<Policy>(array.rule, list[at]);
-      if (value) writer.Put(array.ie.id + static_cast<std::int32_t>(at), *value);
+      const std::int32_t id = array.ie.id + static_cast<std::int32_t>(at);
+      if (!writer.IsSelected(id)) continue;
+      if (const auto value = ConvertValue<Policy>(array.rule, list[at])) writer.Put(id, *value);
     }
   }
-}
-
-// A list group: a list with its count, whose entries carry numbers, or are numbered by their position, from `first` to
-// `last`. The entry numbered n becomes the IEs id + n of the entry table.
-template <class Block, class Entry, class Count, std::size_t kFields>
-struct ListGroup {
-  Count Block::*count;
-  RecordList<Entry> Block::*list;
-  IE count_ie;
-  std::int8_t Entry::*number;  // null: numbered by position
-  std::int32_t first;
-  std::int32_t last;
-  std::array<Field<Entry>, kFields> fields;
-  Condition count_condition = kAlways;
-};
-inline constexpr std::int32_t kMaxEntryNumber = 255;
-
-namespace detail {
-
-// Number of the entry at a position, none when it is outside the group.
-template <const auto& kGroup, class Entry>
-inline std::optional<std::int32_t> EntryNumber(const Entry& entry, std::size_t position) {
-  static_assert(kGroup.first >= 0 && kGroup.last <= kMaxEntryNumber);
-  std::int32_t number = static_cast<std::int32_t>(std::min<std::size_t>(position, kMaxEntryNumber + 1));
-  if (kGroup.number != nullptr) number = entry.*kGroup.number;
-  return number < kGroup.first || number > kGroup.last ? std::nullopt : std::optional(number);
-}
-
-}  // namespace detail
-
-// A set of entry numbers.
-using EntryNumbers = std::bitset<kMaxEntryNumber + 1>;
-
-// The numbers from first to last of which the stream has an IE of the table.
-template <const auto& kTable>
-inline EntryNumbers KnownNumbers(CRowIEWriter& writer, std::int32_t first, std::int32_t last) {
-  EntryNumbers known;
-  for (const auto& field : kTable) {
-    writer.ForEachKnown(field.ie.id + first, field.ie.id + last,
-                        [&](std::int32_t id) { known.set(static_cast<std::size_t>(id - field.ie.id)); });
-  }
-  return known;
-}
-
-// Calls reset(number) for the numbers of a group from `from` on that the stream has and that no entry carried; for each
-// of them when the group writes without a table.
-template <const auto& kGroup, class Reset>
-inline void ResetOthers(CRowIEWriter& writer, const EntryNumbers& carried, std::int32_t from, Reset&& reset) {
-  static constexpr const auto& kFields = kGroup.fields;
-  EntryNumbers stale = ~carried;
-  if constexpr (!kFields.empty()) stale &= KnownNumbers<kFields>(writer, kGroup.first, kGroup.last);
-  if (stale.none()) return;
-  for (std::int32_t number = from; number <= kGroup.last; ++number) {
-    if (stale.test(static_cast<std::size_t>(number))) reset(number);
-  }
-}
-
-// Writes the entries of a group's list and says which numbers they carried; also(entry, number) writes what an entry
-// has beside the fields of the table.
-template <const auto& kGroup, class Policy = TdMarkers, class Block, class Also>
-inline EntryNumbers WriteGroupEntries(CRowIEWriter& writer, const Block& block, Also&& also) {
-  static constexpr const auto& kFields = kGroup.fields;
-  EntryNumbers carried;
-  const auto passing = PassingFields<kFields>(writer, kGroup.first);
-  const auto& list = block.*kGroup.list;
-  for (std::size_t at = 0; at < list.size(); ++at) {
-    const auto number = detail::EntryNumber<kGroup>(list[at], at);
-    if (!number) continue;
-    carried.set(static_cast<std::size_t>(*number));
-    WriteEntry<kFields, Policy>(writer, list[at], *number, passing);
-    also(list[at], *number);
-  }
-  return carried;
-}
-
-// Writes a group: its count and its entries; reset(number) is called for the numbers that no entry carried. A negative
-// count means that the list is absent; 0 resets every number.
-template <const auto& kGroup, class Policy = TdMarkers, class Block, class Reset, class Also>
-inline void WriteGroup(CRowIEWriter& writer, const Block& block, Reset&& reset, Also&& also) {
-  const std::int32_t count = block.*kGroup.count;
-  if (count < 0) return;
-  if (Passes(writer, kGroup.count_condition, kGroup.count_ie.id)) writer.Put(kGroup.count_ie.id, count);
-  EntryNumbers carried;
-  if (count > 0) carried = WriteGroupEntries<kGroup, Policy>(writer, block, also);
-  // Entries numbered by position are current up to the count.
-  const std::int32_t reset_from = kGroup.number == nullptr ? std::max(count, kGroup.first) : kGroup.first;
-  ResetOthers<kGroup>(writer, carried, reset_from, reset);
-}
-template <const auto& kGroup, class Policy = TdMarkers, class Block, class Reset>
-inline void WriteGroup(CRowIEWriter& writer, const Block& block, Reset&& reset) {
-  WriteGroup<kGroup, Policy>(writer, block, reset, [](const auto&, std::int32_t) {});
-}
-
-// Writes the invalid values of one entry number for the IEs that the stream has.
-template <const auto& kGroup>
-inline void ResetEntry(CRowIEWriter& writer, std::int32_t number) {
-  for (const auto& field : kGroup.fields) writer.Invalidate(field.ie.id + number, field.type);
 }
 
 }  // namespace loom

@@ -25,10 +25,4 @@ void CRowIEWriter::Record(std::int32_t id) {
   stream_->ie_names.insert(g_project->GetIEName(id));
 }
 
-void CRowIEWriter::TakeKnownIds() {
-  known_ids_.clear();
-  stream_->ie_ids.ForEach([this](std::int32_t id) { known_ids_.push_back(id); });
-  known_ids_taken_ = true;
-}
-
 }  // namespace loom

@@ -1,12 +1,10 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string_view>
-#include <vector>
 
 #include "components/field_value.h"
 #include "components/id_set.h"
@@ -50,7 +48,6 @@ class CRowIEWriter {
     stream_ = &stream;
     selection_switch_ = selection_switch;
     row_ = &row;
-    known_ids_taken_ = false;
   }
   struct_STREAMINFO& stream() const { return *stream_; }
   CMemDataRow& row() const { return *row_; }
@@ -69,8 +66,9 @@ class CRowIEWriter {
     return selection_switch != 1 || (settings_ != nullptr && settings_->contains(name));
   }
 
-  // One small function for every field of every row: called often, it stays in the instruction cache.
-  [[gnu::noinline, gnu::flatten]] void Put(std::int32_t id, uniFieldValue value) {
+  // One small function for every field of every row: called often, it stays in the instruction cache. Hidden, so that
+  // it is called without a detour through the shared library's jump table.
+  [[gnu::noinline, gnu::flatten, gnu::visibility("hidden")]] void Put(std::int32_t id, uniFieldValue value) {
     row_->QuickAddIE(id, value);
     if (!stream_->ie_ids.Contains(id)) [[unlikely]]
       Record(id);
@@ -104,12 +102,6 @@ class CRowIEWriter {
     }
   }
 
-  // Calls visit(id) for each IE from first to last that the stream had received when the row first asked.
-  template <class Visit>
-  void ForEachKnown(std::int32_t first, std::int32_t last, Visit visit) {
-    if (!known_ids_taken_) TakeKnownIds();
-    for (auto at = std::ranges::lower_bound(known_ids_, first); at != known_ids_.end() && *at <= last; ++at) visit(*at);
-  }
   // Whether the stream has received the IE before.
   bool StreamHas(std::int32_t id) const { return stream_->ie_ids.Contains(id); }
   // Writes the invalid value of the type if the stream has received the IE before: its last value ends here.
@@ -119,7 +111,6 @@ class CRowIEWriter {
 
  private:
   [[gnu::noinline]] void Record(std::int32_t id);
-  void TakeKnownIds();
 
   const ImpIESettings* settings_ = nullptr;
   std::map<std::int32_t, SelectionEntry> selection_;
@@ -130,8 +121,6 @@ class CRowIEWriter {
   struct_STREAMINFO* stream_ = nullptr;
   std::int32_t selection_switch_ = 0;
   CMemDataRow* row_ = nullptr;
-  std::vector<std::int32_t> known_ids_;  // of the stream, ascending; taken once a row, when first asked for
-  bool known_ids_taken_ = false;
 };
 
 }  // namespace loom

@@ -196,9 +196,11 @@ void CTDBlockConverter::Convert(const CTestdataBase& record, struct_STREAMINFO& 
 
 void CTDBlockConverter::WriteSamples(const TdSamples* block) {
   sample_count_ = 0;
+  announced_samples_ = 0;
   if (block == nullptr) return;
   const std::int32_t count = std::clamp(block->count, -2, kMaxSamples);  // a negative count is no count
   writer_.PutIntIfSelected(count, count, 5065);
+  announced_samples_ = count;
   const std::size_t size = UsableEntries(count, block->samples.size(), kMaxSamples);
   std::copy_n(block->samples.begin(), size, samples_.begin());
   sample_count_ = static_cast<std::int32_t>(size);

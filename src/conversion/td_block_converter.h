@@ -17,6 +17,8 @@ class CTDBlockConverter final : public CRecordConverter {
   // Adds the record's blocks to the row of a stream, and keeps the record's samples.
   void Convert(const CTestdataBase& record, struct_STREAMINFO& stream, std::int32_t selection_switch, CMemDataRow& row);
 
+  // How many samples the record converted last announces, at most kMaxSamples; 0 or less when it has none.
+  std::int32_t announced_samples() const { return announced_samples_; }
   // A sample of the record converted last; null when it is missing.
   const TdSample* Sample(std::int32_t at) const {
     return at >= 0 && at < sample_count_ ? &samples_[static_cast<std::size_t>(at)] : nullptr;
@@ -28,7 +30,8 @@ class CTDBlockConverter final : public CRecordConverter {
   void WriteSamples(const TdSamples* block);
 
   std::array<TdSample, kMaxSamples> samples_;
-  std::int32_t sample_count_ = 0;
+  std::int32_t announced_samples_ = 0;
+  std::int32_t sample_count_ = 0;  // of samples_
 };
 
 // The block table of a TD-SCDMA handset record (position 352).

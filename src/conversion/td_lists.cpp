@@ -2,14 +2,14 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "conversion/field_table.h"
+#include "conversion/list_group.h"
 #include "conversion/td_record_converter.h"
 
 // The list groups of the channel, code and physical-channel blocks.
 namespace loom {
 namespace {
 
-constexpr std::int8_t kTimeslots = 7;
+constexpr std::int32_t kLastTimeslot = 6;
 constexpr std::int32_t kScaleLimit = 139;  // scale words above it, and -1, make the codes' values tenths
 constexpr std::size_t kMaxText3689 = 43;
 
@@ -182,6 +182,23 @@ void WriteEntryF(CRowIEWriter& writer, const TdCodeEntryF& entry, std::int32_t n
   }
 }
 
+NumbersOf<kGroupF> KnownNumbersF(const CRowIEWriter& writer) {
+  NumbersOf<kGroupF> known;
+  for (std::int32_t at = 0; at < kGroupFValues; ++at) known.AddKnown(writer, kGroupFBase + kGroupFStride * at);
+  return known;
+}
+
+using TimeslotNumbers = NumberSet<kLastTimeslot>;
+
+// Makes invalid what the stream has of the timeslots' configurations but for those of the given timeslots.
+void ResetTimeslotsBut(CRowIEWriter& writer, const TimeslotNumbers& timeslots) {
+  TimeslotNumbers stale = KnownNumbers<kTimeslotConfigFields, kLastTimeslot>(writer);
+  stale.Remove(timeslots);
+  stale.ForEachFrom(0, [&writer](std::int32_t timeslot) {
+    for (const auto& field : kTimeslotConfigFields) writer.Invalidate(field.ie.id + timeslot, field.type);
+  });
+}
+
 }  // namespace
 
 void CTDRecordConverter::WriteChannels(const CIE_Channel_Para& block) {
@@ -195,29 +212,24 @@ void CTDRecordConverter::WriteChannels(const CIE_Channel_Para& block) {
 }
 
 void CTDRecordConverter::WriteTimeslotConfig(const CIE_Channel_Para& block) {
-  const EntryNumbers carried = WriteGroupEntries<kGroupC>(writer_, block, [](const auto&, std::int32_t) {});
-  ResetOthers<kGroupC>(writer_, carried, kGroupC.first, [this](std::int32_t number) { ResetGroupC(number); });
+  NumbersOf<kGroupC> stale = KnownNumbers<kGroupC>(writer_);
+  stale.Remove(WriteGroupEntries<kGroupC>(writer_, block, [](const auto&, std::int32_t) {}));
+  stale.ForEachFrom(kGroupC.first, [this](std::int32_t number) { ResetGroupC(number); });
 
-  EntryNumbers timeslots;
+  TimeslotNumbers timeslots;
   const auto passing = PassingFields<kTimeslotConfigFields>(writer_, 0);
   for (const TdCodeChannel& entry : block.code_channels) {
-    if (entry.timeslot < 0 || entry.timeslot >= kTimeslots) continue;
-    const auto timeslot = static_cast<std::size_t>(entry.timeslot);
-    if (timeslots.test(timeslot)) continue;  // the first entry of a timeslot counts
-    timeslots.set(timeslot);
+    if (entry.timeslot < 0 || entry.timeslot > kLastTimeslot) continue;
+    if (timeslots.Has(entry.timeslot)) continue;  // the first entry of a timeslot counts
+    timeslots.Add(entry.timeslot);
     WriteEntry<kTimeslotConfigFields>(writer_, entry, entry.timeslot, passing);
   }
-  for (std::int32_t timeslot = 0; timeslot < kTimeslots; ++timeslot) {
-    if (timeslots.test(static_cast<std::size_t>(timeslot))) continue;
-    for (const auto& field : kTimeslotConfigFields) writer_.Invalidate(field.ie.id + timeslot, field.type);
-  }
+  ResetTimeslotsBut(writer_, timeslots);
 }
 
 void CTDRecordConverter::ResetTimeslotConfig() {
-  for (std::int32_t number = kGroupC.first; number <= kGroupC.last; ++number) ResetGroupC(number);
-  for (std::int32_t timeslot = 0; timeslot < kTimeslots; ++timeslot) {
-    for (const auto& field : kTimeslotConfigFields) writer_.Invalidate(field.ie.id + timeslot, field.type);
-  }
+  KnownNumbers<kGroupC>(writer_).ForEachFrom(kGroupC.first, [this](std::int32_t number) { ResetGroupC(number); });
+  ResetTimeslotsBut(writer_, {});
 }
 
 void CTDRecordConverter::WriteCodes(const CIE_Meas_Res& block) {
@@ -229,7 +241,7 @@ void CTDRecordConverter::WriteCodes(const CIE_Meas_Res& block) {
   }
   WriteGroup<kGroupE>(writer_, block, [this](std::int32_t number) { ResetGroupE(number); });
   WriteGroup<kGroupF>(
-      writer_, block, [this](std::int32_t number) { ResetGroupF(number); },
+      writer_, block, [this] { return KnownNumbersF(writer_); }, [this](std::int32_t number) { ResetGroupF(number); },
       [this](const TdCodeEntryF& entry, std::int32_t number) { WriteEntryF(writer_, entry, number); });
   WriteFields<kCodeFields>(writer_, block);
 }

@@ -2,7 +2,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "conversion/field_table.h"
+#include "conversion/list_group.h"
 #include "conversion/td_record_converter.h"
 
 namespace loom {
@@ -59,14 +59,13 @@ void WriteTimeslotLevels(CRowIEWriter& writer, const TdNeighbour& neighbour, std
   }
 }
 
-// Indexes of the neighbours of which the stream has an IE.
-EntryNumbers KnownNeighbours(CRowIEWriter& writer) {
-  EntryNumbers known = KnownNumbers<kNeighbourFields>(writer, 0, kMaxNeighbours - 1);
-  writer.ForEachKnown(kTimeslotCount, kTimeslotCount + kMaxNeighbours - 1,
-                      [&](std::int32_t id) { known.set(static_cast<std::size_t>(id - kTimeslotCount)); });
-  writer.ForEachKnown(kTimeslotLevels, kTimeslotLevels + kTimeslots * kMaxNeighbours - 1, [&](std::int32_t id) {
-    known.set(static_cast<std::size_t>((id - kTimeslotLevels) / kTimeslots));
-  });
+// Indexes from `first` on, and possibly others, of the neighbours of which the stream has an IE.
+NumberSet<kMaxNeighbours - 1> KnownNeighbours(const CRowIEWriter& writer, std::int32_t first) {
+  auto known = KnownNumbers<kNeighbourFields, kMaxNeighbours - 1>(writer);
+  known.AddKnown(writer, kTimeslotCount);
+  NumberSet<kTimeslots * kMaxNeighbours - 1> levels;
+  levels.AddKnown(writer, kTimeslotLevels);
+  levels.ForEachFrom(kTimeslots * first, [&known](std::int32_t at) { known.Add(at / kTimeslots); });
   return known;
 }
 
@@ -78,7 +77,7 @@ void CTDRecordConverter::WriteNeighbours(const CIE_NCell_Meas& block) {
   if (block.count > 0) {
     WriteNeighbourList(block);
   } else {
-    for (std::int32_t index = 0; index < kMaxNeighbours; ++index) ResetNeighbour(index);
+    ResetNeighboursFrom(0);
   }
 }
 
@@ -93,10 +92,12 @@ void CTDRecordConverter::WriteNeighbourList(const CIE_NCell_Meas& block) {
     WriteTimeslotLevels(writer_, neighbour, index);
   }
   if (block.count >= kMaxNeighbours - 1) return;
-  const EntryNumbers known = KnownNeighbours(writer_);
-  for (std::int32_t index = written + 1; index < kMaxNeighbours; ++index) {
-    if (known.test(static_cast<std::size_t>(index))) ResetNeighbour(index);
-  }
+  ResetNeighboursFrom(written + 1);
+}
+
+void CTDRecordConverter::ResetNeighboursFrom(std::int32_t first) {
+  if (first >= kMaxNeighbours) return;
+  KnownNeighbours(writer_, first).ForEachFrom(first, [this](std::int32_t index) { ResetNeighbour(index); });
 }
 
 void CTDRecordConverter::ResetNeighbour(std::int32_t index) {

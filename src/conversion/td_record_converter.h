@@ -100,6 +100,7 @@ class CTDRecordConverter final : public CRecordConverter {
   void WriteUraIdentities(const CIE_SCell_Para& block, CarryRow* carry);
   void WriteTimeslotMeasurements(const CIE_SCell_Meas& block);
   void WriteNeighbours(const CIE_NCell_Meas& block);
+  void ResetNeighboursFrom(std::int32_t first);
   void WriteEvent(const CTestdataBase& record);
   void WriteLayer3Header(const CTestdataBase& record);
   void WriteChannels(const CIE_Channel_Para& block);

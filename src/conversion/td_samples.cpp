@@ -18,6 +18,7 @@ constexpr std::array kCopiedIes{ie::kRecordId, ie::kLongitude, ie::kLatitude, ie
 }  // namespace
 
 std::int32_t CTDRecordConverter::SampleCount(const CMemDataRow& first_row) const {
+  if (blocks_.announced_samples() < 2) return 0;
   const auto count = first_row.GetIEValueByID(kSampleCountIe);
   return count && count->int_value >= 2 ? std::min(count->int_value, CTDBlockConverter::kMaxSamples) : 0;
 }

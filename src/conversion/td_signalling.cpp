@@ -45,31 +45,28 @@ struct Summary {
   std::optional<float> sum;
 };
 
-Summary Summarise(const RowIndex& index, std::int32_t base, std::int32_t first, std::int32_t last) {
+Summary Summarise(const RowIndex& index, std::int32_t first, std::int32_t last) {
   Summary summary;
   bool has_valid = false;
-  for (std::int32_t number = first; number <= last; ++number) {
-    const auto value = index.Get(base + number);
-    if (!value) continue;
-    if (value->float_value == kInvalidFloat) {
+  index.ForEachIn(first, last, [&](uniFieldValue value) {
+    if (value.float_value == kInvalidFloat) {
       if (!has_valid) summary.maximum = summary.sum = kInvalidFloat;
-      continue;
+      return;
     }
     if (!has_valid) summary.maximum = summary.sum = 0.0f;
     has_valid = true;
-    summary.maximum = std::max(*summary.maximum, value->float_value);
-    *summary.sum += value->float_value;
-  }
+    summary.maximum = std::max(*summary.maximum, value.float_value);
+    *summary.sum += value.float_value;
+  });
   return summary;
 }
 
-// Greatest of the values from id base + first to base + last that the row holds, whatever they are.
-std::optional<float> Greatest(const RowIndex& index, std::int32_t base, std::int32_t first, std::int32_t last) {
+// Greatest of the values from id first to last that the row holds, whatever they are.
+std::optional<float> Greatest(const RowIndex& index, std::int32_t first, std::int32_t last) {
   std::optional<float> greatest;
-  for (std::int32_t number = first; number <= last; ++number) {
-    const auto value = index.Get(base + number);
-    if (value) greatest = greatest ? std::max(*greatest, value->float_value) : value->float_value;
-  }
+  index.ForEachIn(first, last, [&](uniFieldValue value) {
+    greatest = greatest ? std::max(*greatest, value.float_value) : value.float_value;
+  });
   return greatest;
 }
 
@@ -129,11 +126,14 @@ void PutShortIfSelected(CRowIEWriter& writer, std::int32_t id, std::optional<std
 
 void RowIndex::Build(const CMemDataRow& row) {
   row_ = &row;
+  present_.fill(0);
   const std::int32_t* ids = row.GetParamID().data();
-  size_ = std::min<std::size_t>(row.GetParamID().size(), std::numeric_limits<std::uint16_t>::max());
-  for (std::size_t at = size_; at-- > 0;) {  // the first field of an id is entered last
-    if (ids[at] >= 0 && ids[at] <= kMaxId)
-      positions_[static_cast<std::size_t>(ids[at])] = static_cast<std::uint16_t>(at);
+  const std::size_t size = std::min<std::size_t>(row.GetParamID().size(), std::numeric_limits<std::uint16_t>::max());
+  for (std::size_t at = size; at-- > 0;) {  // the first field of an id is entered last
+    if (ids[at] < 0 || ids[at] > kMaxId) continue;
+    const auto id = static_cast<std::size_t>(ids[at]);
+    present_[id / 64] |= std::uint64_t{1} << (id % 64);
+    positions_[id] = static_cast<std::uint16_t>(at);
   }
 }
 
@@ -163,7 +163,7 @@ void SignallingPass::WriteTransportChannelTotals(CRowIEWriter& writer) const {
     const auto faulty = index_.Get(935 + channel);
     const auto received = index_.Get(1000 + channel);
     if (faulty && received) totals.Add(faulty->int_value, received->int_value);
-    const auto rate = Greatest(index_, 1033, channel, channel);
+    const auto rate = Greatest(index_, 1033 + channel, 1033 + channel);
     if (rate) greatest = greatest ? std::max(*greatest, *rate) : *rate;
   }
   if (totals.faulty) {
@@ -176,17 +176,17 @@ void SignallingPass::WriteTransportChannelTotals(CRowIEWriter& writer) const {
 
 void SignallingPass::WriteCodeSummaries(CRowIEWriter& writer) const {
   if (IsAbove0(index_, 491)) {
-    const Summary first = Summarise(index_, 1588, 1, 32);
-    const Summary second = Summarise(index_, 1622, 1, 32);
+    const Summary first = Summarise(index_, 1589, 1620);
+    const Summary second = Summarise(index_, 1623, 1654);
     PutIfSelected(writer, 1621, first.maximum);
     PutIfSelected(writer, 1622, first.sum);
-    if (!writer.settings_empty()) PutIfSelected(writer, 1690, Greatest(index_, 1656, 1, 32));
+    if (!writer.settings_empty()) PutIfSelected(writer, 1690, Greatest(index_, 1657, 1688));
     PutIfSelected(writer, 1655, second.maximum);
     PutIfSelected(writer, 1656, second.sum);
   }
   if (IsAbove0(index_, 492)) {
-    const Summary first = Summarise(index_, 1953, 5, 15);
-    const Summary second = Summarise(index_, 1966, 5, 15);
+    const Summary first = Summarise(index_, 1958, 1968);
+    const Summary second = Summarise(index_, 1971, 1981);
     PutIfSelected(writer, 1969, first.maximum);
     PutIfSelected(writer, 1970, first.sum);
     PutIfSelected(writer, 1982, second.maximum);

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 
+#include "components/id_set.h"
 #include "components/mem_row.h"
 #include "components/records/state_record.h"
 #include "components/records/testdata.h"
@@ -22,14 +24,21 @@ class RowIndex {
   void Build(const CMemDataRow& row);
   // First field with the id, if any.
   std::optional<uniFieldValue> Get(std::int32_t id) const {
-    const std::size_t at = positions_[static_cast<std::size_t>(id)];
-    return at < size_ && row_->GetParamID()[at] == id ? std::optional(row_->GetParamValue()[at]) : std::nullopt;
+    const auto at = static_cast<std::size_t>(id);
+    return present_[at / 64] >> (at % 64) & 1 ? std::optional(Value(at)) : std::nullopt;
+  }
+  // Calls visit(value) for the first field of each id from first to last that the row holds, ascending; at most 64 ids.
+  template <class Visit>
+  void ForEachIn(std::int32_t first, std::int32_t last, Visit visit) const {
+    const std::uint64_t bits = BitsFrom(present_, first) & ~std::uint64_t{0} >> (63 - (last - first));
+    ForEachBit(bits, [&](int bit) { visit(Value(static_cast<std::size_t>(first + bit))); });
   }
 
  private:
-  // A position counts only if the row has the id there, so nothing needs to be cleared between rows.
-  std::array<std::uint16_t, kMaxId + 1> positions_{};
-  std::size_t size_ = 0;
+  uniFieldValue Value(std::size_t id) const { return row_->GetParamValue()[positions_[id]]; }
+
+  std::array<std::uint64_t, kMaxId / 64 + 1> present_{};  // one bit per id
+  std::array<std::uint16_t, kMaxId + 1> positions_{};     // of the ids present
   const CMemDataRow* row_ = nullptr;
 };
 
