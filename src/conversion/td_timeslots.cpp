@@ -77,10 +77,12 @@ void WriteLevels(CRowIEWriter& writer, const TimeslotTable& table, std::int32_t 
   }
 }
 
+bool IsKnown(std::int32_t raw) { return raw != -1 && raw != -2; }
+
 // IEs 5428 to 5432: carrier to interference ratio of timeslots 2 to 6.
 void WriteCir(CRowIEWriter& writer, const TimeslotTable& iscp, const TimeslotTable& rscp) {
   for (std::size_t timeslot = kFirstDpchTimeslot; timeslot < kTimeslots; ++timeslot) {
-    const bool valid = iscp[timeslot] >= 0 && rscp[timeslot] >= 0;
+    const bool valid = IsKnown(iscp[timeslot]) && IsKnown(rscp[timeslot]);
     const std::int32_t id = 5428 + static_cast<std::int32_t>(timeslot) - kFirstDpchTimeslot;
     writer.Put(id, valid ? rscp[timeslot] - iscp[timeslot] : kInvalidInt);
   }
