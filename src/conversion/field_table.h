@@ -134,16 +134,25 @@ inline std::size_t UsableEntries(std::int64_t count, std::size_t size, std::size
   return count < 0 ? 0 : std::min({static_cast<std::size_t>(count), size, capacity});
 }
 
+// Whether a table has fields that are selected by their own IE: each entry of a list then asks for itself.
+template <const auto& kTable>
+inline constexpr bool kSelectsEachEntry = std::ranges::any_of(kTable, [](const auto& field) {
+  const Condition& condition = field.condition;
+  return condition.selected && condition.name == SelectionName::kNone && condition.selection_id < 0;
+});
+
 // Writes the first `size` entries of a list, entry k as IE id + k.
 template <const auto& kTable, class Policy = TdMarkers, class Entry>
 inline void WriteArray(CRowIEWriter& writer, RecordList<Entry> entries, std::size_t size) {
-  const auto passing = PassingFields<kTable>(writer, 0);
+  auto passing = PassingFields<kTable>(writer, 0);
   for (std::size_t at = 0; at < std::min(size, entries.size()); ++at) {
-    WriteEntry<kTable, Policy>(writer, entries[at], static_cast<std::int32_t>(at), passing);
+    const auto number = static_cast<std::int32_t>(at);
+    if constexpr (kSelectsEachEntry<kTable>) passing = PassingFields<kTable>(writer, number);
+    WriteEntry<kTable, Policy>(writer, entries[at], number, passing);
   }
 }
 
-// A list of plain numbers and its count: entry k becomes IE id + k.
+// A list of plain numbers and its count: entry k becomes IE id + k, each selected by its own id.
 template <class Block, class Raw = std::int32_t>
 struct NumberArray {
   std::int32_t Block::*count;
@@ -156,7 +165,6 @@ struct NumberArray {
 template <const auto& kArrays, class Policy = TdMarkers, class Block>
 inline void WriteNumberArrays(CRowIEWriter& writer, const Block& block) {
   for (const auto& array : kArrays) {
-    if (!writer.IsSelected(array.ie.id)) continue;
     const auto& list = block.*array.list;
     const std::size_t size = UsableEntries(block.*array.count, list.size(), array.capacity);
     for (std::size_t at = 0; at < size; ++at) {

@@ -9,10 +9,10 @@ void CRowIEWriter::SetImportSettings(const ImpIESettings& settings) {
   settings_empty_ = settings.empty();
   selection_.clear();
   selected_ids_.Clear();
-  for (const auto& [name, setting] : settings) {
-    const std::int32_t id = g_sysProject->GetIEID(name);
+  for (const auto& [text, setting] : settings) {
+    const std::int32_t id = g_sysProject->GetIEID(setting.ie_name);
     if (id < 0) continue;
-    selection_.insert_or_assign(id, SelectionEntry{name, setting.minimum, setting.maximum});
+    selection_.insert_or_assign(id, SelectionEntry{setting.ie_name, setting.minimum, setting.maximum});
     selected_ids_.Insert(id);
   }
   for (std::size_t name = 0; name < kSelectionNames.size(); ++name) {

@@ -37,7 +37,8 @@ class CRowIEWriter {
   };
   static constexpr std::int32_t kOwnId = -1;
 
-  // Builds the selection from the settings, which outlive their use. Names unknown to the catalogue select nothing.
+  // Builds the selection from the settings, which outlive their use: ids by the IE that a setting names, names by the
+  // key of the setting. IEs unknown to the catalogue select nothing.
   void SetImportSettings(const ImpIESettings& settings);
   bool settings_empty() const { return settings_empty_; }
   void set_settings_empty(bool empty) { settings_empty_ = empty; }

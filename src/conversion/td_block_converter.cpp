@@ -15,21 +15,22 @@ constexpr auto kBlock288Fields = FieldTable<TdBlock288>({
     {&TdBlock288::ie4610, IE{4610}},
 });
 
-// Entry k of an array becomes IE id + k.
+// Entry k of an array becomes IE id + k. The selection shows the HSDPA arrays as one item each, which stands for their
+// first IE.
 constexpr std::size_t kArray292 = 400;
 constexpr auto kBlock292Fields = FieldTable<TdBlock292>({
     {&TdBlock292::ie21355, IE{21355}},
 });
 constexpr auto kEntry292Fields = FieldTable<TdEntry292>({
-    {&TdEntry292::ie21356, IE{21356}},
-    {&TdEntry292::ie21756, IE{21756}},
-    {&TdEntry292::ie22156, IE{22156}},
-    {&TdEntry292::ie22556, IE{22556}},
-    {&TdEntry292::ie22956, IE{22956}},
-    {&TdEntry292::ie23356, IE{23356}},
-    {&TdEntry292::ie23756, IE{23756}},
-    {&TdEntry292::ie24156, IE{24156}},
-    {&TdEntry292::ie24556, IE{24556}},
+    {&TdEntry292::ie21356, IE{21356}, SelectedBy(21356)},
+    {&TdEntry292::ie21756, IE{21756}, SelectedBy(21756)},
+    {&TdEntry292::ie22156, IE{22156}, SelectedBy(22156)},
+    {&TdEntry292::ie22556, IE{22556}, SelectedBy(22556)},
+    {&TdEntry292::ie22956, IE{22956}, SelectedBy(22956)},
+    {&TdEntry292::ie23356, IE{23356}, SelectedBy(23356)},
+    {&TdEntry292::ie23756, IE{23756}, SelectedBy(23756)},
+    {&TdEntry292::ie24156, IE{24156}, SelectedBy(24156)},
+    {&TdEntry292::ie24556, IE{24556}, SelectedBy(24556)},
 });
 
 constexpr std::size_t kArray296 = 400;
@@ -37,10 +38,10 @@ constexpr auto kBlock296Fields = FieldTable<TdBlock296>({
     {&TdBlock296::ie24956, IE{24956}},
 });
 constexpr auto kEntry296Fields = FieldTable<TdEntry296>({
-    {&TdEntry296::ie24957, IE{24957}},
-    {&TdEntry296::ie25357, IE{25357}},
-    {&TdEntry296::ie25757, IE{25757}},
-    {&TdEntry296::ie26157, IE{26157}},
+    {&TdEntry296::ie24957, IE{24957}, SelectedBy(24957)},
+    {&TdEntry296::ie25357, IE{25357}, SelectedBy(25357)},
+    {&TdEntry296::ie25757, IE{25757}, SelectedBy(25757)},
+    {&TdEntry296::ie26157, IE{26157}, SelectedBy(26157)},
 });
 
 constexpr auto kSampleFields = FieldTable<TdSample>({
@@ -195,12 +196,12 @@ void CTDBlockConverter::Convert(const CTestdataBase& record, struct_STREAMINFO& 
 }
 
 void CTDBlockConverter::WriteSamples(const TdSamples* block) {
-  sample_count_ = 0;
   announced_samples_ = 0;
+  sample_count_ = 0;
   if (block == nullptr) return;
   const std::int32_t count = std::clamp(block->count, -2, kMaxSamples);  // a negative count is no count
-  writer_.PutIntIfSelected(count, count, 5065);
   announced_samples_ = count;
+  writer_.PutIntIfSelected(count, count, 5065);
   const std::size_t size = UsableEntries(count, block->samples.size(), kMaxSamples);
   std::copy_n(block->samples.begin(), size, samples_.begin());
   sample_count_ = static_cast<std::int32_t>(size);

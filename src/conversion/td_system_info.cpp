@@ -36,7 +36,7 @@ constexpr std::array<NumberArray<TdSystemInfo>, 6> kSystemInfoArrays{{
     {&TdSystemInfo::ie30081, &TdSystemInfo::ie30082, IE{30082}, 1244},
 }};
 
-// Cell i becomes IE id + i; every cell is selected by its own ids.
+// Cell i becomes IE id + i.
 constexpr auto kCellFields = FieldTable<TdCell>({
     {&TdCell::ie31362, IE{31362}},
     {&TdCell::ie31382, IE{31382}},
@@ -61,11 +61,7 @@ void CTDRecordConverter::ConvertSystemInfo(const TdSystemInfo& block) {
 
 void CTDRecordConverter::ConvertCellList(const TdCellList& block) {
   if (block.count < 1 || block.count > kMaxCells) return;
-  const std::size_t size = UsableEntries(block.count, block.cells.size(), kMaxCells);
-  for (std::size_t at = 0; at < size; ++at) {
-    const auto number = static_cast<std::int32_t>(at);
-    WriteEntry<kCellFields>(writer_, block.cells[at], number, PassingFields<kCellFields>(writer_, number));
-  }
+  WriteArray<kCellFields>(writer_, block.cells, UsableEntries(block.count, block.cells.size(), kMaxCells));
 }
 
 }  // namespace loom

@@ -63,6 +63,11 @@ class ConversionTest : public ::testing::Test {
     converter_.SetImportSettings(settings_);
     selection_switch_ = 1;
   }
+  // Turns the selection on with an item of the selection that shows a repeated IE by another text.
+  void SelectItem(const char* text, const char* ie_name) {
+    settings_[CString(text)].ie_name = CString(ie_name);
+    Select({});
+  }
   // Import settings that are not empty, with everything imported.
   void HaveSettings() {
     Select({}, {"anything"});

@@ -283,5 +283,33 @@ TEST_F(TdListsTest, SmallBlocks) {
   EXPECT_EQ(6, Int(*row, 5256));
 }
 
+TEST_F(TdListsTest, AnItemOfTheSelectionStandsForTheIeThatItNames) {
+  std::array<TdNeighbour, 2> list;
+  list.fill({.cell_parameter_id = 7, .uarfcn = 10054});
+  const std::array channels{TdTransportChannel{.number = 3, .ie935 = 4, .ie1000 = 9, .ie1033 = 2.5f}};
+  const auto record = HandsetRecord()
+                          .With(Neighbours(2, list))
+                          .With(CIE_Channel_Para{.transport_channel_count = 1, .transport_channels = channels})
+                          .Build();
+  SelectItem("NborCellParameterID", "NborCellParameterID_0");
+  EXPECT_EQ((std::vector{1141, 1142}), IdsIn(*Convert(record), 140, 2000));
+  SelectItem("TrCHBLER", "TrCHBLER_1");
+  EXPECT_EQ((std::vector{200, 1036, 1141, 1142}), IdsIn(*Convert(record), 140, 2000));
+}
+
+TEST_F(TdListsTest, ArraysAreSelectedEntryByEntryButForTheOnesThatAreOneItem) {
+  Select({21330, 21356, 26614, 26702});
+  const std::vector<std::int32_t> values(5, 5);
+  const std::vector<TdEntry292> entries(3, TdEntry292{.ie21356 = 1, .ie24556 = 2});
+  const std::vector<TdEntry348> pairs(3, TdEntry348{.ie26669 = 1, .ie26701 = 2});
+  const Row row = Convert(HandsetRecord()
+                              .With(TdSystemInfo{.ie21328 = 5, .ie21329 = values})
+                              .With(TdBlock292{.ie21355 = 3, .entries = entries})
+                              .With(TdBlock308{.ie26611 = 5, .ie26612 = values})
+                              .With(TdBlock348{.ie26668 = 3, .entries = pairs})
+                              .Build());
+  EXPECT_EQ((std::vector{21330, 21356, 21357, 21358, 26614, 26702}), IdsIn(*row, 21325, 26733));
+}
+
 }  // namespace
 }  // namespace loom::testing
