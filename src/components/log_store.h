@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "components/records/testdata.h"
 #include "platform/cstring.h"
+#include "platform/system_time.h"
 
 namespace loom {
 
@@ -27,8 +29,20 @@ class CDTFile {
 };
 
 inline constexpr int kUnreadableVersion = -255;
+inline constexpr int kLastUnmergeableVersion = 130;  // logs up to this version cannot be merged
+inline constexpr int kMergedLogVersion = 600;        // of logs made by merging, and later ones
 
-// Reader of one log file: the log store library's face. One object reads one log at a time, forward.
+// Results of merging logs.
+enum LogMergeResult : int {
+  kMergeDone = 0,
+  kMergeFailed = 1,   // the target could not be written
+  kMergeInPart = 2,   // merged without the logs that are too old
+  kMergeRefused = 3,  // a log is none or does not go with the others, or the target is one of them
+};
+inline constexpr int kExtractDone = 1;
+inline constexpr int kExtractFailed = 0;
+
+// The log store library's face: reader of one log file at a time, forward, and maker of logs out of logs.
 class CLogFileManager {
  public:
   CLogFileManager();
@@ -58,6 +72,17 @@ class CLogFileManager {
   bool GetLogFileDate(int& year, int& month, int& day) const;
   sys_time GetRecordStartTime();
   sys_time GetRecordEndTime();
+
+  // Merges logs of one kind in the order of their records' times, equal times in the order of the list, into a log of
+  // version kMergedLogVersion, the logs' test type and the earliest of their days; times of later days count on beyond
+  // 24 hours. The target appears, or is replaced, when it is complete. Gives a LogMergeResult; reasons and records out
+  // of time order go to the notes. Throws FileError when a log fails to read or is written to meanwhile. The mode means
+  // nothing.
+  int MergeFile(std::vector<CString> paths, const CString& target, int mode);
+  // Writes the records from `start` up to the end of the second `end`, local times, into a log with the source's
+  // header. Gives kExtractDone or kExtractFailed, with the reason in the notes; throws as MergeFile does.
+  int ExtractLogFile(const CString& source, const CTime& start, const CTime& end, const CString& target_folder,
+                     const CString& target_name);
 
  private:
   struct Impl;

@@ -43,6 +43,8 @@ std::string NativeFolderOf(const std::string& native) {
   return slash == std::string::npos ? "./" : native.substr(0, slash + 1);
 }
 
+std::int64_t ChangeTime(const struct stat& info) { return info.st_mtim.tv_sec * 1'000'000'000 + info.st_mtim.tv_nsec; }
+
 mode_t ModeOfNewFiles() {
   const mode_t mask = umask(0);
   umask(mask);
@@ -72,6 +74,14 @@ InputFile::InputFile(const CString& path) : path_(path) {
   if (fstat(handle_.get(), &info) != 0) throw SystemFileError(path, 0, "cannot get its size", errno);
   if (!S_ISREG(info.st_mode)) throw FileError(path, 0, S_ISDIR(info.st_mode) ? "is a folder" : "is not a regular file");
   size_ = static_cast<std::uint64_t>(info.st_size);
+  changed_ns_ = ChangeTime(info);
+}
+
+void InputFile::RequireUnchanged() const {
+  struct stat info {};
+  if (fstat(handle_.get(), &info) != 0) throw SystemFileError(path_, 0, "cannot get its size", errno);
+  if (static_cast<std::uint64_t>(info.st_size) != size_ || ChangeTime(info) != changed_ns_)
+    throw FileError(path_, 0, "the file was written to while it was read");
 }
 
 std::size_t InputFile::ReadUpTo(std::uint64_t position_bytes, std::span<std::byte> out) const {
@@ -175,6 +185,18 @@ void CreateFolder(const CString& path) {
   std::filesystem::create_directories(GbkPathToNative(path), error);
   if (error) throw FileError(path, 0, "cannot create the folder: " + error.message());
   if (!FolderExists(path)) throw FileError(path, 0, "is a file, a folder is needed");
+}
+
+void CreateOneFolder(const CString& path) {
+  if (mkdir(GbkPathToNative(path).c_str(), 0777) != 0)
+    throw SystemFileError(path, 0, "cannot create the folder", errno);
+}
+
+bool IsSameFile(const CString& a, const CString& b) {
+  struct stat first {
+  }, second{};
+  return stat(GbkPathToNative(a).c_str(), &first) == 0 && stat(GbkPathToNative(b).c_str(), &second) == 0 &&
+         first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
 void RemoveFile(const CString& path) {

@@ -49,11 +49,14 @@ class InputFile {
   std::size_t ReadUpTo(std::uint64_t position_bytes, std::span<std::byte> out) const;
   // Tells the system that reading goes forward.
   void ExpectSequentialReading() const;
+  // An error when somebody has written to the file since it was opened.
+  void RequireUnchanged() const;
 
  private:
   CString path_;
   FileHandle handle_;
   std::uint64_t size_ = 0;
+  std::int64_t changed_ns_ = 0;  // when it was written last, as of the opening
 };
 
 // Writes a file that is complete or absent: the bytes go into a file beside the target, which Commit() syncs and
@@ -85,10 +88,12 @@ class AtomicFile {
   std::uint64_t written_ = 0;
 };
 
-bool FileExists(const CString& path);    // anything of that name, folders included
-bool FolderExists(const CString& path);  // links to folders included
-void CreateFolder(const CString& path);  // with the folders above it; one that exists is fine
-void RemoveFile(const CString& path);    // a missing one is fine
+bool FileExists(const CString& path);                 // anything of that name, folders included
+bool FolderExists(const CString& path);               // links to folders included
+void CreateFolder(const CString& path);               // with the folders above it; one that exists is fine
+void CreateOneFolder(const CString& path);            // in a folder that is there
+bool IsSameFile(const CString& a, const CString& b);  // by whatever names; false unless both are there
+void RemoveFile(const CString& path);                 // a missing one is fine
 void CopyFile(const CString& from, const CString& to);
 std::vector<std::byte> ReadWholeFile(const CString& path);
 std::string ReadWholeText(const CString& path);

@@ -1,9 +1,17 @@
+#include <chrono>
+
 #include "components/autotest.h"
+#include "components/log_store.h"
+#include "host/logstore/log_cut.h"
+#include "host/logstore/log_merge.h"
 #include "host/logstore/log_reader.h"
 #include "platform/error.h"
+#include "platform/notes.h"
 
 namespace loom {
 namespace {
+
+constexpr std::int64_t kSecond_ns = 1'000'000'000;
 
 LogImporterMaker& Maker() {
   static LogImporterMaker maker = nullptr;
@@ -22,6 +30,21 @@ bool IsKind(const CString& path, LogKind kind) {
   return header && header->kind == kind;
 }
 
+// A time of a log, which counts the local clock as UTC.
+SYSTEMTIME ClockTime(std::int64_t time_ns) {
+  using namespace std::chrono;
+  const time_point<system_clock, nanoseconds> time{nanoseconds(time_ns)};
+  const auto midnight = floor<days>(time);
+  const year_month_day day{midnight};
+  const hh_mm_ss of_day{floor<milliseconds>(time - midnight)};
+  return SystemTimeOf({.day = {static_cast<int>(day.year()), static_cast<int>(static_cast<unsigned>(day.month())),
+                               static_cast<int>(static_cast<unsigned>(day.day()))},
+                       .hour = static_cast<int>(of_day.hours().count()),
+                       .minute = static_cast<int>(of_day.minutes().count()),
+                       .second = static_cast<int>(of_day.seconds().count())},
+                      static_cast<int>(of_day.subseconds().count()));
+}
+
 template <ImporterTypeEnum kType>
 IImporter* Make() {
   if (!Maker()) throw Error("the maker of log importers is not registered");
@@ -35,6 +58,30 @@ void RegisterLogImporterMaker(LogImporterMaker maker) { Maker() = maker; }
 bool CCSLogImportWrap::IsCSLog(const CString& path) const { return IsKind(path, LogKind::kAuto); }
 void CCSLogImportWrap::SetImpSetting(const ImpIESettings& settings) { SettingsOf<kImporterAutoTestLog>() = settings; }
 IImporter* CCSLogImportWrap::CreateImporter() { return Make<kImporterAutoTestLog>(); }
+
+bool CCSLogImportWrap::GetBeginEndTime(const CString& path, SYSTEMTIME& begin, SYSTEMTIME& end) const {
+  if (!IsCSLog(path)) return false;
+  const LogReader reader(path);
+  const std::int64_t midnight_ns = MidnightSeconds(reader.header().day) * kSecond_ns;
+  const LogTimes times = reader.ReadTimes().value_or(LogTimes{midnight_ns, midnight_ns});
+  begin = ClockTime(times.start_ns);
+  end = ClockTime(times.end_ns);
+  return true;
+}
+
+int CCSLogImportWrap::MergeFile(const CString& target, const std::vector<CString>& paths) const {
+  return MergeLogs(paths, target, [](LogKind kind) { return kind == LogKind::kAuto; });
+}
+
+int CCSLogImportWrap::ExtractLogByTimeW(const CString& source, const SYSTEMTIME& start, const SYSTEMTIME& end,
+                                        const CString& target) const {
+  if (!IsCSLog(source)) {
+    CurrentNotes().Add("log refused", source, std::uint64_t{0}, "is no log of the automatic test system");
+    return kExtractFailed;
+  }
+  const TimeWindow window = WindowOfSeconds(LocalTimeOf(start), LocalTimeOf(end));
+  return CutLog(source, target, window) ? kExtractDone : kExtractFailed;
+}
 
 bool CCMCCLogImportWrap::IsCMCCLog(const CString& path) const { return IsKind(path, LogKind::kCmcc); }
 void CCMCCLogImportWrap::SetImpSetting(const ImpIESettings& settings) {

@@ -11,8 +11,6 @@ namespace {
 
 using namespace pcapng;
 
-constexpr std::uint64_t kPieceBytes = 1U << 20;
-
 std::uint32_t NumberAt(const std::byte* bytes) { return ByteReader(std::span(bytes, 4)).U32(); }
 
 }  // namespace
@@ -24,7 +22,7 @@ inline const std::byte* BlockCursor::Need(std::uint32_t count) {
 }
 
 const std::byte* BlockCursor::Fill(std::uint32_t count) {
-  const std::uint64_t size = std::min(std::max<std::uint64_t>(count, kPieceBytes), file_.Size() - at_);
+  const std::uint64_t size = std::min(std::max<std::uint64_t>(count, piece_bytes_), file_.Size() - at_);
   if (buffer_.size() < size) buffer_.resize(size);
   buffer_end_ = buffer_position_ = at_;
   file_.ReadAt(at_, std::span(buffer_.data(), size));

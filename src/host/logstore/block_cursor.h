@@ -18,13 +18,19 @@ struct Block {
   std::span<const std::byte> body;   // between the lengths; valid until the cursor moves
 
   std::uint64_t BodyPosition() const { return position_bytes + 8; }
+  // With type and lengths.
+  std::span<const std::byte> Whole() const { return {body.data() - 8, body.size() + 12}; }
 };
 
 // Walks a little-endian pcapng file block by block, forward, reading it in large pieces. Throws FileError when the file
 // cannot be read or became shorter.
 class BlockCursor {
  public:
-  explicit BlockCursor(const InputFile& file) : file_(file) {}
+  static constexpr std::uint32_t kPieceBytes = 1U << 20;
+
+  // The file is read in pieces of that size, or of one block where that is longer.
+  explicit BlockCursor(const InputFile& file, std::uint32_t piece_bytes = kPieceBytes)
+      : file_(file), piece_bytes_(piece_bytes) {}
 
   // False at the end of the file and at the first block that is torn or lies about its length.
   bool Next(Block& block);
@@ -38,6 +44,7 @@ class BlockCursor {
   bool Damaged(const std::string& reason);
 
   const InputFile& file_;
+  std::uint32_t piece_bytes_;
   std::vector<std::byte> buffer_;
   std::uint64_t buffer_position_ = 0;  // in the file
   std::uint64_t buffer_end_ = 0;

@@ -4,6 +4,8 @@
 #include <string>
 
 #include "components/log_store.h"
+#include "host/logstore/log_cut.h"
+#include "host/logstore/log_merge.h"
 #include "host/logstore/log_reader.h"
 #include "host/logstore/reading_log.h"
 #include "host/logstore/record_codec.h"
@@ -125,5 +127,15 @@ sys_time CLogFileManager::GetRecordStartTime() {
 }
 
 sys_time CLogFileManager::GetRecordEndTime() { return impl_ ? impl_->TimeOfDay(impl_->Times().end_ns) : sys_time{}; }
+
+int CLogFileManager::MergeFile(std::vector<CString> paths, const CString& target, int) {
+  return MergeLogs(paths, target, [](LogKind kind) { return kind != LogKind::kAuto; });
+}
+
+int CLogFileManager::ExtractLogFile(const CString& source, const CTime& start, const CTime& end,
+                                    const CString& target_folder, const CString& target_name) {
+  const TimeWindow window = WindowOfSeconds(start.GetLocalTime(), end.GetLocalTime());
+  return CutLog(source, target_folder + target_name, window) ? kExtractDone : kExtractFailed;
+}
 
 }  // namespace loom

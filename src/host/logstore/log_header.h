@@ -8,6 +8,9 @@
 
 namespace loom {
 
+// 10,000 hours: from there on a number of seconds is no time of day.
+inline constexpr double kEndOfTimes_s = 36'000'000.0;
+
 // Which library a log belongs to: the log store, the automatic test system, the China Mobile automatic drive test.
 enum class LogKind { kStore, kAuto, kCmcc };
 

@@ -97,7 +97,7 @@ LogHeader ReadLogHeader(const InputFile& file, BlockCursor& cursor) {
 
 }  // namespace
 
-LogReader::LogReader(const CString& path) : file_(path), cursor_(file_) {
+LogReader::LogReader(const CString& path, std::uint32_t piece_bytes) : file_(path), cursor_(file_, piece_bytes) {
   file_.ExpectSequentialReading();
   header_ = ReadLogHeader(file_, cursor_);
 }
@@ -158,7 +158,10 @@ void LogReader::ReadPacket(const Block& block, LogPacket& packet) {
   packet.position_bytes = block.position_bytes;
   packet.payload_position_bytes = body.Position();
   packet.payload = body.Bytes(captured, "record");
-  packet.time_ns = Nanoseconds(ticks, interfaces_[interface].time_resolution);
+  const std::uint8_t resolution = interfaces_[interface].time_resolution;
+  packet.time_ns = Nanoseconds(ticks, resolution);
+  packet.block = block.Whole();
+  packet.is_native = interface == 0 && resolution == kNanoseconds;
 }
 
 bool LogReader::Next(LogPacket& packet) {

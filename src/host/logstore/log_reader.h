@@ -18,7 +18,9 @@ struct LogPacket {
   std::span<const std::byte> payload;  // valid until the next call of the reader
   std::uint64_t position_bytes = 0;    // of its block in the file
   std::uint64_t payload_position_bytes = 0;
-  std::int64_t time_ns = 0;  // since 1970, local clock
+  std::int64_t time_ns = 0;          // since 1970, local clock
+  std::span<const std::byte> block;  // the whole block in its container; valid as the payload is
+  bool is_native = false;            // whether the block could stand in a log of ours as it is
 };
 
 // First and last time of a log's records, nanoseconds since 1970, local clock.
@@ -31,12 +33,15 @@ struct LogTimes {
 class LogReader {
  public:
   // Throws FileError when the file cannot be read, or is no log: with position and reason.
-  explicit LogReader(const CString& path);
+  explicit LogReader(const CString& path, std::uint32_t piece_bytes = BlockCursor::kPieceBytes);
 
   const CString& path() const { return file_.path(); }
   const LogHeader& header() const { return header_; }
   bool Next(LogPacket& packet);  // false at the end of the log
   double ShareRead() const;      // 0 to 1
+
+  // Throws FileError when somebody has written to the log since it was opened.
+  void RequireUnchanged() const { file_.RequireUnchanged(); }
 
   // From the statistics at the end of the file, from all records where a tool dropped them; nothing when there is no
   // record. Does not disturb reading.

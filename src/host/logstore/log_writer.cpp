@@ -12,10 +12,9 @@ namespace {
 
 using namespace pcapng;
 
-constexpr double kMaxTimeOfDay_s = 36'000'000.0;  // 10,000 hours; what is no time of day counts as midnight
-
+// What is no time of day counts as midnight.
 std::uint64_t TimeOfDayNanoseconds(double time_s) {
-  const bool sound = time_s >= 0.0 && time_s < kMaxTimeOfDay_s;
+  const bool sound = time_s >= 0.0 && time_s < kEndOfTimes_s;
   return sound ? static_cast<std::uint64_t>(std::llround(time_s * 1e9)) : 0;
 }
 
@@ -89,9 +88,7 @@ void LogWriter::Append(std::span<const std::byte> record, double time_s) {
                     "a record of " + std::to_string(record.size()) + " bytes, " + std::to_string(kMaxRecordBytes) +
                         " are the most");
   const std::uint64_t time_ns = midnight_ns_ + TimeOfDayNanoseconds(time_s);
-  start_ns_ = record_count_ == 0 ? time_ns : std::min(start_ns_, time_ns);
-  end_ns_ = std::max(end_ns_, time_ns);
-  ++record_count_;
+  CountRecord(time_ns);
   const auto length = static_cast<std::uint32_t>(record.size());
   ByteWriter block = BeginBlock(kEnhancedPacket);
   block.U32(0);  // interface
@@ -100,6 +97,25 @@ void LogWriter::Append(std::span<const std::byte> record, double time_s) {
   block.U32(length);
   block.Bytes(record);
   EndBlock();
+}
+
+void LogWriter::CountRecord(std::uint64_t time_ns) {
+  start_ns_ = record_count_ == 0 ? time_ns : std::min(start_ns_, time_ns);
+  end_ns_ = std::max(end_ns_, time_ns);
+  ++record_count_;
+}
+
+void LogWriter::Append(const LogPacket& packet) {
+  const auto time_ns = static_cast<std::uint64_t>(packet.time_ns);
+  CountRecord(time_ns);
+  if (packet.is_native) return file_.Write(packet.block);
+  // Behind type and length stand interface and time stamp, which count in another container.
+  block_.assign(packet.block.begin(), packet.block.end());
+  ByteWriter block(block_);
+  block.PatchU32(8, 0);
+  block.PatchU32(12, static_cast<std::uint32_t>(time_ns >> 32));
+  block.PatchU32(16, static_cast<std::uint32_t>(time_ns));
+  file_.Write(block_);
 }
 
 void LogWriter::WriteStatistics() {

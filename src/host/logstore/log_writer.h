@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/logstore/log_header.h"
+#include "host/logstore/log_reader.h"
 #include "platform/byte_reader.h"
 #include "platform/file.h"
 
@@ -19,6 +20,8 @@ class LogWriter {
   // A coded record and its time, seconds from the midnight of the log's day. A record longer than
   // pcapng::kMaxRecordBytes is refused with FileError.
   void Append(std::span<const std::byte> record, double time_s);
+  // A record of another log, its block copied as it stands, options included.
+  void Append(const LogPacket& packet);
   void Finish();
   std::uint64_t RecordCount() const { return record_count_; }
 
@@ -26,6 +29,7 @@ class LogWriter {
   void WriteSectionHeader(const LogHeader& header);
   void WriteInterface();
   void WriteStatistics();
+  void CountRecord(std::uint64_t time_ns);
   ByteWriter BeginBlock(std::uint32_t type);
   void EndBlock();
 

@@ -3,6 +3,7 @@
 #include <array>
 #include <string>
 
+#include "host/logstore/log_header.h"
 #include "host/logstore/record_blocks.h"
 #include "host/logstore/record_fields_header.h"
 #include "host/logstore/record_value_codec.h"
@@ -63,6 +64,21 @@ void EncodeElement(const BlockCodec& codec, const CTestdataBase& record, ByteWri
   out.U32(0);
   codec.encode(record, out);
   out.PatchU32(length_at, static_cast<std::uint32_t>(out.Size() - length_at - sizeof(std::uint32_t)));
+}
+
+// Moves `in`, which stands in front of a header's fields, to the time of day.
+template <std::size_t kField = 0>
+void SkipToTime(ByteReader& in) {
+  using Value = FieldType<CTestdataBase, kField>;
+  if constexpr (!kIsTime<Value>) {
+    if constexpr (FixedBytes<Value>() > 0) {
+      in.Skip(FixedBytes<Value>(), "field");
+    } else {
+      static_assert(kIsText<Value>);
+      in.Skip(in.U32("text length"), "text");
+    }
+    SkipToTime<kField + 1>(in);
+  }
 }
 
 }  // namespace
@@ -129,6 +145,27 @@ void DecodeRecord(std::span<const std::byte> payload, std::uint64_t position_byt
   record.fails_to_decode = false;
   DecodeBlocks(record, arena);
   record.fails_to_decode = fails_to_decode;
+}
+
+void ShiftRecordTime(std::span<std::byte> payload, std::uint64_t position_bytes, double shift_s) {
+  using namespace records;
+  ByteReader in(payload, position_bytes);
+  while (!in.AtEnd()) {
+    const Element element = NextElement(in);
+    if (element.tag != kTagHeader) continue;
+    ByteReader fields = element.value;
+    SkipToTime(fields);
+    const std::uint64_t at_bytes = fields.Position();
+    sys_time time{fields.F64("time of day")};
+    if (!(time.seconds >= 0.0)) return;
+    time.seconds += shift_s;
+    if (time.seconds >= kEndOfTimes_s)
+      throw FormatError(at_bytes, "a time of day beyond " + std::to_string(static_cast<int>(kEndOfTimes_s)) + " s");
+    std::byte* at = payload.data() + (at_bytes - position_bytes);
+    StoreFixed(at, time);
+    return;
+  }
+  throw FormatError(position_bytes, "a record without header");
 }
 
 std::vector<std::byte> EncodeRecord(const CTestdataBase& record) {

@@ -27,6 +27,10 @@ bool DecodeBlocks(CTestdataBase& record, std::pmr::memory_resource& arena);
 void DecodeRecord(std::span<const std::byte> payload, std::uint64_t position_bytes, CTestdataBase& record,
                   std::pmr::memory_resource& arena);
 
+// Adds to a record's time of day, in place. A time that is none (below 0, not a number) stays as it is. Throws
+// FormatError also when the sum is no time of day any more.
+void ShiftRecordTime(std::span<std::byte> payload, std::uint64_t position_bytes, double shift_s);
+
 // The one payload of a record with its marks. All blocks must have been decoded.
 std::vector<std::byte> EncodeRecord(const CTestdataBase& record);
 // The same behind what `out` holds.

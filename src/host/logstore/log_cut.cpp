@@ -1,0 +1,52 @@
+#include "host/logstore/log_cut.h"
+
+#include <optional>
+
+#include "host/logstore/log_reader.h"
+#include "host/logstore/log_writer.h"
+#include "platform/error.h"
+#include "platform/file.h"
+#include "platform/notes.h"
+
+namespace loom {
+namespace {
+
+std::int64_t ClockSeconds(const LocalTime& time) {
+  return MidnightSeconds(time.day) + time.hour * 3600 + time.minute * 60 + time.second;
+}
+
+std::optional<LogReader> OpenSource(const CString& source, const CString& target) {
+  try {
+    if (IsSameFile(source, target)) throw FileError(source, 0, "the cut log would replace it");
+    return std::optional<LogReader>(std::in_place, source);
+  } catch (const FileError& error) {
+    CurrentNotes().Add("log refused", source, error.position_bytes(), error.reason());
+    return std::nullopt;
+  }
+}
+
+}  // namespace
+
+TimeWindow WindowOfSeconds(const LocalTime& first, const LocalTime& last) {
+  constexpr std::int64_t kSecond = 1'000'000'000;
+  return {ClockSeconds(first) * kSecond, (ClockSeconds(last) + 1) * kSecond};
+}
+
+bool CutLog(const CString& source, const CString& target, const TimeWindow& window) {
+  std::optional<LogReader> reader = OpenSource(source, target);
+  if (!reader) return false;
+  try {
+    LogWriter log(target, reader->header());
+    for (LogPacket packet; reader->Next(packet);)
+      if (packet.time_ns >= window.start_ns && packet.time_ns < window.end_ns) log.Append(packet);
+    reader->RequireUnchanged();
+    log.Finish();
+  } catch (const FileError& error) {
+    if (error.path() != target) throw;
+    CurrentNotes().Add("log not written", target, error.position_bytes(), error.reason());
+    return false;
+  }
+  return true;
+}
+
+}  // namespace loom
