@@ -79,7 +79,7 @@ class CIOManager {
   int OpenTxt(const CString& name);
   int ExportTxt();
   int ImportNetInfo(ProtocolTypeEnum& protocol);
-  // Log maintenance; not in this build, which the log says.
+  // Log maintenance: several logs become one, a time window of a log becomes a log.
   void CombineLogFile();
   void PartitionLogfile();
 
