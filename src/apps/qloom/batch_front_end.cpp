@@ -98,6 +98,8 @@ BatchFrontEnd::BatchFrontEnd(BatchAnswers answers, bool trace, bool bar)
 void BatchFrontEnd::ShowDialog(CDialog& dialog) {
   if (trace_) Trace({{"window", dialog.GetTemplate().id}, {"title", JsonText(dialog.GetTitle())}});
   if (dialog.GetTemplate().id == kDialogHandsetType) return AnswerHandsetQuestion(dialog, answers_);
+  if (const auto fill = answers_.dialogs.find(dialog.GetTemplate().id); fill != answers_.dialogs.end())
+    return fill->second(dialog, *this);
   Log(LogLevel::kWarning, "no answer for this dialog, it is cancelled: " + GbkToUtf8(dialog.GetTitle()));
   dialog.UserClose();
 }
@@ -120,8 +122,8 @@ MessageAnswer BatchFrontEnd::ShowMessage(const MessageBoxRequest& request) {
 }
 
 // A file that is there is overwritten only with --yes.
-std::optional<std::vector<CString>> BatchFrontEnd::PickSheetFile(const FileDialogRequest& request) {
-  const std::vector<CString> files{*std::exchange(sheet_file_, std::nullopt)};
+std::optional<std::vector<CString>> BatchFrontEnd::PickUnlessKept(const FileDialogRequest& request,
+                                                                  std::vector<CString> files) const {
   const CString question = OverwriteQuestion(request, files);
   if (question.IsEmpty() || answers_.yes) return files;
   Log(LogLevel::kWarning, "the file stays as it is: " + GbkToUtf8(files.front()));
@@ -137,9 +139,9 @@ bool BatchFrontEnd::PassesSettings(const FileDialogRequest& request) {
 
 std::optional<std::vector<CString>> BatchFrontEnd::ShowFileDialog(const FileDialogRequest& request) {
   if (trace_) Trace({{"window", "files"}, {"title", JsonText(request.title)}});
-  if (sheet_file_) return PickSheetFile(request);
+  if (sheet_file_) return PickUnlessKept(request, {*std::exchange(sheet_file_, std::nullopt)});
   if (answers_.files.empty() || !PassesSettings(request)) return std::nullopt;
-  return std::exchange(answers_.files, {});
+  return PickUnlessKept(request, std::exchange(answers_.files, {}));
 }
 
 std::unique_ptr<ProgressView> BatchFrontEnd::ShowProgress(const ProgressRequest& request) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -10,6 +12,8 @@
 
 namespace loom {
 
+class BatchFrontEnd;
+
 // Answers given on the command line, before anything asks.
 struct BatchAnswers {
   bool yes = true;                   // to every question
@@ -19,6 +23,8 @@ struct BatchAnswers {
   std::optional<bool> keep_for_log;  // the two check boxes of the handset question
   std::optional<bool> keep_for_all;
   std::optional<ImportSheetAnswers> import_sheet;  // none: the settings sheet stays closed
+  // By template: fills a dialog and presses its buttons.
+  std::map<int, std::function<void(CDialog&, BatchFrontEnd&)>> dialogs;
 };
 
 struct MessageShown {
@@ -39,10 +45,13 @@ class BatchFrontEnd : public FrontEnd {
   std::unique_ptr<ProgressView> ShowProgress(const ProgressRequest& request) override;
   void SetWaitCursor(bool) override {}
 
+  // What the next file dialog is answered with; none: it is cancelled.
+  void SetFiles(std::vector<CString> files) { answers_.files = std::move(files); }
   const std::vector<MessageShown>& messages() const { return messages_; }
 
  private:
-  std::optional<std::vector<CString>> PickSheetFile(const FileDialogRequest& request);
+  std::optional<std::vector<CString>> PickUnlessKept(const FileDialogRequest& request,
+                                                     std::vector<CString> files) const;
   bool PassesSettings(const FileDialogRequest& request);
 
   BatchAnswers answers_;

@@ -20,6 +20,7 @@ void AddProjectCommands(CLI::App& app, CommandLine& line);       // project show
 void AddIntermediateCommands(CLI::App& app, CommandLine& line);  // import-intermediate, log to-intermediate (after log)
 void AddOpenCommand(CLI::App& app, CommandLine& line);           // open
 void AddNavigatorCommands(CLI::App& app, CommandLine& line);     // navigator tree, navigator lists
+void AddLogToolCommands(CLI::App& app, CommandLine& line);       // combine, cut
 void AddUiCommand(CLI::App& app, CommandLine& line);             // ui
 
 // The paths of files that are all there; throws Error otherwise.

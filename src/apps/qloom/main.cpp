@@ -42,6 +42,7 @@ int main(int argc, char** argv) {
   loom::AddIntermediateCommands(app, line);
   loom::AddOpenCommand(app, line);
   loom::AddNavigatorCommands(app, line);
+  loom::AddLogToolCommands(app, line);
   loom::AddUiCommand(app, line);
   try {
     app.parse(argc, argv);

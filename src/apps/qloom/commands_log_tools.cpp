@@ -1,0 +1,144 @@
+#include <sstream>
+
+#include "apps/qloom/commands.h"
+#include "platform/encoding.h"
+#include "platform/number.h"
+#include "platform/ui/date_time_ctrl.h"
+#include "resources/dialog_9003.h"
+#include "resources/dialog_9009.h"
+
+namespace loom {
+namespace {
+
+struct CombineOptions {
+  std::string out;
+  std::vector<std::string> logs;
+  std::string kind = "lte";
+};
+
+struct CutOptions {
+  std::string log;
+  std::string out;
+  std::string from;
+  std::string to;
+};
+
+const std::map<std::string, int> kKindEntries{{"lte", 0}, {"auto", 1}};  // entries of the dialog's list
+
+// "2024-05-17 10:00:00"; a fraction may stand behind it when it is 0. Nothing for any other text.
+std::optional<LocalTime> WholeSecond(const std::string& text) {
+  LocalTime time;
+  int length = 0;
+  const int fields = std::sscanf(text.c_str(), "%4d-%2d-%2d %2d:%2d:%2d%n", &time.day.year, &time.day.month,
+                                 &time.day.day, &time.hour, &time.minute, &time.second, &length);
+  if (fields != 6 || !COleDateTime(time).IsValid()) return std::nullopt;
+  const std::string fraction = text.substr(static_cast<std::size_t>(length));
+  const bool is_whole = fraction.empty() || (fraction[0] == '.' && fraction.find_first_not_of('0', 1) == fraction.npos);
+  return is_whole ? std::optional(time) : std::nullopt;
+}
+
+std::string TimeObjection(const std::string& text) {
+  return WholeSecond(text) ? std::string() : "'" + text + "' is no time to the second, such as 2024-05-17 10:00:00";
+}
+
+void PickTime(CDialog& dialog, int date_id, int time_id, const std::string& text) {
+  const LocalTime time = *WholeSecond(text);
+  dialog.GetDlgItem<CDateTimeCtrl>(date_id).UserPickDate(time.day);
+  dialog.GetDlgItem<CDateTimeCtrl>(time_id).UserPickTime(time.hour, time.minute, time.second);
+}
+
+std::vector<CString> FromTheRoot(const std::vector<std::string>& native) {
+  std::vector<CString> paths;
+  for (const std::string& name : native) paths.push_back(AbsolutePath(name));
+  return paths;
+}
+
+// The dialog is left empty-handed when it has merged: its target is gone then.
+bool FillCombine(CDialog& dialog, BatchFrontEnd& person, const CombineOptions& options) {
+  const auto target = [&] { return dialog.GetDlgItem(kEditCombineTarget).GetWindowText(); };
+  dialog.GetDlgItem<CComboBox>(kComboCombineKind).UserChoose(kKindEntries.at(options.kind));
+  person.SetFiles(FromTheRoot(options.logs));
+  dialog.UserPress(kButtonAddLogs);
+  person.SetFiles({AbsolutePath(options.out)});
+  dialog.UserPress(kButtonCombineTarget);
+  const bool can_merge = !target().IsEmpty() && dialog.GetDlgItem(kIdOk).IsWindowEnabled();
+  if (can_merge) dialog.UserPress(kIdOk);
+  const bool merged = can_merge && target().IsEmpty();
+  dialog.UserPress(kIdCancel);
+  return merged;
+}
+
+// The dialog closes itself when it has cut.
+bool FillPartition(CDialog& dialog, BatchFrontEnd& person, const CutOptions& options) {
+  const auto choose = [&](int button, int edit, const CString& file) {
+    person.SetFiles({file});
+    dialog.UserPress(button);
+    return !dialog.GetDlgItem(edit).GetWindowText().IsEmpty();
+  };
+  const bool chosen = choose(kButtonPartitionSource, kEditPartitionSource, AbsolutePath(options.log)) &&
+                      choose(kButtonPartitionTarget, kEditPartitionTarget, AbsolutePath(options.out));
+  if (chosen) {
+    PickTime(dialog, kPickerStartDate, kPickerStartTime, options.from);
+    PickTime(dialog, kPickerEndDate, kPickerEndTime, options.to);
+    dialog.UserPress(kIdOk);
+    if (!dialog.IsRunning()) return true;
+  }
+  dialog.UserPress(kIdCancel);
+  return false;
+}
+
+// Runs a command with one dialog, which `fill` fills and presses; it tells whether the dialog did its work.
+int RunTool(const CommandLine& line, const std::string& out, int dialog_id, void (CIOManager::*command)(),
+            const std::function<bool(CDialog&, BatchFrontEnd&)>& fill) {
+  bool is_done = false;
+  BatchAnswers answers;
+  answers.yes = !line.common.no;
+  answers.dialogs[dialog_id] = [&](CDialog& dialog, BatchFrontEnd& person) { is_done = fill(dialog, person); };
+  Session session(line.common, std::move(answers), AbsolutePath(out));
+  (session.manager().*command)();
+  if (is_done && !line.common.json) std::cout << out << '\n';
+  return session.Finish({{"result", is_done ? 1 : 0}, {"out", out}}, is_done ? kExitDone : kExitFailed);
+}
+
+void AddCombine(CLI::App& app, CommandLine& line) {
+  const auto options = std::make_shared<CombineOptions>();
+  CLI::App* command = AddCommand(app, line, "combine", "Merge logs into one, in time order");
+  command->add_option("OUT", options->out, "Log file to write")->required();
+  command->add_option("LOG", options->logs, "Log files")->required()->expected(2, -1);
+  command
+      ->add_option("--kind", options->kind,
+                   "Logs of the log store (lte, the default) or of the automatic test system (auto)")
+      ->check(CLI::IsMember(kKindEntries));
+  command->callback([&line, options] {
+    line.run = [&line, options] {
+      ExistingFiles(options->logs);
+      return RunTool(line, options->out, kDialogCombine, &CIOManager::CombineLogFile,
+                     [&](CDialog& dialog, BatchFrontEnd& person) { return FillCombine(dialog, person, *options); });
+    };
+  });
+}
+
+void AddCut(CLI::App& app, CommandLine& line) {
+  const auto options = std::make_shared<CutOptions>();
+  CLI::App* command = AddCommand(app, line, "cut", "Write a time window of a log into a new one");
+  command->add_option("LOG", options->log, "Log file")->required();
+  command->add_option("OUT", options->out, "Log file to write")->required();
+  command->add_option("--from", options->from, "First second, YYYY-MM-DD hh:mm:ss")->required()->check(TimeObjection);
+  command->add_option("--to", options->to, "Last second, which is in the window")->required()->check(TimeObjection);
+  command->callback([&line, options] {
+    line.run = [&line, options] {
+      ExistingFiles({options->log});
+      return RunTool(line, options->out, kDialogPartition, &CIOManager::PartitionLogfile,
+                     [&](CDialog& dialog, BatchFrontEnd& person) { return FillPartition(dialog, person, *options); });
+    };
+  });
+}
+
+}  // namespace
+
+void AddLogToolCommands(CLI::App& app, CommandLine& line) {
+  AddCombine(app, line);
+  AddCut(app, line);
+}
+
+}  // namespace loom
