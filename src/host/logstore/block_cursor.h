@@ -26,7 +26,7 @@ struct Block {
 // cannot be read or became shorter.
 class BlockCursor {
  public:
-  static constexpr std::uint32_t kPieceBytes = 1U << 20;
+  static constexpr std::uint32_t kPieceBytes = 1U << 18;
 
   // The file is read in pieces of that size, or of one block where that is longer.
   explicit BlockCursor(const InputFile& file, std::uint32_t piece_bytes = kPieceBytes)
