@@ -131,7 +131,7 @@ void CCombineFileDialog::AddLogs() {
 }
 
 std::vector<LogInformation> CCombineFileDialog::PickLogs() {
-  CFileDialog dialog(true, "log", "", CFileDialog::kAllowMultiSelect | CFileDialog::kFileMustExist, kLogFilter);
+  CFileDialog dialog(true, "", "", CFileDialog::kAllowMultiSelect | CFileDialog::kFileMustExist, kLogFilter);
   dialog.SetTitle("选择日志文件"_gbk);
   dialog.SetNameBufferSize(kNameBufferBytes);
   for (;;) {

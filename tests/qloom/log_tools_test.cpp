@@ -53,6 +53,11 @@ TEST_F(LogTools, CombineReportsRefusals) {
   EXPECT_EQ(1, old.exit_code);
   EXPECT_EQ(0, old.Json()["result"]);
   EXPECT_EQ("版本错误", old.Json()["messages"][0]["caption"]);
+  Make("b", 5);
+  const ProgramRun in_part = Run("combine part.log a.log old.log b.log --json");
+  EXPECT_EQ(3, in_part.exit_code);
+  EXPECT_EQ(2, in_part.Json()["result"]);
+  EXPECT_EQ(4, Info("part.log")["records"]);
   EXPECT_EQ(1, Run("combine out.log auto.log auto2.log").exit_code);
   EXPECT_FALSE(std::filesystem::exists(Path("out.log")));
   EXPECT_EQ(0, Run("combine out.log auto.log auto2.log --kind auto").exit_code);

@@ -1,9 +1,11 @@
-#include <sstream>
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+#include <set>
 
 #include "apps/qloom/commands.h"
-#include "platform/encoding.h"
-#include "platform/number.h"
 #include "platform/ui/date_time_ctrl.h"
+#include "platform/ui/list_ctrl.h"
 #include "resources/dialog_9003.h"
 #include "resources/dialog_9009.h"
 
@@ -23,6 +25,7 @@ struct CutOptions {
   std::string to;
 };
 
+constexpr std::string_view kLogEnding = ".log";                          // which the dialogs add, each by its own rule
 const std::map<std::string, int> kKindEntries{{"lte", 0}, {"auto", 1}};  // entries of the dialog's list
 
 // "2024-05-17 10:00:00"; a fraction may stand behind it when it is 0. Nothing for any other text.
@@ -53,23 +56,32 @@ std::vector<CString> FromTheRoot(const std::vector<std::string>& native) {
   return paths;
 }
 
-// The dialog is left empty-handed when it has merged: its target is gone then.
-bool FillCombine(CDialog& dialog, BatchFrontEnd& person, const CombineOptions& options) {
+// Logs that are listed; a log named twice is listed once.
+bool AreAllListed(const CDialog& dialog, const CombineOptions& options, const std::vector<CString>& logs) {
+  const int list = options.kind == "auto" ? kListAutoTestLogs : kListLteLogs;
+  const std::set<CString> named(logs.begin(), logs.end());
+  return dialog.GetDlgItem<CListCtrl>(list).GetItemCount() == static_cast<int>(named.size());
+}
+
+// The dialog's target is gone when it has merged.
+BatchResult FillCombine(CDialog& dialog, BatchFrontEnd& person, const CombineOptions& options) {
   const auto target = [&] { return dialog.GetDlgItem(kEditCombineTarget).GetWindowText(); };
   dialog.GetDlgItem<CComboBox>(kComboCombineKind).UserChoose(kKindEntries.at(options.kind));
-  person.SetFiles(FromTheRoot(options.logs));
+  const std::vector<CString> logs = FromTheRoot(options.logs);
+  person.SetFiles(logs);
   dialog.UserPress(kButtonAddLogs);
+  const BatchResult done = AreAllListed(dialog, options, logs) ? kBatchDone : kBatchInPart;
   person.SetFiles({AbsolutePath(options.out)});
   dialog.UserPress(kButtonCombineTarget);
   const bool can_merge = !target().IsEmpty() && dialog.GetDlgItem(kIdOk).IsWindowEnabled();
   if (can_merge) dialog.UserPress(kIdOk);
   const bool merged = can_merge && target().IsEmpty();
   dialog.UserPress(kIdCancel);
-  return merged;
+  return merged ? done : kBatchNothing;
 }
 
 // The dialog closes itself when it has cut.
-bool FillPartition(CDialog& dialog, BatchFrontEnd& person, const CutOptions& options) {
+BatchResult FillPartition(CDialog& dialog, BatchFrontEnd& person, const CutOptions& options) {
   const auto choose = [&](int button, int edit, const CString& file) {
     person.SetFiles({file});
     dialog.UserPress(button);
@@ -81,23 +93,24 @@ bool FillPartition(CDialog& dialog, BatchFrontEnd& person, const CutOptions& opt
     PickTime(dialog, kPickerStartDate, kPickerStartTime, options.from);
     PickTime(dialog, kPickerEndDate, kPickerEndTime, options.to);
     dialog.UserPress(kIdOk);
-    if (!dialog.IsRunning()) return true;
+    if (!dialog.IsRunning()) return kBatchDone;
   }
   dialog.UserPress(kIdCancel);
-  return false;
+  return kBatchNothing;
 }
 
-// Runs a command with one dialog, which `fill` fills and presses; it tells whether the dialog did its work.
+// Runs a command with one dialog, which `fill` fills and presses; it tells what the dialog did.
 int RunTool(const CommandLine& line, const std::string& out, int dialog_id, void (CIOManager::*command)(),
-            const std::function<bool(CDialog&, BatchFrontEnd&)>& fill) {
-  bool is_done = false;
+            const std::function<BatchResult(CDialog&, BatchFrontEnd&)>& fill) {
+  BatchResult result = kBatchNothing;
   BatchAnswers answers;
   answers.yes = !line.common.no;
-  answers.dialogs[dialog_id] = [&](CDialog& dialog, BatchFrontEnd& person) { is_done = fill(dialog, person); };
+  answers.dialogs[dialog_id] = [&](CDialog& dialog, BatchFrontEnd& person) { result = fill(dialog, person); };
   Session session(line.common, std::move(answers), AbsolutePath(out));
   (session.manager().*command)();
-  if (is_done && !line.common.json) std::cout << out << '\n';
-  return session.Finish({{"result", is_done ? 1 : 0}, {"out", out}}, is_done ? kExitDone : kExitFailed);
+  if (result != kBatchNothing && !line.common.json) std::cout << out << '\n';
+  constexpr ExitCode kExitCodes[] = {kExitFailed, kExitDone, kExitInPart};  // by result
+  return session.Finish({{"result", result}, {"out", out}}, kExitCodes[result]);
 }
 
 void AddCombine(CLI::App& app, CommandLine& line) {
@@ -112,6 +125,7 @@ void AddCombine(CLI::App& app, CommandLine& line) {
   command->callback([&line, options] {
     line.run = [&line, options] {
       ExistingFiles(options->logs);
+      if (std::filesystem::path(options->out).extension().empty()) options->out += kLogEnding;
       return RunTool(line, options->out, kDialogCombine, &CIOManager::CombineLogFile,
                      [&](CDialog& dialog, BatchFrontEnd& person) { return FillCombine(dialog, person, *options); });
     };
@@ -128,6 +142,7 @@ void AddCut(CLI::App& app, CommandLine& line) {
   command->callback([&line, options] {
     line.run = [&line, options] {
       ExistingFiles({options->log});
+      if (!options->out.ends_with(kLogEnding)) options->out += kLogEnding;
       return RunTool(line, options->out, kDialogPartition, &CIOManager::PartitionLogfile,
                      [&](CDialog& dialog, BatchFrontEnd& person) { return FillPartition(dialog, person, *options); });
     };
