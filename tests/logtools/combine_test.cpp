@@ -187,7 +187,7 @@ TEST_F(Combine, MergeButtonNeedsATargetAndTwoLogs) {
 
 TEST_F(Combine, TooManyNamesAreRefusedAndAskedForAgain) {
   const CString a = Write("a.log");
-  const std::vector<CString> many(10'000, a);
+  const std::vector<CString> many(12'000, a);
   ScriptedUser user;
   user.Expect(kDialogCombine).Press(kButtonAddLogs).PickFiles(many);
   user.ExpectMessage("选择文件个数过多，请减少文件个数后重试!"_gbk, MessageIcon::kWarning).PickFiles({a});
