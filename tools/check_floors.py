@@ -7,7 +7,7 @@ import sys
 
 PLATFORM = {"platform"}
 COMPONENTS = PLATFORM | {"components"}
-MODULE = COMPONENTS | {"manager", "importers", "conversion", "text", "settings", "resources"}
+MODULE = COMPONENTS | {"manager", "importers", "conversion", "text", "logtools", "settings", "resources"}
 SEES = {
     "platform": PLATFORM,
     "components": COMPONENTS,

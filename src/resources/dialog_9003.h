@@ -17,8 +17,8 @@ inline constexpr int kButtonMoveDown = 9137;
 inline constexpr int kButtonRemoveLogs = 9041;
 inline constexpr int kButtonClearLogs = 9015;
 
-inline constexpr unsigned kCombineListStyles = style::kMultiSelect | style::kShowSelAlways | style::kFullRowSelect |
-                                               style::kGridLines | style::kHeaderDragDrop;
+inline constexpr unsigned kCombineListStyles =
+    style::kMultiSelect | style::kShowSelAlways | style::kFullRowSelect | style::kGridLines | style::kHeaderDragDrop;
 
 // clang-format off
 inline constexpr ControlTemplate kCombineControls[] = {

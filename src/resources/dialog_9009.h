@@ -42,6 +42,7 @@ inline constexpr ControlTemplate kPartitionControls[] = {
 };
 // clang-format on
 
-inline constexpr DialogTemplate kPartitionTemplate{kDialogPartition, "截取日志文件", {0, 0, 340, 178}, kPartitionControls};
+inline constexpr DialogTemplate kPartitionTemplate{
+    kDialogPartition, "截取日志文件", {0, 0, 340, 178}, kPartitionControls};
 
 }  // namespace loom

@@ -11,8 +11,7 @@ using Row = std::pair<double, std::int32_t>;  // time and IE 140
 
 class MergedImport : public ImportTest {
  protected:
-  CString WriteDrive(const CString& name, const CalendarDay& day, std::vector<double> times_s,
-                     std::int8_t first_code) {
+  CString WriteDrive(const CString& name, const CalendarDay& day, std::vector<double> times_s, std::int8_t first_code) {
     Records records;
     for (const double time_s : times_s)
       records.push_back(HandsetRecord().At(time_s).With(CIE_SCell_Para{.cell_parameter_id = first_code++}));
