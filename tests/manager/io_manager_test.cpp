@@ -90,7 +90,7 @@ TEST_F(IOManagerTest, CommandsWithoutAnImporterGiveNothing) {
   EXPECT_EQ(0, manager_.ImportNetInfo(protocol));
   EXPECT_EQ(kProtocolGsm, protocol);
   EXPECT_EQ(0, manager_.ExportTxt());
-  std::vector<CString> paths{"a.int"};
+  std::vector<CString> paths{folder_.File("a.int")};
   manager_.OpenImmediateLogFile(paths);
   EXPECT_EQ(1u, notes_.Count("not imported"));
 }
