@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -29,12 +30,10 @@ class CMemDataRowBase {
   // Makes room for one filter mark per information element, all clear.
   void InitFilterByIENumber(std::size_t count) {
     DropFilters(Memory());
-    filters_ = std::pmr::polymorphic_allocator<>(Memory()).new_object<FilterMarks>(count, false);
+    MakeFilters(static_cast<std::uint32_t>(count), Memory());
   }
 
  protected:
-  using FilterMarks = std::pmr::vector<bool>;
-
   CMemDataRowBase() = default;
   CMemDataRowBase(const CMemDataRowBase&) = delete;
   CMemDataRowBase& operator=(const CMemDataRowBase&) = delete;
@@ -43,21 +42,57 @@ class CMemDataRowBase {
   void CopyBase(const CMemDataRowBase& other, std::pmr::memory_resource* memory) {
     record_time_s_ = other.record_time_s_;
     sync_ = other.sync_;
-    has_filter_ = other.has_filter_;
     DropFilters(memory);
-    if (other.filters_ != nullptr) {
-      filters_ = std::pmr::polymorphic_allocator<>(memory).new_object<FilterMarks>(*other.filters_);
-    }
+    has_filter_ = other.has_filter_;
+    MakeFilters(other.filter_count_, memory);
+    std::ranges::copy(other.FilterWords(), FilterWords().begin());
   }
   void DropFilters(std::pmr::memory_resource* memory) {
-    if (filters_ != nullptr) std::pmr::polymorphic_allocator<>(memory).delete_object(filters_);
-    filters_ = nullptr;
+    if (filter_count_ > kWordBits) memory->deallocate(filters_.words, WordCount() * sizeof(FilterWord));
+    filter_count_ = 0;
   }
+  bool FilterMark(std::size_t index) const {
+    return index < filter_count_ && (FilterWords()[index / kWordBits] >> index % kWordBits & 1) != 0;
+  }
+  void SetFilterMark(std::size_t index, bool mark) {
+    if (index >= filter_count_) return;
+    FilterWord& word = FilterWords()[index / kWordBits];
+    const FilterWord bit = FilterWord{1} << index % kWordBits;
+    word = mark ? word | bit : word & ~bit;
+  }
+  void ClearFilters() {
+    std::ranges::fill(FilterWords(), FilterWord{0});
+    has_filter_ = 0;
+  }
+
+  using FilterWord = std::uint64_t;
+  static constexpr std::uint32_t kWordBits = 64;
 
   double record_time_s_ = kInvalidDouble;
   std::int32_t sync_ = 0;
-  bool has_filter_ = false;
-  FilterMarks* filters_ = nullptr;
+  std::uint32_t has_filter_ : 1 = 0;
+  std::uint32_t filter_count_ : 31 = 0;
+
+ private:
+  std::size_t WordCount() const { return (filter_count_ + kWordBits - 1) / kWordBits; }
+  std::span<FilterWord> FilterWords() {
+    return {filter_count_ > kWordBits ? filters_.words : &filters_.word, WordCount()};
+  }
+  std::span<const FilterWord> FilterWords() const {
+    return {filter_count_ > kWordBits ? filters_.words : &filters_.word, WordCount()};
+  }
+  void MakeFilters(std::uint32_t count, std::pmr::memory_resource* memory) {
+    filter_count_ = count;
+    if (count > kWordBits)
+      filters_.words = static_cast<FilterWord*>(memory->allocate(WordCount() * sizeof(FilterWord)));
+    std::ranges::fill(FilterWords(), FilterWord{0});
+  }
+
+  // Up to 64 marks stand in the row itself.
+  union {
+    FilterWord word;
+    FilterWord* words;
+  } filters_ = {};
 };
 
 // One row of a stream: parallel lists of IE ids and values in the order of writing, the texts they refer to, and
@@ -85,15 +120,10 @@ class CMemDataRow final : public CMemDataRowBase {
     DropSpectrum();
   }
 
-  bool GetFilter(std::size_t index) const { return filters_ && index < filters_->size() && (*filters_)[index]; }
-  void SetFilter(std::size_t index, bool filtered) {
-    if (filters_ && index < filters_->size()) (*filters_)[index] = filtered;
-  }
-  void ResetAllFilter() {
-    if (filters_) filters_->assign(filters_->size(), false);
-    has_filter_ = false;
-  }
-  void SetHasFilterFlag(bool has_filter) { has_filter_ = has_filter; }
+  bool GetFilter(std::size_t index) const { return FilterMark(index); }
+  void SetFilter(std::size_t index, bool filtered) { SetFilterMark(index, filtered); }
+  void ResetAllFilter() { ClearFilters(); }
+  void SetHasFilterFlag(bool has_filter) { has_filter_ = has_filter ? 1 : 0; }
 
   // First field with the id, if any.
   std::optional<uniFieldValue> GetIEValueByID(std::int32_t id) const {
@@ -161,6 +191,7 @@ class CMemDataRow final : public CMemDataRowBase {
     ids_.reserve(fields);
     values_.reserve(fields);
   }
+  void ReserveTexts(std::size_t bytes) { texts_.reserve(bytes); }  // of all texts, each with its terminator
   // Gives unused room back.
   void Shrink() {
     ids_.shrink_to_fit();
@@ -212,6 +243,15 @@ inline CMemDataRow* StoreRow(RowMap& rows, std::int32_t number, const CMemDataRo
   auto* stored = new (place) CMemDataRow(row, memory);
   rows.insert_or_assign(rows.end(), number, stored);
   return stored;
+}
+
+// An empty row under a number above those that are there, to be filled in place.
+inline CMemDataRow* AppendRow(RowMap& rows, std::int32_t number) {
+  std::pmr::memory_resource* memory = rows.get_allocator().resource();
+  void* place = memory->allocate(sizeof(CMemDataRow), alignof(CMemDataRow));
+  auto* row = new (place) CMemDataRow(memory);
+  rows.emplace_hint(rows.end(), number, row);
+  return row;
 }
 
 // A row of a merged dual-protocol stream: the source row and its numbers in the two source streams (0 = not from it).

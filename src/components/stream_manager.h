@@ -35,6 +35,7 @@ class CStatResult {
 enum StreamTypeEnum : std::int32_t {
   kStreamOutdoorHandset = 1,
   kStreamIndoorHandset = 2,
+  kStreamUplink = 6,
   kStreamScanner = 14,
 };
 enum StreamClassEnum : std::int32_t { kStreamClassNone = 0, kStreamClassHandset = 1, kStreamClassScanner = 2 };
@@ -80,6 +81,10 @@ class IDataStream {
   virtual CStatResult* GetStatResult() = 0;                                  // 54
   virtual RowMap* GetRows() = 0;                                             // 58
   virtual MergedRowMap* GetMergedRows() = 0;                                 // 59, empty but for merged streams
+  // 59 too, of a stream that came from a text file: copies of its first row and of every 500th, by their numbers.
+  virtual RowMap* GetKeyRows() = 0;
+  virtual void SetCompleted(std::int32_t completed) = 0;  // 1: every row of its file is there
+  virtual bool IsCompleted() const = 0;
   // 62, 63. Finishing calls, made once all rows are stored: the first freezes the rows' totals, the second gives
   // working memory back.
   virtual void FinishRows() = 0;
@@ -95,7 +100,7 @@ class ILogfile {
   virtual CString GetName() const = 0;                       // 1, the full path it was made for
   virtual std::int32_t GetVersion() const = 0;               // 4
   virtual void SetVersion(std::int32_t version) = 0;         // 5
-  virtual void SetImporting(std::int32_t flag) = 0;          // 7, called with 1 right after creation
+  virtual void SetImporting(std::int32_t flag) = 0;          // 7, with 1 right after a log's creation, 6 for a text file
   virtual double GetLongitudeMaximum() const = 0;            // 8
   virtual void SetLongitudeMaximum(double degrees) = 0;      // 9
   virtual double GetLongitudeMinimum() const = 0;            // 10

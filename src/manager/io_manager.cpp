@@ -9,6 +9,7 @@
 #include "platform/log.h"
 #include "platform/ui/message_box.h"
 #include "settings/handset_question.h"
+#include "text/text_importer.h"
 
 namespace loom {
 namespace {
@@ -23,6 +24,8 @@ std::unique_ptr<IImporter> MakeImporter(ImporterTypeEnum type) {
       return std::unique_ptr<IImporter>(CCSLogImportWrap().CreateImporter());
     case kImporterChinaMobileLog:
       return std::unique_ptr<IImporter>(CCMCCLogImportWrap().CreateImporter());
+    case kImporterText:
+      return std::make_unique<CTextImporter>();
     default:
       return nullptr;
   }

@@ -15,12 +15,17 @@
 #include "components/stream_info.h"
 #include "manager/type_registry.h"
 #include "platform/cstring.h"
+#include "text/column_map.h"
 
 namespace loom {
 
+class CProjectTxtFile;
+class CTextImporter;
+struct TextImportSettings;
+
 using ProtocolTypeEnum = ProtocolCode;
 
-// What became of one log file of a command.
+// What became of one log or text file of a command.
 struct LogOutcome {
   CString path;
   ImporterTypeEnum type = kImporterNone;                   // none while the file was refused before its type was known
@@ -54,7 +59,7 @@ class CIOManager {
 
   void RegisterModuleCommunicator(IModuleCommunicator* communicator) { communicator_ = communicator; }  // not owned
   void UnregisterModuleCommunicator() { communicator_ = nullptr; }
-  // Hears of every log file that a command has dealt with, right after it.
+  // Hears of every log and text file that a command has dealt with, right after it.
   void SetLogListener(LogListener listener) { log_listener_ = std::move(listener); }
 
   // The importer or exporter of a type, made on first use, owned by the manager; null when the type has none.
@@ -74,9 +79,12 @@ class CIOManager {
   int OpenLog(const CString& path, bool node_check);
   int OpenRecentLog(CString path);
 
-  // Text and network elements; 0 while this build has no importer or exporter for them.
+  // Import of the text file that the wizard asks for, and of one that the project records, by its path: an
+  // ImportResult, 0 also when nothing was chosen. A recorded file that changed is asked about; one that fails leaves
+  // the project.
   int ImportTxt();
-  int OpenTxt(const CString& name);
+  int OpenTxt(const CString& path);
+  // Text export and network elements; 0 while this build has no importer or exporter for them.
   int ExportTxt();
   int ImportNetInfo(ProtocolTypeEnum& protocol);
   // Log maintenance: several logs become one, a time window of a log becomes a log.
@@ -114,6 +122,13 @@ class CIOManager {
   int ImportUnderNode(ImporterTypeEnum node_type, const CString& path, const ImpIESettings& settings,
                       struct_BinningSetting& binning, bool node_check);
   void Report(const LogOutcome& outcome);
+
+  int ImportTextFile(const TextImportSettings& settings);
+  int ReopenTextFile(const CString& path);
+  int ImportRecordedText(const CProjectTxtFile& record, const CString& path);
+  int RunTextImport(CTextImporter& importer, const CString& path, ILogfile** logfile);
+  // 1 while the file still has the columns of its record, else 0.
+  int MatchTextFiles(const ColumnMap& columns, const CProjectTxtFile* record, CString path);
 
   TypeRegistry<ImporterTypeEnum, IImporter> importers_;
   TypeRegistry<ExporterTypeEnum, IExporter> exporters_;

@@ -1,8 +1,180 @@
+#include <exception>
+
+#include "components/project.h"
+#include "components/resource_handle.h"
+#include "manager/import_file_dialog.h"
 #include "manager/io_manager.h"
+#include "platform/encoding.h"
+#include "platform/file.h"
+#include "platform/log.h"
+#include "platform/path.h"
+#include "platform/ui/message_box.h"
+#include "text/text_import_pages.h"
+#include "text/text_importer.h"
+#include "text/text_lines.h"
+#include "text/title_tokens.h"
 
 namespace loom {
+namespace {
 
-int CIOManager::ImportTxt() { return 0; }
-int CIOManager::OpenTxt(const CString&) { return 0; }
+// Runs the work of a command; false when it threw, which the log says.
+template <class Work>
+bool Completes(Work work) {
+  try {
+    work();
+    return true;
+  } catch (const std::exception& error) {
+    Log(LogLevel::kError, error.what());
+  } catch (...) {
+    Log(LogLevel::kError, "a command ended with an unknown exception");
+  }
+  return false;
+}
+
+bool AskForSettings(TextImportSettings& settings) {
+  CImportWiz wizard("文本文件导入向导"_gbk);
+  wizard.SetWizardMode();
+  CTextImportWizPage1 page1(settings);
+  CTextImportWizPage2 page2(settings);
+  CTextImportWizPage3 page3(settings);
+  wizard.AddPage(page1);
+  wizard.AddPage(page2);
+  wizard.AddPage(page3);
+  return wizard.DoModal() == kIdWizardFinish;
+}
+
+CString TextStreamName(const CString& path, const CString& stream_name) { return TitleOf(path) + "_" + stream_name; }
+
+CString ProtocolOf(const ILogfile& logfile, const CString& stream_name) {
+  for (const IDataStream* stream : logfile.GetStreams()) {
+    if (stream->GetName() == stream_name) return stream->GetProtocol();
+  }
+  return {};
+}
+
+CProjectTxtFile RecordOf(const TextImportSettings& settings, const ILogfile& logfile) {
+  const std::int32_t type = StreamTypeOf(settings.stream_type_text);
+  const CString stream_name = TextStreamName(settings.path, settings.stream_name);
+  CProjectStream stream;
+  stream.SetFilterOperator("AND");
+  stream.SetProtocol(ProtocolOf(logfile, stream_name));
+  stream.SetStreamName(stream_name);
+  stream.SetStreamType(Format("%d", StreamKindOf(type)));
+  CProjectTxtFile record;
+  record.SetTxtName(logfile.GetName());
+  record.SetTxtPath(logfile.GetName());
+  record.SetColumnMapIE(settings.columns);
+  record.SetSeparate(settings.separator);
+  record.SetDataFormat(settings.data_format);
+  record.SetHeadLineIsIgnore(settings.first_line_flag != 0);
+  record.SetStreamType(type);
+  record.SetStreams({{stream_name, stream}});
+  return record;
+}
+
+void RemoveRecord(const CString& path) {
+  g_project->RemoveTxtFile(path);
+  g_project->modified = 1;
+}
+
+}  // namespace
+
+int CIOManager::ImportTxt() {
+  int result = kImportFailed;
+  Completes([&] {
+    const CResourceHandle resources;
+    TextImportSettings settings;
+    if (AskForSettings(settings)) result = ImportTextFile(settings);
+  });
+  return result;
+}
+
+int CIOManager::ImportTextFile(const TextImportSettings& settings) {
+  const CString& path = settings.path;
+  if (CStreamManagerCreator::CreateStreamManager()->FindLogfile(path)) {
+    ShowMessageBox(Format("已有同名文本文件:%s !"_gbk, NameOf(path)), MessageIcon::kWarning);
+    return kImportFailed;
+  }
+  auto* const importer = dynamic_cast<CTextImporter*>(GetImporterByType(kImporterText));
+  if (importer == nullptr) return kImportFailed;
+  importer->SetStreamFullName(TextStreamName(path, settings.stream_name));
+  importer->SetStreamName(settings.stream_name);
+  importer->SetDataFormat(settings.data_format);
+  importer->SetSeparate(settings.separator);
+  importer->SetHeadLineIsIgnore(settings.first_line_flag);
+  importer->SetColumnMapIE(settings.columns);
+  importer->SetStreamType(StreamTypeOf(settings.stream_type_text));
+  ILogfile* logfile = nullptr;
+  const int result = RunTextImport(*importer, path, &logfile);
+  if (result == kImportDone) {
+    g_project->AddTxtFile(RecordOf(settings, *logfile));
+    g_project->modified = 1;
+  }
+  return result;
+}
+
+// Import with the messages about its result.
+int CIOManager::RunTextImport(CTextImporter& importer, const CString& path, ILogfile** logfile) {
+  int result = kImportFailed;
+  Completes([&] { result = importer.Import(path, logfile); });
+  if (result == kImportFailed)
+    ShowMessageBox(Format("导入文本文件：%s 失败! \n"_gbk, path), MessageIcon::kError);
+  else if (result == kImportAlreadyPresent)
+    ShowMessageBox(Format("已有同名文本文件：%s ! \n"_gbk, NameOf(path)), MessageIcon::kWarning);
+  Report({.path = path, .type = kImporterText, .result = result, .logfile = *logfile});
+  return result;
+}
+
+int CIOManager::OpenTxt(const CString& path) {
+  int result = kImportFailed;
+  Completes([&] { result = ReopenTextFile(path); });
+  return result;
+}
+
+int CIOManager::ReopenTextFile(const CString& path) {
+  if (!FileExists(path)) {
+    ShowMessageBox(Format("找不到文本文件：%s ，请确认路径! \n"_gbk, path), MessageIcon::kWarning);
+    RemoveRecord(path);
+    return kImportFailed;
+  }
+  const CProjectTxtFile* const listed = g_project->GetProjectTxtFileByName(path);
+  if (listed == nullptr) throw Error("the project records no text file " + GbkToUtf8(path));
+  const CProjectTxtFile record = *listed;
+  if (record.GetStreams().empty() || MatchTextFiles(record.GetColumnMapIE(), &record, path) == 0) {
+    const MessageAnswer answer = ShowMessageBox("系统检测出原工程中的文本文件有修改是否重新执行导入？"_gbk,
+                                                MessageIcon::kWarning, MessageButtons::kOkCancel);
+    RemoveRecord(path);
+    return answer == MessageAnswer::kOk ? ImportTxt() : kImportFailed;
+  }
+  const int result = ImportRecordedText(record, path);
+  if (result != kImportDone && result != kImportAlreadyPresent) RemoveRecord(path);
+  return result;
+}
+
+int CIOManager::ImportRecordedText(const CProjectTxtFile& record, const CString& path) {
+  auto* const importer = dynamic_cast<CTextImporter*>(GetImporterByType(kImporterText));
+  if (importer == nullptr) return kImportFailed;
+  const CString& full_name = record.GetStreams().begin()->first;
+  importer->SetStreamFullName(full_name);
+  importer->SetStreamName(full_name.Mid(full_name.ReverseFind('_') + 1));
+  importer->SetDataFormat(record.GetDataFormat());
+  importer->SetSeparate(record.GetSeparate());
+  importer->SetHeadLineIsIgnore(record.GetHeadLineIsIgnore() ? 1 : 0);
+  importer->SetColumnMapIE(record.GetColumnMapIE());
+  importer->SetStreamType(record.GetStreamType());
+  ILogfile* logfile = nullptr;
+  return RunTextImport(*importer, path, &logfile);
+}
+
+int CIOManager::MatchTextFiles(const ColumnMap& columns, const CProjectTxtFile* record, CString path) {
+  int count = 0;
+  const bool is_read = Completes([&] {
+    TextLines lines(path);
+    std::string_view line;
+    if (lines.Next(line)) count = CountTitleTokens(line, record->GetSeparate());
+  });
+  const std::int32_t largest = columns.empty() ? -1 : columns.rbegin()->first;
+  return is_read && count > largest && record->GetStreamType() != kInvalidInt ? 1 : 0;
+}
 
 }  // namespace loom

@@ -13,13 +13,17 @@ Notes*& CurrentPointer() {
 
 }  // namespace
 
-Note* Notes::NextPlace(std::string_view kind) {
+Notes::Kind& Notes::KindOf(std::string_view kind) {
   auto found = index_.find(kind);
   if (found == index_.end()) {
     found = index_.emplace(kind, kinds_.size()).first;
     kinds_.push_back({.name = std::string(kind), .count = 0, .places = {}});
   }
-  Kind& entry = kinds_[found->second];
+  return kinds_[found->second];
+}
+
+Note* Notes::NextPlace(std::string_view kind) {
+  Kind& entry = KindOf(kind);
   ++entry.count;
   return entry.places.size() < kPlacesKept ? &entry.places.emplace_back() : nullptr;
 }

@@ -32,12 +32,16 @@ class Notes {
   void Add(std::string_view kind, const CString& file, std::uint64_t position_bytes, std::string_view what);
   void Add(std::string_view kind, const CString& file, std::string_view at, std::string_view what);
 
+  // Counts places that are not told one by one.
+  void AddMore(std::string_view kind, std::uint64_t count) { KindOf(kind).count += count; }
+
   const std::vector<Kind>& kinds() const { return kinds_; }  // in order of first appearance
   std::uint64_t Count(std::string_view kind) const;
   bool IsEmpty() const { return kinds_.empty(); }
   void Clear();
 
  private:
+  Kind& KindOf(std::string_view kind);
   Note* NextPlace(std::string_view kind);  // null when enough places are kept
 
   std::vector<Kind> kinds_;

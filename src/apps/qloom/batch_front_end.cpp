@@ -11,6 +11,7 @@
 #include "platform/ui/dialog.h"
 #include "platform/ui/property_sheet.h"
 #include "resources/dialog_9010.h"
+#include "resources/dialog_9017.h"
 
 namespace loom {
 namespace {
@@ -45,17 +46,17 @@ class BatchProgress : public ProgressView {
   }
   void Pump() override {}
   bool Cancelled() const override {
-    return can_cancel_ && (g_interrupted != 0 || (cancel_at_ && position_ >= *cancel_at_));
+    return can_cancel_ && (g_interrupted != 0 || (cancel_at_ && Percent() >= *cancel_at_));
   }
 
  private:
+  int Percent() const { return (position_ - lowest_) * 100 / (highest_ > lowest_ ? highest_ - lowest_ : 1); }
   void Draw() {
     constexpr int kWidth = 30;
-    const int span = highest_ > lowest_ ? highest_ - lowest_ : 1;
-    const int filled = (position_ - lowest_) * kWidth / span;
+    const int filled = Percent() * kWidth / 100;
     std::string line = "\r" + text_ + " [";
     for (int at = 0; at < kWidth; ++at) line += at < filled ? '#' : ' ';
-    line += "] " + std::to_string((position_ - lowest_) * 100 / span) + " %\033[K";
+    line += "] " + std::to_string(Percent()) + " %\033[K";
     std::fputs(line.c_str(), stderr);
     drawn_ = true;
   }
@@ -100,14 +101,24 @@ void BatchFrontEnd::ShowDialog(CDialog& dialog) {
   if (dialog.GetTemplate().id == kDialogHandsetType) return AnswerHandsetQuestion(dialog, answers_);
   if (const auto fill = answers_.dialogs.find(dialog.GetTemplate().id); fill != answers_.dialogs.end())
     return fill->second(dialog, *this);
+  if (dialog.GetTemplate().id == kDialogParam && text_import_user_) return text_import_user_->ChooseParameter(dialog);
   Log(LogLevel::kWarning, "no answer for this dialog, it is cancelled: " + GbkToUtf8(dialog.GetTitle()));
   dialog.UserClose();
 }
 
 void BatchFrontEnd::ShowSheet(CPropertySheet& sheet) {
   if (trace_) Trace({{"window", sheet.GetActivePage()->GetTemplate().id}, {"title", JsonText(sheet.GetTitle())}});
+  if (answers_.text_import && TextImportWizardUser::IsWizard(sheet)) return FillTextImport(sheet);
   if (!answers_.import_sheet || !IsImportSheet(sheet)) return FrontEnd::ShowSheet(sheet);
   sheet_refused_ = !FillImportSheet(sheet, *answers_.import_sheet, [this](const CString& path) { sheet_file_ = path; });
+}
+
+void BatchFrontEnd::FillTextImport(CPropertySheet& wizard) {
+  const auto newest_message = [this] { return messages_.empty() ? CString() : messages_.back().request.text; };
+  text_import_user_.emplace(
+      *answers_.text_import, [this](const CString& path) { sheet_file_ = path; }, newest_message);
+  text_import_user_->Fill(wizard);
+  text_import_user_.reset();
 }
 
 MessageAnswer BatchFrontEnd::ShowMessage(const MessageBoxRequest& request) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "apps/qloom/import_sheet.h"
+#include "apps/qloom/text_import_wizard.h"
 #include "platform/ui/front_end.h"
 
 namespace loom {
@@ -25,6 +26,7 @@ struct BatchAnswers {
   std::optional<ImportSheetAnswers> import_sheet;  // none: the settings sheet stays closed
   // By template: fills a dialog and presses its buttons.
   std::map<int, std::function<void(CDialog&, BatchFrontEnd&)>> dialogs;
+  std::optional<TextImportAnswers> text_import;    // none: the text import wizard is cancelled
 };
 
 struct MessageShown {
@@ -53,12 +55,14 @@ class BatchFrontEnd : public FrontEnd {
   std::optional<std::vector<CString>> PickUnlessKept(const FileDialogRequest& request,
                                                      std::vector<CString> files) const;
   bool PassesSettings(const FileDialogRequest& request);
+  void FillTextImport(CPropertySheet& wizard);
 
   BatchAnswers answers_;
   bool trace_;
   bool bar_;
   std::optional<CString> sheet_file_;  // for the next file dialog of the settings sheet
   bool sheet_refused_ = false;
+  std::optional<TextImportWizardUser> text_import_user_;  // while the wizard is open
   std::vector<MessageShown> messages_;
 };
 

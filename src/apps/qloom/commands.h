@@ -21,10 +21,14 @@ void AddIntermediateCommands(CLI::App& app, CommandLine& line);  // import-inter
 void AddOpenCommand(CLI::App& app, CommandLine& line);           // open
 void AddNavigatorCommands(CLI::App& app, CommandLine& line);     // navigator tree, navigator lists
 void AddLogToolCommands(CLI::App& app, CommandLine& line);       // combine, cut
+void AddTextImportCommands(CLI::App& app, CommandLine& line);    // import-text, open-text
 void AddUiCommand(CLI::App& app, CommandLine& line);             // ui
 
 // The paths of files that are all there; throws Error otherwise.
 std::vector<CString> ExistingFiles(const std::vector<std::string>& native);
+
+// The path of one file from the root, likewise.
+CString ExistingPath(const std::string& native);
 
 // A subcommand that takes the common options.
 CLI::App* AddCommand(CLI::App& parent, CommandLine& line, const char* name, const char* description);

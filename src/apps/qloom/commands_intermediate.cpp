@@ -74,6 +74,12 @@ std::vector<CString> ExistingFiles(const std::vector<std::string>& native) {
   return paths;
 }
 
+CString ExistingPath(const std::string& native) {
+  const CString path = AbsolutePath(native);
+  if (!FileExists(path)) throw Error(native + ": no such file");
+  return path;
+}
+
 void AddIntermediateCommands(CLI::App& app, CommandLine& line) {
   const auto options = std::make_shared<IntermediateOptions>();
   CLI::App* import = AddCommand(app, line, "import-intermediate", "Import intermediate files and list their streams");

@@ -3,6 +3,7 @@
 #include "apps/qloom/commands.h"
 #include "apps/qloom/json_rows.h"
 #include "apps/qloom/log_report.h"
+#include "apps/qloom/text_import_wizard.h"
 #include "components/id_set.h"
 #include "components/project.h"
 #include "platform/encoding.h"
@@ -26,6 +27,8 @@ struct ImportOptions {
   std::optional<std::int32_t> count;
   std::vector<std::string> show;
   bool intermediate = false;
+  bool key_rows = false;
+  TextImportOptions text;
 };
 
 void AddHandsetOptions(CLI::App& command, ImportOptions& options) {
@@ -40,6 +43,15 @@ void AddNodeOption(CLI::App& command, ImportOptions& options) {
   command.add_option("--node", options.node, "Project node: outdoor, indoor or cmcc")->check(CLI::IsMember(LogNodes()));
 }
 
+CString FirstLog(const ImportOptions& options) { return AbsolutePath(options.logs.front()); }
+
+// By its extension, or because options of a text import are given.
+bool IsTextSource(const ImportOptions& options) {
+  const CString extension = ExtensionOf(FirstLog(options));
+  const auto is = [&](const char* known) { return extension.CompareNoCase(known) == 0; };
+  return options.text.IsAnyGiven() || is("txt") || is("csv") || is("tsv");
+}
+
 BatchAnswers AnswersFrom(const CommonOptions& common, const ImportOptions& options) {
   BatchAnswers answers;
   answers.yes = !common.no;
@@ -51,8 +63,6 @@ BatchAnswers AnswersFrom(const CommonOptions& common, const ImportOptions& optio
   answers.import_sheet = ImportSheetAnswersFrom(options.sheet);
   return answers;
 }
-
-CString FirstLog(const ImportOptions& options) { return AbsolutePath(options.logs.front()); }
 
 // Runs one facade command that imports, and reports each log. `work` gives the command's own result.
 int RunImport(const CommandLine& line, const ImportOptions& options, const std::function<int(CIOManager&)>& work) {
@@ -79,7 +89,7 @@ void PrintRows(IDataStream& stream, const ImportOptions& options) {
   const MergedRowMap& merged = *stream.GetMergedRows();
   std::int64_t left = options.count.value_or(INT32_MAX);
   std::string out;
-  const RowMap& rows = *stream.GetRows();
+  const RowMap& rows = options.key_rows ? *stream.GetKeyRows() : *stream.GetRows();
   for (auto row = rows.lower_bound(options.from); row != rows.end() && left > 0; ++row, --left) {
     const auto pair = merged.find(row->first);
     AppendRowJson(out, row->first, *row->second, pair != merged.end() ? &pair->second : nullptr,
@@ -95,6 +105,7 @@ void PrintRows(IDataStream& stream, const ImportOptions& options) {
 
 // An intermediate file of which no stream came has failed.
 int ImportSource(CIOManager& manager, const ImportOptions& options, const LogReport& report) {
+  if (IsTextSource(options) && !options.intermediate) return manager.ImportTxt();
   if (!options.intermediate) return manager.ImportLog(LogNodes().at(options.node));
   std::vector<CString> paths = ExistingFiles(options.logs);
   manager.OpenImmediateLogFile(paths);
@@ -104,7 +115,10 @@ int ImportSource(CIOManager& manager, const ImportOptions& options, const LogRep
 int RunRows(const CommandLine& line, const ImportOptions& options) {
   CommonOptions common = line.common;
   common.json = false;  // rows are JSON lines by themselves
-  Session session(common, AnswersFrom(common, options), FirstLog(options));
+  BatchAnswers answers = AnswersFrom(common, options);
+  if (IsTextSource(options))
+    answers.text_import = TextImportAnswersFrom(options.text, ExistingPath(options.logs.front()));
+  Session session(common, std::move(answers), FirstLog(options));
   LogReport report(session);
   const int result = ImportSource(session.manager(), options, report);
   int exit_code = report.ExitCodeOf(result);
@@ -113,7 +127,7 @@ int RunRows(const CommandLine& line, const ImportOptions& options) {
     if (IDataStream* stream = report.FindStream(name)) {
       PrintRows(*stream, options);
     } else {
-      std::cerr << "qloom: the log has no stream \"" << options.stream << "\"; it has:\n";
+      std::cerr << "qloom: the file has no stream \"" << options.stream << "\"; it has:\n";
       for (const std::string& known : report.StreamNames()) std::cerr << "  " << known << '\n';
       exit_code = kExitFailed;
     }
@@ -170,9 +184,12 @@ void AddSingleLogImports(CLI::App& app, CommandLine& line) {
 
 void AddRows(CLI::App& app, CommandLine& line) {
   const auto options = std::make_shared<ImportOptions>();
-  CLI::App* command = AddOneLogCommand(app, line, options, "rows", "Import a log and print rows as JSON lines");
+  CLI::App* command =
+      AddOneLogCommand(app, line, options, "rows", "Import a log or a text file and print rows as JSON lines");
   AddNodeOption(*command, *options);
   AddImportSheetOptions(*command, options->sheet);
+  AddTextImportOptions(*command, options->text);
+  command->add_flag("--key-rows", options->key_rows, "Of a text file's stream only the first row and every 500th");
   command->add_flag("--intermediate", options->intermediate, "The file is an intermediate file");
   command->add_option("--stream", options->stream, "Name of the stream")->required();
   command->add_option("--from", options->from, "First row number (default 1)");

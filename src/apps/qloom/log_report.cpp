@@ -68,7 +68,8 @@ int BatchResultOf(const Json& outcomes) {
 }
 
 LogReport::LogReport(Session& session) : session_(session) {
-  session_.manager().SetLogListener([this](const LogOutcome& outcome) { logs_.push_back(outcome); });
+  session_.manager().SetLogListener(
+      [this](const LogOutcome& outcome) { (outcome.type == kImporterText ? texts_ : logs_).push_back(outcome); });
 }
 
 LogReport::~LogReport() { session_.manager().SetLogListener({}); }
@@ -102,44 +103,60 @@ Json LogReport::ToJson(int result) const {
   return {{"result", result}, {"logs", std::move(logs)}};
 }
 
+template <class Visit>
+void LogReport::ForEach(Visit visit) const {
+  for (const auto* outcomes : {&logs_, &texts_}) {
+    for (const LogOutcome& outcome : *outcomes) visit(outcome);
+  }
+}
+
 void LogReport::PrintHuman(std::ostream& out) const {
-  for (const LogOutcome& log : logs_) {
+  ForEach([&](const LogOutcome& log) {
     out << GbkToUtf8(log.path) << ": " << ResultText(log.result);
     if (log.logfile != nullptr) {
       out << ", " << log.logfile->GetRowTotal() << " rows in " << log.logfile->GetStreams().size() << " streams";
     }
     out << '\n';
-    if (log.logfile == nullptr) continue;
+    if (log.logfile == nullptr) return;
     for (IDataStream* stream : log.logfile->GetStreams()) PrintStream(out, *stream);
-  }
+  });
 }
 
 int LogReport::ExitCodeOf(int result) const {
   if (result == kImportDone) return kExitDone;
   if (result == kBatchInPart) return kExitInPart;
-  for (const LogOutcome& log : logs_) {
-    if (log.result == kImportCancelled) return kExitCancelled;
-  }
-  return kExitFailed;
+  bool is_cancelled = false;
+  ForEach([&](const LogOutcome& log) { is_cancelled |= log.result == kImportCancelled; });
+  return is_cancelled ? kExitCancelled : kExitFailed;
+}
+
+template <class Visit>
+void LogReport::ForEachStream(Visit visit) const {
+  ForEach([&](const LogOutcome& log) {
+    if (log.logfile == nullptr) return;
+    for (IDataStream* stream : log.logfile->GetStreams()) visit(stream);
+  });
 }
 
 IDataStream* LogReport::FindStream(const CString& name) const {
-  for (const LogOutcome& log : logs_) {
-    if (log.logfile == nullptr) continue;
-    for (IDataStream* stream : log.logfile->GetStreams()) {
-      if (stream->GetName() == name) return stream;
-    }
-  }
-  return nullptr;
+  IDataStream* found = nullptr;
+  ForEachStream([&](IDataStream* stream) {
+    if (found == nullptr && stream->GetName() == name) found = stream;
+  });
+  return found;
 }
 
 std::vector<std::string> LogReport::StreamNames() const {
   std::vector<std::string> names;
-  for (const LogOutcome& log : logs_) {
-    if (log.logfile == nullptr) continue;
-    for (IDataStream* stream : log.logfile->GetStreams()) names.push_back(GbkToUtf8(stream->GetName()));
-  }
+  ForEachStream([&](IDataStream* stream) { names.push_back(GbkToUtf8(stream->GetName())); });
   return names;
+}
+
+IDataStream* LogReport::TextStream(const CString& path) const {
+  for (const LogOutcome& text : texts_) {
+    if (text.path == path && text.logfile != nullptr) return text.logfile->GetStreams().front();
+  }
+  return nullptr;
 }
 
 }  // namespace loom

@@ -18,7 +18,7 @@ const std::map<std::string, ImporterTypeEnum>& LogNodes();
 // 1 when each of the outcomes has the result 1, 0 when none has, else 2.
 int BatchResultOf(const Json& outcomes);
 
-// What became of each log of a command, as the facade's listener tells it.
+// What became of each log and text file of a command, as the facade's listener tells it.
 class LogReport {
  public:
   explicit LogReport(Session& session);
@@ -32,12 +32,18 @@ class LogReport {
   int ExitCodeOf(int result) const;
   IDataStream* FindStream(const CString& name) const;  // null when no log has it
   std::vector<std::string> StreamNames() const;
+  IDataStream* TextStream(const CString& path) const;  // of an imported text file; null when it was not imported
 
  private:
   Json LogJson(const LogOutcome& log) const;
+  template <class Visit>
+  void ForEach(Visit visit) const;
+  template <class Visit>
+  void ForEachStream(Visit visit) const;
 
   Session& session_;
   std::vector<LogOutcome> logs_;
+  std::vector<LogOutcome> texts_;
 };
 
 }  // namespace loom

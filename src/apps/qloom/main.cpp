@@ -43,6 +43,7 @@ int main(int argc, char** argv) {
   loom::AddOpenCommand(app, line);
   loom::AddNavigatorCommands(app, line);
   loom::AddLogToolCommands(app, line);
+  loom::AddTextImportCommands(app, line);
   loom::AddUiCommand(app, line);
   try {
     app.parse(argc, argv);

@@ -5,6 +5,7 @@ namespace loom {
 DataStream::DataStream(const CString& name, std::int32_t stream_type)
     : rows_(std::pmr::polymorphic_allocator<>(&memory_).new_object<RowMap>()),
       merged_rows_(std::pmr::polymorphic_allocator<>(&memory_).new_object<MergedRowMap>()),
+      key_rows_(std::pmr::polymorphic_allocator<>(&memory_).new_object<RowMap>()),
       name_(name),
       stream_type_(stream_type) {}
 

@@ -54,6 +54,9 @@ class DataStream final : public IDataStream {
   CStatResult* GetStatResult() override { return &statistics_; }
   RowMap* GetRows() override { return rows_; }
   MergedRowMap* GetMergedRows() override { return merged_rows_; }
+  RowMap* GetKeyRows() override { return key_rows_; }
+  void SetCompleted(std::int32_t completed) override { completed_ = completed; }
+  bool IsCompleted() const override { return completed_ != 0; }
   void FinishRows() override;
   void FinishStream() override {}  // rows are stored exactly sized: nothing is left to give back
   void SetPositionFlag(std::int32_t flag) override { position_flag_ = flag; }
@@ -67,6 +70,7 @@ class DataStream final : public IDataStream {
   std::pmr::monotonic_buffer_resource memory_;
   RowMap* rows_;               // in memory_, never destroyed
   MergedRowMap* merged_rows_;  // likewise
+  RowMap* key_rows_;           // likewise
   CString name_;
   CString device_name_;
   CString protocol_;
@@ -87,6 +91,7 @@ class DataStream final : public IDataStream {
   std::int32_t device_number_ = 0;
   std::int32_t row_count_ = 0;
   std::int32_t position_flag_ = 0;
+  std::int32_t completed_ = 0;
 };
 
 }  // namespace loom

@@ -11,9 +11,8 @@ namespace loom {
 namespace {
 
 // Uplink streams come from text files; the others from logs as well.
-constexpr std::int32_t kStreamUplink = 6;
-constexpr std::array kKnownStreamTypes = {kStreamOutdoorHandset + 0, kStreamIndoorHandset + 0, kStreamUplink,
-                                          kStreamScanner + 0};
+constexpr std::array<std::int32_t, 4> kKnownStreamTypes = {kStreamOutdoorHandset, kStreamIndoorHandset, kStreamUplink,
+                                                           kStreamScanner};
 
 }  // namespace
 

@@ -1,0 +1,187 @@
+#include "apps/qloom/text_import_wizard.h"
+
+#include <algorithm>
+
+#include "platform/encoding.h"
+#include "platform/number.h"
+#include "platform/ui/list_ctrl.h"
+#include "platform/ui/tree_ctrl.h"
+#include "resources/dialog_9000.h"
+#include "resources/dialog_9001.h"
+#include "resources/dialog_9002.h"
+#include "resources/dialog_9017.h"
+#include "text/time_text.h"
+
+namespace loom {
+namespace {
+
+const std::map<std::string, int> kStreamTypes{{"down", 0}, {"up", 1}, {"scan", 2}};
+const std::map<std::string, int> kSeparatorRadios{
+    {"tab", kRadioTab}, {"comma", kRadioComma}, {"semicolon", kRadioSemicolon}};
+
+std::vector<std::string> TimeFormatNames() {
+  std::vector<std::string> names;
+  for (const TimeLayout& layout : kTimeLayouts) names.emplace_back(layout.name);
+  return names;
+}
+
+struct ColumnText {
+  std::optional<int> column;  // none: the text is no mapping
+  std::string ie_name;
+};
+
+ColumnText ParseColumn(const std::string& text) {
+  const std::size_t equals = text.find('=');
+  if (equals == std::string::npos || equals + 1 == text.size()) return {};
+  const auto column = ParseInt<int>(std::string_view(text).substr(0, equals));
+  return {column && *column >= 0 ? column : std::nullopt, text.substr(equals + 1)};
+}
+
+std::string ObjectionToColumn(const std::string& text) {
+  return ParseColumn(text).column ? "" : "'" + text + "' is not COLUMN=NAME, columns counted from 0";
+}
+
+std::string ObjectionToSeparator(const std::string& text) {
+  if (kSeparatorRadios.contains(text)) return "";
+  // One character of UTF-8; whether it can separate, the wizard says.
+  const auto starts =
+      std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; });
+  return starts == 1 ? "" : "'" + text + "' is none of tab, comma, semicolon and no single character";
+}
+
+std::optional<CString> PathFrom(const std::string& native) {
+  if (native.empty()) return std::nullopt;
+  return NativePathToGbk(native);
+}
+
+HTREEITEM FindLeaf(const CTreeCtrl& tree, const CString& name) {
+  for (HTREEITEM item = tree.GetRootItem(); item; item = tree.GetNextItem(item)) {
+    if (!tree.ItemHasChildren(item) && tree.GetItemText(item) == name) return item;
+  }
+  return {};
+}
+
+}  // namespace
+
+bool TextImportOptions::IsAnyGiven() const {
+  return no_header || !columns.empty() ||
+         !(config + stream_name + stream_type + time_format + separator + save_config).empty();
+}
+
+void AddTextImportOptions(CLI::App& command, TextImportOptions& options) {
+  CLI::Option* const config =
+      command.add_option("--imcf", options.config, "Saved import configuration; asks nothing else");
+  const auto add = [&](const char* name, auto& value, const char* description) {
+    return command.add_option(name, value, description)->excludes(config);
+  };
+  add("--stream-name", options.stream_name, "Name of the stream (default UnknownDevice)");
+  add("--stream-type", options.stream_type, "down (default), up or scan")->check(CLI::IsMember(kStreamTypes));
+  add("--time-format", options.time_format, "Layout of the time column (default yyyy-mm-dd hh:nn:ss:ms)")
+      ->check(CLI::IsMember(TimeFormatNames()));
+  add("--separator", options.separator, "tab (default), comma, semicolon or one character")
+      ->check(CLI::Validator([](const std::string& text) { return ObjectionToSeparator(text); }, "SEPARATOR"));
+  command.add_flag("--no-header", options.no_header, "The first line is data")->excludes(config);
+  add("--map", options.columns, "COLUMN=NAME, columns from 0; without it the titles of the first line decide")
+      ->check(CLI::Validator([](const std::string& text) { return ObjectionToColumn(text); }, "COLUMN=NAME"));
+  add("--save-imcf", options.save_config, "Save the import configuration to this file");
+}
+
+TextImportAnswers TextImportAnswersFrom(const TextImportOptions& options, const CString& file) {
+  TextImportAnswers answers;
+  answers.file = file;
+  answers.config = PathFrom(options.config);
+  if (!options.stream_name.empty()) answers.stream_name = Utf8ToGbk(options.stream_name);
+  if (!options.stream_type.empty()) answers.stream_type = kStreamTypes.at(options.stream_type);
+  if (!options.time_format.empty()) answers.time_format = Utf8ToGbk(options.time_format);
+  answers.separator = options.separator;
+  answers.no_header = options.no_header;
+  for (const std::string& text : options.columns) {
+    const ColumnText column = ParseColumn(text);
+    answers.columns[*column.column] = Utf8ToGbk(column.ie_name);
+  }
+  answers.save_config = PathFrom(options.save_config);
+  return answers;
+}
+
+bool TextImportWizardUser::IsWizard(const CPropertySheet& sheet) { return sheet.FindPage(kDialogTextImport1) >= 0; }
+
+void TextImportWizardUser::Fill(CPropertySheet& sheet) {
+  try {
+    FillPages(sheet);
+  } catch (const UiRefused& refusal) {
+    throw Error(refusal.what());
+  }
+  if (sheet.IsRunning()) sheet.UserClose();
+}
+
+void TextImportWizardUser::FillPages(CPropertySheet& sheet) {
+  const auto is_in_front = [&](int page_id) {
+    return sheet.IsRunning() && sheet.GetActivePage()->GetTemplate().id == page_id;
+  };
+  FillFile(sheet);
+  if (!is_in_front(kDialogTextImport2)) return;
+  FillStream(*sheet.GetActivePage());
+  sheet.UserPress(kIdWizardNext);
+  if (!is_in_front(kDialogTextImport3)) return;
+  CDialog& page = *sheet.GetActivePage();
+  if (!answers_.columns.empty()) FillColumns(page);
+  if (!page.GetDlgItem(kButtonSaveConfig).IsWindowEnabled())
+    throw Error("no column is mapped: the first line holds no title that the catalogue knows");
+  if (answers_.save_config) SaveConfig(page);
+  sheet.UserPress(kIdWizardFinish);
+}
+
+void TextImportWizardUser::FillFile(CPropertySheet& sheet) {
+  CDialog& page = *sheet.GetActivePage();
+  pick_file_(answers_.file);
+  page.UserPress(kButtonBrowseText);
+  if (!answers_.config) return sheet.UserPress(kIdWizardNext);
+  pick_file_(*answers_.config);
+  page.UserPress(kButtonImportConfig);
+  sheet.UserPress(kIdWizardFinish);
+}
+
+void TextImportWizardUser::FillStream(CDialog& page) const {
+  if (answers_.stream_name) page.GetDlgItem<CEdit>(kEditStreamName).UserType(*answers_.stream_name);
+  if (answers_.stream_type) page.GetDlgItem<CComboBox>(kComboStreamType).UserChoose(*answers_.stream_type);
+  if (answers_.time_format) page.GetDlgItem<CComboBox>(kComboTimeFormat).UserChoose(*answers_.time_format);
+  if (answers_.no_header) page.GetDlgItem<CButton>(kCheckFirstLineIsNames).UserCheck(0);
+  if (!answers_.separator.empty()) FillSeparator(page);
+}
+
+void TextImportWizardUser::FillSeparator(CDialog& page) const {
+  const auto radio = kSeparatorRadios.find(answers_.separator);
+  if (radio != kSeparatorRadios.end()) return page.UserPress(radio->second);
+  page.UserPress(kRadioCustom);
+  auto& edit = page.GetDlgItem<CEdit>(kEditCustomSeparator);
+  edit.UserType(Utf8ToGbk(answers_.separator));
+  if (edit.GetWindowText().IsEmpty()) throw Error("--separator: '" + answers_.separator + "' cannot separate columns");
+}
+
+void TextImportWizardUser::FillColumns(CDialog& page) {
+  page.UserPress(kButtonUnmapAll);
+  for (const auto& [column, name] : answers_.columns) {
+    wanted_ = name;
+    page.GetDlgItem<CListCtrl>(kListColumnMap).UserSelectRows({column});
+    page.UserPress(kButtonMapColumn);
+  }
+}
+
+void TextImportWizardUser::SaveConfig(CDialog& page) const {
+  pick_file_(*answers_.save_config);
+  page.UserPress(kButtonSaveConfig);
+  if (newest_message_() != "配置文件保存成功！"_gbk)
+    throw Error("nothing is imported without the configuration that was to be saved");
+}
+
+// A choice that is refused, which a message has said, leaves the dialog open.
+void TextImportWizardUser::ChooseParameter(CDialog& dialog) const {
+  auto& tree = dialog.GetDlgItem<CTreeCtrl>(kTreeParams);
+  const HTREEITEM leaf = FindLeaf(tree, wanted_);
+  if (!leaf) throw Error("the parameter navigator has no information element \"" + GbkToUtf8(wanted_) + "\"");
+  tree.UserSelect(leaf);
+  dialog.UserPress(kIdOk);
+  if (dialog.IsRunning()) throw Error("\"" + GbkToUtf8(wanted_) + "\" cannot be mapped here");
+}
+
+}  // namespace loom

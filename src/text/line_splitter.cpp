@@ -1,0 +1,93 @@
+#include "text/line_splitter.h"
+
+#include <bit>
+#include <cstdint>
+#include <cstring>
+
+namespace loom {
+namespace {
+
+constexpr std::string_view kWidened = " -:.";
+constexpr std::string_view kBlanks = " \t\r\n\v\f";
+constexpr unsigned char kFirstTrailByte = 0x40;
+
+CString Effective(const CString& separator) {
+  if (separator.IsEmpty() || kWidened.find(separator[0]) == std::string_view::npos) return separator;
+  return separator + ' ';
+}
+
+bool IsPlainByte(std::string_view separator) {
+  return separator.size() == 1 && static_cast<unsigned char>(separator[0]) < kFirstTrailByte;
+}
+
+// Sees whole characters: the separator may equal the trail byte of one.
+std::size_t FindSeparator(std::string_view line, std::string_view separator, std::size_t from) {
+  if (static_cast<unsigned char>(separator[0]) < kFirstTrailByte) return line.find(separator, from);
+  while (from + separator.size() <= line.size()) {
+    if (line.compare(from, separator.size(), separator) == 0) return from;
+    from += GbkCharLength(line, from);
+  }
+  return std::string_view::npos;
+}
+
+// The high bit of each of eight bytes that equals the one repeated in `pattern`.
+std::uint64_t EqualBytes(const char* bytes, std::uint64_t pattern) {
+  constexpr std::uint64_t kLow7 = 0x7F7F7F7F7F7F7F7F;
+  std::uint64_t word;
+  std::memcpy(&word, bytes, sizeof word);
+  word ^= pattern;
+  return ~(((word & kLow7) + kLow7) | word | kLow7);
+}
+
+}  // namespace
+
+LineSplitter::LineSplitter(const CString& separator)
+    : separator_(Effective(separator)), is_plain_byte_(IsPlainByte(separator_)) {}
+
+void LineSplitter::Split(std::string_view line, std::vector<std::string_view>& cells, std::size_t most) const {
+  cells.clear();
+  if (is_plain_byte_) return SplitAtByte(line, cells, most);
+  const std::string_view separator = separator_.view();
+  std::size_t start = 0;
+  while (cells.size() < most) {
+    const std::size_t at = separator.empty() ? std::string_view::npos : FindSeparator(line, separator, start);
+    if (at == std::string_view::npos || at + separator.size() == line.size())
+      return cells.push_back(line.substr(start));
+    cells.push_back(line.substr(start, at - start));
+    start = at + separator.size();
+  }
+}
+
+void LineSplitter::SplitAtByte(std::string_view line, std::vector<std::string_view>& cells, std::size_t most) const {
+  const char separator = separator_[0];
+  const char* start = line.data();
+  const char* at = start;
+  const char* const line_end = start + line.size();
+  // Behind this no separator counts: one in the last place belongs to the last cell.
+  const char* const end = line.empty() ? start : line_end - 1;
+  const auto cut = [&](const char* place) {
+    cells.emplace_back(start, static_cast<std::size_t>(place - start));
+    start = place + 1;
+    return cells.size() == most;
+  };
+  if constexpr (std::endian::native == std::endian::little) {
+    const std::uint64_t pattern = 0x0101010101010101 * static_cast<unsigned char>(separator);
+    for (; end - at >= 8; at += 8) {
+      for (std::uint64_t hits = EqualBytes(at, pattern); hits != 0; hits &= hits - 1) {
+        if (cut(at + (std::countr_zero(hits) >> 3))) return;
+      }
+    }
+  }
+  for (; at < end; ++at) {
+    if (*at == separator && cut(at)) return;
+  }
+  cells.emplace_back(start, static_cast<std::size_t>(line_end - start));
+}
+
+std::string_view TrimmedCell(std::string_view cell) {
+  while (!cell.empty() && kBlanks.find(cell.back()) != std::string_view::npos) cell.remove_suffix(1);
+  while (!cell.empty() && kBlanks.find(cell.front()) != std::string_view::npos) cell.remove_prefix(1);
+  return cell;
+}
+
+}  // namespace loom

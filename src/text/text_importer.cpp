@@ -1,0 +1,247 @@
+#include "text/text_importer.h"
+
+#include <algorithm>
+#include <exception>
+#include <optional>
+#include <set>
+
+#include "components/project.h"
+#include "platform/encoding.h"
+#include "platform/log.h"
+#include "platform/path.h"
+#include "platform/ui/message_box.h"
+#include "text/parameter_navigator.h"
+#include "text/text_lines.h"
+
+namespace loom {
+namespace {
+
+constexpr std::int32_t kLongitudeId = 2379;
+constexpr std::int32_t kLatitudeId = 2380;
+constexpr std::int32_t kKeyRowStep = 500;
+constexpr int kProgressEnd = 1000;
+constexpr int kProgressStep = 100;
+
+bool Contains(const std::vector<CString>& names, const CString& name) {
+  return std::ranges::find(names, name) != names.end();
+}
+
+// Runs the work of reading; an exception becomes the message, and false.
+template <class Work>
+bool Completes(const CString& message, Work work) {
+  try {
+    work();
+    return true;
+  } catch (const std::exception& error) {
+    Log(LogLevel::kError, error.what());
+  } catch (...) {
+    Log(LogLevel::kError, "a text import ended with an unknown exception");
+  }
+  ShowMessageBox(message, MessageIcon::kError);
+  return false;
+}
+
+std::optional<double> DegreesIn(const CMemDataRow& row, std::int32_t id, double limit) {
+  const auto value = row.GetIEValueByID(id);
+  if (!value || !(value->float_value >= -limit && value->float_value <= limit)) return std::nullopt;
+  return value->float_value;
+}
+
+}  // namespace
+
+std::int32_t StreamKindOf(std::int32_t text_stream_type) {
+  if (text_stream_type == 1) return kStreamUplink;
+  return text_stream_type == 2 ? kStreamScanner : kStreamOutdoorHandset;
+}
+
+// One import.
+struct CTextImporter::Run {
+  CString path;
+  CProgressWnd progress{1};
+  ILogfile* logfile = nullptr;
+  IDataStream* stream = nullptr;
+  std::int32_t row_count = 0;
+  TextRange time_s = {};
+  TextRange longitude = {};
+  TextRange latitude = {};
+};
+
+CTextImporter::CTextImporter() {
+  importer_type_ = kImporterText;
+  LoadNavigatorNames();
+}
+
+int CTextImporter::Import(const CString& path, ILogfile** logfile) {
+  *logfile = nullptr;
+  if (stream_manager_->FindLogfile(path)) return kImportAlreadyPresent;
+
+  Run run{.path = path};
+  run.progress.GoModal("导入文本文件进度"_gbk, 0);
+  run.progress.SetText(Format("导入文本文件：%s"_gbk, NameOf(path)));
+  run.progress.SetRange(0, kProgressEnd, 1);
+  int result = kImportFailed;
+  try {
+    run.logfile = stream_manager_->MakeLogfile(path);
+    run.stream = stream_manager_->MakeStream(stream_full_name_, StreamKindOf(stream_type_));
+    run.logfile->AddStream(run.stream);
+    result = ImportFile(run);
+    if (result == kImportDone) FinishStream(run);
+  } catch (...) {
+    stream_manager_->DropLogfile(path);
+    ResetColumns();
+    throw;
+  }
+  if (result == kImportDone) {
+    *logfile = run.logfile;
+  } else {
+    stream_manager_->DropLogfile(path);
+  }
+  ResetColumns();
+  return result;
+}
+
+int CTextImporter::ImportFile(Run& run) {
+  if (!PrepareProtocol()) {
+    ShowMessageBox("加载配置文件失败！文本文件不能正常导入！"_gbk, MessageIcon::kError);
+    return kImportFailed;
+  }
+  std::optional<TextLines> lines;
+  const CString cannot_open = Format("载入文本文件：%s 失败！"_gbk, NameOf(run.path));
+  if (!Completes(cannot_open, [&] { lines.emplace(run.path); })) return kImportFailed;
+  int result = kImportFailed;
+  if (!Completes("加载文本文件数据发生错误!"_gbk, [&] { result = ReadLines(run, *lines); })) return kImportFailed;
+  if (result == kImportDone) run.progress.SetPos(kProgressEnd);
+  return result;
+}
+
+int CTextImporter::ReadLines(Run& run, TextLines& lines) {
+  RowNotes notes(run.path);
+  TextRowBuilder builder(Columns(), separator_, data_format_, notes);
+  RowMap& rows = *run.stream->GetRows();
+  RowMap& key_rows = *run.stream->GetKeyRows();
+  std::string_view line;
+  std::uint64_t line_number = 0;
+  if (first_line_flag_ != 0 && lines.Next(line)) ++line_number;
+  while (lines.Next(line)) {
+    if (run.progress.Cancelled() == 1) return kImportCancelled;
+    const auto position = static_cast<int>(lines.Position() * kProgressEnd / lines.FileSize());
+    if (position % kProgressStep == 0) {
+      run.progress.SetPos(position);
+      run.progress.PeekAndPump(1);
+    }
+    notes.SetLine(++line_number);
+    CMemDataRow& row = *AppendRow(rows, ++run.row_count);
+    builder.Fill(row, line, run.row_count, run.time_s);
+    ReadPosition(run, row);
+    if (run.row_count == 1 || run.row_count % kKeyRowStep == 0) StoreRow(key_rows, run.row_count, row);
+  }
+  NoteColumns(run.path);
+  notes.HandOver(CurrentNotes());
+  return kImportDone;
+}
+
+void CTextImporter::ReadPosition(Run& run, const CMemDataRow& row) const {
+  const auto longitude = DegreesIn(row, kLongitudeId, 180.0);
+  const auto latitude = longitude ? DegreesIn(row, kLatitudeId, 90.0) : std::nullopt;
+  if (!latitude) return;
+  run.longitude.Add(*longitude);
+  run.latitude.Add(*latitude);
+}
+
+void CTextImporter::FinishStream(Run& run) const {
+  IDataStream& stream = *run.stream;
+  stream.SetCompleted(1);
+  stream.SetStreamClass(stream.GetStreamType() == kStreamScanner ? kStreamClassScanner : kStreamClassHandset);
+  stream.SetDeviceName(stream_name_);
+  stream.SetProtocol(protocol_);
+  stream.SetRowCount(run.row_count);
+  stream.SetEarliestTime(run.time_s.minimum);
+  stream.SetLatestTime(run.time_s.maximum);
+  stream.SetLongitudeMaximum(run.longitude.maximum);
+  stream.SetLongitudeMinimum(run.longitude.minimum);
+  stream.SetLatitudeMaximum(run.latitude.maximum);
+  stream.SetLatitudeMinimum(run.latitude.minimum);
+  stream.SetFilterOperator("AND");
+  for (const auto& [column, name] : column_map_) {
+    if (!name.IsEmpty()) stream.AddIEName(name);
+  }
+  run.logfile->SetVersion(0);
+  run.logfile->SetImporting(importer_type_);
+  run.logfile->SetRowTotal(run.row_count);
+  run.logfile->SetLongitudeMaximum(run.longitude.maximum);
+  run.logfile->SetLongitudeMinimum(run.longitude.minimum);
+  run.logfile->SetLatitudeMaximum(run.latitude.maximum);
+  run.logfile->SetLatitudeMinimum(run.latitude.minimum);
+}
+
+bool CTextImporter::LoadNavigatorNames() {
+  CMarkupMSXML navigator;
+  if (!LoadNavigator(navigator)) return false;
+  NavigatorNames names = ReadNavigatorNames(navigator);
+  independent_ies_ = std::move(names.independent);
+  gsm_ies_ = std::move(names.gsm);
+  return true;
+}
+
+// The protocol of the mapped information elements; false when the navigator cannot be read.
+bool CTextImporter::PrepareProtocol() {
+  if ((independent_ies_.empty() || gsm_ies_.empty()) && !LoadNavigatorNames()) return false;
+  bool has_gsm = false;
+  bool has_td_scdma = false;
+  for (const auto& [column, name] : column_map_) {
+    if (g_sysProject->GetIEID(name) == kInvalidInt || Contains(independent_ies_, name)) continue;
+    (Contains(gsm_ies_, name) ? has_gsm : has_td_scdma) = true;
+  }
+  if (has_gsm && has_td_scdma) {
+    protocol_ = "DOUBLEPROTOCOL";
+  } else if (has_gsm || has_td_scdma) {
+    protocol_ = has_gsm ? "GSM" : "TD-SCDMA";
+  }
+  return true;
+}
+
+std::vector<TextColumn> CTextImporter::Columns() const {
+  std::vector<TextColumn> columns;
+  for (const auto& [number, name] : column_map_) {
+    const std::int32_t id = g_sysProject->GetIEID(name);
+    if (number < 0 || id == kInvalidInt) continue;
+    columns.push_back({static_cast<std::size_t>(number), id, g_sysProject->GetIEMemType(id), name});
+  }
+  // The last column of that name is the time; one before it has no field to its value.
+  const auto newest = std::find_if(columns.rbegin(), columns.rend(),
+                                   [](const TextColumn& column) { return column.name == kTimeColumnName; });
+  for (TextColumn& column : columns) {
+    if (column.name == kTimeColumnName) column.lists_field = false;
+  }
+  if (newest != columns.rend()) newest->is_time = true;
+  return columns;
+}
+
+void CTextImporter::NoteColumns(const CString& path) const {
+  std::set<CString> seen;
+  for (const auto& [column, name] : column_map_) {
+    const std::string at = "column " + std::to_string(column);
+    if (g_sysProject->GetIEID(name) == kInvalidInt)
+      CurrentNotes().Add("unknown information element", path, at, "'" + GbkToUtf8(name) + "' is not imported");
+    else if (!seen.insert(name).second)
+      CurrentNotes().Add("information element mapped twice", path, at, "'" + GbkToUtf8(name) + "'");
+  }
+}
+
+void CTextImporter::ResetColumns() {
+  column_map_.clear();
+  independent_ies_.clear();
+  gsm_ies_.clear();
+}
+
+CMemDataRow* CTextImporter::BuildRow(CString line, int row_number, double* minimum_time_s, double* maximum_time_s) {
+  RowNotes notes{CString()};
+  TextRange time_s{*minimum_time_s, *maximum_time_s};
+  auto row = std::make_unique<CMemDataRow>();
+  TextRowBuilder(Columns(), separator_, data_format_, notes).Fill(*row, line, row_number, time_s);
+  *minimum_time_s = time_s.minimum;
+  *maximum_time_s = time_s.maximum;
+  return row.release();
+}
+
+}  // namespace loom

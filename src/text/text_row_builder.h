@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "components/mem_row.h"
+#include "text/line_splitter.h"
+#include "text/text_row_notes.h"
+#include "text/time_text.h"
+
+namespace loom {
+
+// A column of a text file that becomes the time or a field of its rows.
+struct TextColumn {
+  std::size_t number = 0;  // from 0
+  std::int32_t ie_id = kInvalidInt;
+  MemTableFieldTypeEnum type = kFieldNone;
+  CString name = {};
+  bool is_time = false;     // sets the row's time, no field
+  bool lists_field = true;  // its information element is one of the row's fields
+};
+
+// -255 while nothing was added.
+struct TextRange {
+  double minimum = kInvalidDouble;
+  double maximum = kInvalidDouble;
+
+  // The invalid value changes nothing.
+  void Add(double value) {
+    if (value == kInvalidDouble) return;
+    if (value < minimum || minimum == kInvalidDouble) minimum = value;
+    if (value > maximum) maximum = value;
+  }
+};
+
+// Makes rows of the lines of a text file.
+class TextRowBuilder {
+ public:
+  // Columns in ascending order. `notes` outlives the builder.
+  TextRowBuilder(std::vector<TextColumn> columns, const CString& separator, const CString& data_format,
+                 RowNotes& notes);
+
+  // Fills an empty row; its time, when it is valid, extends `time_s`.
+  void Fill(CMemDataRow& row, std::string_view line, std::int32_t number, TextRange& time_s);
+
+ private:
+  struct Sizes {
+    std::size_t fields = 0;
+    std::size_t text_bytes = 0;
+  };
+  Sizes PrepareCells();
+  void SetTime(CMemDataRow& row, std::string_view cell, TextRange& time_s);
+  uniFieldValue Convert(CMemDataRow& row, const TextColumn& column, std::string_view cell);
+  std::int32_t IntOf(const TextColumn& column, std::string_view cell);
+  float FloatOf(const TextColumn& column, std::string_view cell);
+  bool TruthOf(const TextColumn& column, std::string_view cell);
+  std::uint32_t AddText(CMemDataRow& row, const TextColumn& column, std::string_view cell);
+  void FillFields(CMemDataRow& row, const Sizes& sizes, TextRange& time_s);
+  void ListFieldsOneByOne(CMemDataRow& row) const;
+
+  std::vector<TextColumn> columns_;
+  std::size_t most_cells_ = 1;  // nothing behind the last column is looked at
+  bool is_regular_ = true;      // no information element is there twice: fields and their ids run in step
+  LineSplitter splitter_;
+  TimeTextConverter time_;
+  CString data_format_;
+  RowNotes& notes_;
+  std::vector<std::string_view> cells_;  // of the newest line; those of columns trimmed
+};
+
+}  // namespace loom
