@@ -1,4 +1,3 @@
-#include <exception>
 #include <set>
 
 #include "components/project.h"
@@ -6,8 +5,8 @@
 #include "importers/intermediate_file_importer.h"
 #include "manager/import_file_dialog.h"
 #include "manager/io_manager.h"
+#include "platform/completes.h"
 #include "platform/file.h"
-#include "platform/log.h"
 #include "platform/path.h"
 #include "platform/ui/message_box.h"
 #include "platform/ui/template.h"
@@ -19,20 +18,6 @@ namespace {
 constexpr std::size_t kNameBufferBytes = 65535;
 constexpr const char* kIndoorFolder = "Indoor Test";
 constexpr const char* kOutdoorFolder = "Outdoor Test";
-
-// Runs the work of a command; false when it threw, which the log says.
-template <class Work>
-bool Completes(Work work) {
-  try {
-    work();
-    return true;
-  } catch (const std::exception& error) {
-    Log(LogLevel::kError, error.what());
-  } catch (...) {
-    Log(LogLevel::kError, "a command ended with an unknown exception");
-  }
-  return false;
-}
 
 std::set<CString> PresentTitles() {
   std::map<CString, ILogfile*> logs;

@@ -1,12 +1,11 @@
-#include <exception>
 
 #include "components/project.h"
 #include "components/resource_handle.h"
 #include "manager/import_file_dialog.h"
 #include "manager/io_manager.h"
+#include "platform/completes.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
-#include "platform/log.h"
 #include "platform/path.h"
 #include "platform/ui/message_box.h"
 #include "text/text_import_pages.h"
@@ -16,20 +15,6 @@
 
 namespace loom {
 namespace {
-
-// Runs the work of a command; false when it threw, which the log says.
-template <class Work>
-bool Completes(Work work) {
-  try {
-    work();
-    return true;
-  } catch (const std::exception& error) {
-    Log(LogLevel::kError, error.what());
-  } catch (...) {
-    Log(LogLevel::kError, "a command ended with an unknown exception");
-  }
-  return false;
-}
 
 bool AskForSettings(TextImportSettings& settings) {
   CImportWiz wizard("文本文件导入向导"_gbk);

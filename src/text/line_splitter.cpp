@@ -8,7 +8,6 @@ namespace loom {
 namespace {
 
 constexpr std::string_view kWidened = " -:.";
-constexpr std::string_view kBlanks = " \t\r\n\v\f";
 constexpr unsigned char kFirstTrailByte = 0x40;
 
 CString Effective(const CString& separator) {
@@ -82,12 +81,6 @@ void LineSplitter::SplitAtByte(std::string_view line, std::vector<std::string_vi
     if (*at == separator && cut(at)) return;
   }
   cells.emplace_back(start, static_cast<std::size_t>(line_end - start));
-}
-
-std::string_view TrimmedCell(std::string_view cell) {
-  while (!cell.empty() && kBlanks.find(cell.back()) != std::string_view::npos) cell.remove_suffix(1);
-  while (!cell.empty() && kBlanks.find(cell.front()) != std::string_view::npos) cell.remove_prefix(1);
-  return cell;
 }
 
 }  // namespace loom

@@ -28,6 +28,11 @@ class LineSplitter {
 };
 
 // Without blanks, tabs and line ends at both ends, as CString::Trim.
-std::string_view TrimmedCell(std::string_view cell);
+inline std::string_view TrimmedCell(std::string_view cell) {
+  const auto is_blank = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); };
+  while (!cell.empty() && is_blank(cell.back())) cell.remove_suffix(1);
+  while (!cell.empty() && is_blank(cell.front())) cell.remove_prefix(1);
+  return cell;
+}
 
 }  // namespace loom

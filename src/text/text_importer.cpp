@@ -1,13 +1,12 @@
 #include "text/text_importer.h"
 
 #include <algorithm>
-#include <exception>
 #include <optional>
 #include <set>
 
 #include "components/project.h"
+#include "platform/completes.h"
 #include "platform/encoding.h"
-#include "platform/log.h"
 #include "platform/path.h"
 #include "platform/ui/message_box.h"
 #include "text/parameter_navigator.h"
@@ -28,15 +27,8 @@ bool Contains(const std::vector<CString>& names, const CString& name) {
 
 // Runs the work of reading; an exception becomes the message, and false.
 template <class Work>
-bool Completes(const CString& message, Work work) {
-  try {
-    work();
-    return true;
-  } catch (const std::exception& error) {
-    Log(LogLevel::kError, error.what());
-  } catch (...) {
-    Log(LogLevel::kError, "a text import ended with an unknown exception");
-  }
+bool CompletesOrTells(const CString& message, Work work) {
+  if (Completes(work)) return true;
   ShowMessageBox(message, MessageIcon::kError);
   return false;
 }
@@ -45,6 +37,14 @@ std::optional<double> DegreesIn(const CMemDataRow& row, std::int32_t id, double 
   const auto value = row.GetIEValueByID(id);
   if (!value || !(value->float_value >= -limit && value->float_value <= limit)) return std::nullopt;
   return value->float_value;
+}
+
+// Files are in the GBK code page; of another encoding the rows hold the bytes as they stand.
+void NoteEncoding(const CString& path, std::string_view first_line) {
+  constexpr std::string_view kMarks[] = {"\xEF\xBB\xBF", "\xFF\xFE", "\xFE\xFF"};
+  if (std::ranges::none_of(kMarks, [&](std::string_view mark) { return first_line.starts_with(mark); })) return;
+  CurrentNotes().Add("byte-order mark", path, "line 1",
+                     "the file is in Unicode but read in GBK; the mark belongs to the first cell");
 }
 
 }  // namespace
@@ -107,9 +107,10 @@ int CTextImporter::ImportFile(Run& run) {
   }
   std::optional<TextLines> lines;
   const CString cannot_open = Format("载入文本文件：%s 失败！"_gbk, NameOf(run.path));
-  if (!Completes(cannot_open, [&] { lines.emplace(run.path); })) return kImportFailed;
+  if (!CompletesOrTells(cannot_open, [&] { lines.emplace(run.path); })) return kImportFailed;
   int result = kImportFailed;
-  if (!Completes("加载文本文件数据发生错误!"_gbk, [&] { result = ReadLines(run, *lines); })) return kImportFailed;
+  if (!CompletesOrTells("加载文本文件数据发生错误!"_gbk, [&] { result = ReadLines(run, *lines); }))
+    return kImportFailed;
   if (result == kImportDone) run.progress.SetPos(kProgressEnd);
   return result;
 }
@@ -121,7 +122,10 @@ int CTextImporter::ReadLines(Run& run, TextLines& lines) {
   RowMap& key_rows = *run.stream->GetKeyRows();
   std::string_view line;
   std::uint64_t line_number = 0;
-  if (first_line_flag_ != 0 && lines.Next(line)) ++line_number;
+  if (first_line_flag_ != 0 && lines.Next(line)) {
+    ++line_number;
+    NoteEncoding(run.path, line);
+  }
   while (lines.Next(line)) {
     if (run.progress.Cancelled() == 1) return kImportCancelled;
     const auto position = static_cast<int>(lines.Position() * kProgressEnd / lines.FileSize());
@@ -130,6 +134,7 @@ int CTextImporter::ReadLines(Run& run, TextLines& lines) {
       run.progress.PeekAndPump(1);
     }
     notes.SetLine(++line_number);
+    if (line_number == 1) NoteEncoding(run.path, line);
     CMemDataRow& row = *AppendRow(rows, ++run.row_count);
     builder.Fill(row, line, run.row_count, run.time_s);
     ReadPosition(run, row);

@@ -1,10 +1,12 @@
 #include "host/netdb/text_config.h"
 
 #include <pugixml.hpp>
+#include <span>
 #include <sstream>
 
 #include "platform/encoding.h"
 #include "platform/file.h"
+#include "platform/log.h"
 #include "platform/number.h"
 
 namespace loom {
@@ -37,6 +39,30 @@ std::int32_t RequiredNumber(const CString& path, const pugi::xml_node& node, con
     throw FileError(path, static_cast<std::uint64_t>(node.offset_debug()),
                     std::string(name) + " is no number: " + GbkToUtf8(text));
   return *number;
+}
+
+constexpr std::size_t kLongestTitleLine = 1 << 20;
+
+// The cells of the first line of the record's file; none when that cannot be read or holds no titles.
+std::map<std::int32_t, CString> TitlesOf(const CProjectTxtFile& record) {
+  std::map<std::int32_t, CString> titles;
+  if (!record.GetHeadLineIsIgnore() || record.GetSeparate().IsEmpty() || !FileExists(record.GetTxtPath()))
+    return titles;
+  std::string bytes(kLongestTitleLine, '\0');
+  try {
+    bytes.resize(InputFile(record.GetTxtPath()).ReadUpTo(0, std::as_writable_bytes(std::span(bytes))));
+  } catch (const FileError& error) {
+    Log(LogLevel::kWarning, error.what());
+    return titles;
+  }
+  const CString line(bytes.substr(0, bytes.find('\n')));
+  const CString& separator = record.GetSeparate();
+  for (int start = 0; start >= 0;) {
+    const int at = line.Find(separator, start);
+    titles.emplace(static_cast<std::int32_t>(titles.size()), line.Mid(start, at < 0 ? -1 : at - start).Trim());
+    start = at < 0 ? -1 : at + separator.GetLength();
+  }
+  return titles;
 }
 
 }  // namespace
@@ -84,6 +110,7 @@ void ReadTextConfig(const CString& path, CProjectTxtFile& record) {
   read.SetDataFormat(RequiredText(path, setting, "format"));
   read.SetHeadLineIsIgnore(RequiredNumber(path, setting, "head_line_ignored") != 0);
   read.SetColumnMapIE(columns);
+  read.SetColumnTitle(TitlesOf(read));
   record = std::move(read);
 }
 

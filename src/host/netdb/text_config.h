@@ -14,7 +14,8 @@ namespace loom {
 //   </TextImport>
 //
 // Writing replaces the file or leaves it as it was; both throw Error. A record is read whole or left untouched; what a
-// configuration does not hold stays as it is.
+// configuration does not hold stays as it is, but for the column titles: those of the record's text file, when its
+// first line holds any, else none.
 void WriteTextConfig(const CString& path, const CProjectTxtFile& record);
 void ReadTextConfig(const CString& path, CProjectTxtFile& record);
 

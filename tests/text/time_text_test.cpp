@@ -1,0 +1,82 @@
+#include "text/time_text.h"
+
+#include <gtest/gtest.h>
+
+#include "components/field_value.h"
+#include "platform/clock.h"
+
+namespace loom {
+namespace {
+
+struct Case {
+  const char* layout;
+  const char* text;
+  double seconds;  // behind midnight of 5 March 2010 where the layout has a date
+};
+
+double MidnightIn(const char* layout) {
+  return CString(layout).Find('-') < 0 ? 0.0 : static_cast<double>(LocalMidnight({2010, 3, 5}));
+}
+
+TEST(TimeText, EveryLayoutReadsItsFields) {
+  const Case cases[] = {
+      {"hh:nn:ss.ms", "08:15:30.25", 29730.25},
+      {"HH:NN:SS.MS", "8:15:30", 29730},
+      {"hh:nn:ss.ms", "99:15:5.5e1x", 99 * 3600 + 15 * 60 + 55},
+      {"yyyy-mm-dd hh:nn:ss:ms", "2010-03-05 08:15:30:250", 29730.25},
+      {"yyyy-mm-dd hh:nn:ss:ms", "2010-03-05 08:15:30", 8 * 3600 + 15 * 60 + 15.030},
+      {"yyyy-mm-dd hh:nn:ss.ms", "2010-03-05 08:15:30.123", 29730.123},
+      {"yyyy-mm-dd hh:nn:ss.ms", "2010-3-5 08:15:05.5", 29705.5},
+      {"yyyy-mm-dd hh:nn:ss.ms", "x2010-03-05T08:15:30.1234567", 29730.123457},
+      {"hh:nn:ss dd-mm-yyyy", "08:15:30 05-03-2010", 29730},
+      {"hh:nn:ss dd-mm-yyyy", "08:15:30.9 05-03-2010", 29730},
+      {"hh:nn:ss mm-dd-yyyy", "08:15:30 03-05-2010", 29730},
+      {"hh:nn:ss.ms dd-mm-yyyy", "08:15:30.25 05-03-2010", 29730.25},
+      {"hh:nn:ss.ms mm-dd-yyyy", "08:15:30.25 03-05-20109", 29730.25},
+  };
+  for (const auto& [layout, text, seconds] : cases) {
+    EXPECT_DOUBLE_EQ(MidnightIn(layout) + seconds, TimeTextConverter(layout).Seconds(text)) << layout << ": " << text;
+  }
+  EXPECT_EQ(static_cast<double>(LocalMidnight({2010, 5, 3})) + 29730,
+            TimeTextConverter("hh:nn:ss mm-dd-yyyy").Seconds("08:15:30 05-03-2010"));
+}
+
+TEST(TimeText, WhatDoesNotFitIsInvalid) {
+  const Case cases[] = {
+      {"hh:nn:ss.ms", "08:15", 0},
+      {"hh:nn:ss.ms", "", 0},
+      {"yyyy-mm-dd hh:nn:ss.ms", "2010.03.05_08.15.30", 0},
+      {"yyyy-mm-dd hh:nn:ss.ms", "2010-03 08:15:30", 0},
+      {"yyyy-mm-dd hh:nn:ss.ms", "2010-03-05 08", 0},
+      {"yyyy-mm-dd hh:nn:ss.ms", "1969-12-31 23:59:59.0", 0},
+      {"yyyy-mm-dd hh:nn:ss.ms", "2039-01-01 00:00:00.0", 0},
+      {"yyyy-mm-dd hh:nn:ss.ms", "2010-13-05 08:15:30", 0},
+      {"yyyy-mm-dd hh:nn:ss.ms", "2010-03-00 08:15:30", 0},
+      {"hh:nn:ss.ms", "00:00:9e999", 0},
+      {"seconds", "86399", 0},
+      {"seconds", "abc", 0},
+  };
+  for (const auto& [layout, text, unused] : cases) {
+    EXPECT_EQ(kInvalidDouble, TimeTextConverter(layout).Seconds(text)) << layout << ": " << text;
+  }
+}
+
+TEST(TimeText, WithoutALayoutTheTextIsSecondsAndDaysBehindTheMonthRollOver) {
+  EXPECT_EQ(86400.0, TimeTextConverter("seconds").Seconds("86400"));
+  EXPECT_EQ(1619400114.558263, TimeTextConverter("").Seconds("1619400114.5582629s"));
+  EXPECT_EQ(static_cast<double>(LocalMidnight({2010, 5, 1})),
+            TimeTextConverter("yyyy-mm-dd hh:nn:ss.ms").Seconds("2010-04-31 00:00:00"));
+}
+
+TEST(TimeText, TheTextIsReplacedByItsSeconds) {
+  TimeTextConverter converter("hh:nn:ss.ms");
+  CString text = "08:15:30.25";
+  converter.ConvertTimeText(text);
+  EXPECT_EQ("29730.250000", text);
+  text = "soon";
+  converter.ConvertTimeText(text);
+  EXPECT_EQ("-255", text);
+}
+
+}  // namespace
+}  // namespace loom
