@@ -3,9 +3,11 @@
 #include <cstdint>
 #include <list>
 #include <map>
+#include <memory>
 #include <vector>
 
 #include "components/mem_row.h"
+#include "components/row_cursor.h"
 #include "platform/cstring.h"
 
 namespace loom {
@@ -91,6 +93,8 @@ class IDataStream {
   virtual void FinishStream() = 0;
   virtual void SetPositionFlag(std::int32_t flag) = 0;                       // 70
   virtual std::int32_t GetPositionFlag() const = 0;                          // 71
+  // A cursor on the first row.
+  virtual std::unique_ptr<IRowCursor> MakeRowCursor() = 0;
 };
 
 // One imported log with its streams, which it does not own.

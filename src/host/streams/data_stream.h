@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <list>
+#include <memory>
 #include <memory_resource>
 #include <vector>
 
@@ -61,6 +62,7 @@ class DataStream final : public IDataStream {
   void FinishStream() override {}  // rows are stored exactly sized: nothing is left to give back
   void SetPositionFlag(std::int32_t flag) override { position_flag_ = flag; }
   std::int32_t GetPositionFlag() const override { return position_flag_; }
+  std::unique_ptr<IRowCursor> MakeRowCursor() override;
 
   // The streams whose rows this one refers to; empty for a stream with rows of its own.
   void SetSources(std::vector<const IDataStream*> sources) { sources_ = std::move(sources); }

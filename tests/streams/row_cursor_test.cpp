@@ -1,0 +1,151 @@
+#include "components/row_cursor.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include "host/application.h"
+#include "host/streams/stream_store.h"
+#include "host/streams/value_text.h"
+#include "platform/number.h"
+
+namespace loom {
+namespace {
+
+constexpr std::int32_t kMessageName = 35;    // text
+constexpr std::int32_t kRscp = 499;          // int
+constexpr std::int32_t kBestRscp = 500;      // short
+constexpr std::int32_t kLongitudeIe = 2379;  // float
+
+class RowCursorTest : public ::testing::Test {
+ protected:
+  void Store(const CMemDataRow& row) {
+    StoreRow(*stream_.GetRows(), static_cast<int>(stream_.GetRows()->size()) + 1, row);
+  }
+  static std::string Value(IRowCursor& cursor, std::int32_t id) {
+    std::string text;
+    cursor.AppendValue(id, text);
+    return text;
+  }
+  static std::string Filled(IRowCursor& cursor, std::int32_t id) {
+    std::string text;
+    cursor.AppendFilledValue(id, text);
+    return text;
+  }
+
+  HostApplication host_{
+      {.config_folder = CString(QLOOM_SOURCE_DIR "/config"), .project_path = {}, .recent_logs_path = {}}};
+  IDataStream& stream_ = *StreamStore::Instance().MakeStream("a", kStreamOutdoorHandset);
+};
+
+TEST_F(RowCursorTest, ValuesAreTextsByTheTypeOfTheirElement) {
+  CMemDataRow row;
+  row.SetRecordTime(1715910000.125);
+  row.QuickAddIE(kRscp, uniFieldValue(-90));
+  row.QuickAddIE(kBestRscp, uniFieldValue::Short(static_cast<std::uint16_t>(-91)));
+  row.QuickAddIE(kLongitudeIe, uniFieldValue(116.39713f));
+  row.QuickAddIE(kMessageName, uniFieldValue::Text(row.AddText("rrcConnectionRequest")));
+  row.QuickAddIE(kRscp, uniFieldValue(-1));  // the first field of an element counts
+  row.QuickAddIE(2'000'000, uniFieldValue(7));
+  row.QuickAddIE(-3, uniFieldValue(8));
+  Store(row);
+  const auto cursor = stream_.MakeRowCursor();
+  EXPECT_TRUE(cursor->IsLastRow());
+  EXPECT_EQ("1715910000.125", Value(*cursor, kRecordTimeIe));
+  EXPECT_EQ("-90", Value(*cursor, kRscp));
+  EXPECT_EQ("-91", Value(*cursor, kBestRscp));
+  EXPECT_EQ("116.39713", Value(*cursor, kLongitudeIe));
+  EXPECT_EQ("rrcConnectionRequest", Value(*cursor, kMessageName));
+  EXPECT_EQ("7", Value(*cursor, 2'000'000));
+  EXPECT_EQ("8", Value(*cursor, -3));
+  EXPECT_EQ("", Value(*cursor, 147));
+  EXPECT_EQ("", Value(*cursor, kInvalidInt));
+}
+
+TEST_F(RowCursorTest, AGapIsFilledWithTheLastValueBeforeItAndOnlyThen) {
+  for (const int value : {0, -90, 0, -255, 0, -80}) {
+    CMemDataRow row;
+    if (value != 0) row.QuickAddIE(kRscp, uniFieldValue(value));
+    Store(row);
+  }
+  std::string plain;
+  std::string filled;
+  const auto cursor = stream_.MakeRowCursor();
+  for (int at = 0; at < 6; ++at, cursor->Move(1)) {
+    EXPECT_EQ(at == 5, cursor->IsLastRow());
+    plain += Value(*cursor, kRscp) + "|";
+    filled += Filled(*cursor, kRscp) + "|";
+  }
+  EXPECT_EQ("|-90||-255||-80|", plain);
+  EXPECT_EQ("|-90|-90|-255|-255|-80|", filled);
+  EXPECT_TRUE(cursor->IsLastRow()) << "a move from the last row leaves the cursor there";
+  EXPECT_EQ("-80", Value(*cursor, kRscp));
+
+  // Rows that were passed without being asked for fill gaps too; the first row starts afresh.
+  cursor->GoToFirstRow();
+  EXPECT_EQ("", Filled(*cursor, kRscp));
+  cursor->Move(2);
+  EXPECT_EQ("-90", Filled(*cursor, kRscp));
+}
+
+TEST_F(RowCursorTest, AStreamWithoutRowsStandsOnItsLastRowAndHasNoValues) {
+  const auto cursor = stream_.MakeRowCursor();
+  cursor->Move(1);
+  EXPECT_TRUE(cursor->IsLastRow());
+  EXPECT_EQ("", Value(*cursor, kRecordTimeIe));
+  EXPECT_EQ("", Filled(*cursor, kRscp));
+}
+
+std::string TextOf(float value) {
+  std::string text;
+  AppendNumber(value, text);
+  return text;
+}
+
+TEST(ValueText, NumbersHaveTheFewestDigitsThatReadBack) {
+  struct {
+    float value;
+    const char* text;
+  } const cases[] = {
+      {0.0f, "0"},
+      {-0.0f, "-0"},
+      {-255.0f, "-255"},
+      {0.1f, "0.1"},
+      {-20.05f, "-20.05"},
+      {100000.0f, "100000"},
+      {16777216.0f, "16777216"},
+      {2e9f, "2000000000"},
+      {1e-5f, "0.00001"},
+      {6.1e-5f, "0.000061"},
+      {0.125f, "0.125"},
+      {1e20f, "1e20"},
+      {1.5e-30f, "1.5e-30"},
+      {std::numeric_limits<float>::infinity(), "-255"},
+      {std::nanf(""), "-255"},
+  };
+  for (const auto& [value, text] : cases) EXPECT_EQ(text, TextOf(value));
+}
+
+TEST(ValueText, EveryFloatReadsBackAndIsAsShortAsTheLibraryMakesIt) {
+  std::mt19937 random(7);
+  const auto check = [](float value) {
+    const std::string text = TextOf(value);
+    ASSERT_EQ(value, static_cast<float>(PrefixDouble(text))) << text;
+    char fixed[64];
+    const auto end = std::to_chars(fixed, fixed + sizeof fixed, value, std::chars_format::fixed);
+    if (text.find('e') == std::string::npos) ASSERT_EQ(std::string(fixed, end.ptr), text);
+  };
+  for (int count = 0; count < 200'000; ++count) {
+    const auto any = std::bit_cast<float>(static_cast<std::uint32_t>(random()));
+    if (std::isfinite(any)) check(any);
+    check(static_cast<float>(static_cast<int>(random() % 2'000'001) - 1'000'000) / 10'000.0f);
+    check(static_cast<float>(random() % 20'000'000) / 16.0f);
+  }
+}
+
+}  // namespace
+}  // namespace loom
