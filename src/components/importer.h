@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <vector>
 
 #include "components/import_settings.h"
 #include "components/stream_manager.h"
@@ -36,9 +37,17 @@ class IImporter {
   virtual ~IImporter() = default;
 };
 
+class COleSafeArray;
+class ISubject;
+
 class IExporter {
  public:
-  virtual int Export() = 0;  // 5
+  virtual int Export(CString name, std::vector<COleSafeArray>& tables, std::vector<CString>& sheet_names) = 0;    // 1
+  virtual int Export(CString name, std::vector<ISubject*> subjects, std::vector<CString>& sheet_names,
+                     std::vector<std::vector<CString>>& column_lists) = 0;                                        // 2
+  virtual int Export(CString name, ISubject* subject, std::vector<CString>& columns) = 0;                         // 3
+  virtual int Export(CString name, ISubject* subject) = 0;                                                        // 4
+  virtual int Export() = 0;                                                                                       // 5
   virtual ~IExporter() = default;
 };
 

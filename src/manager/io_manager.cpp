@@ -10,6 +10,7 @@
 #include "platform/ui/message_box.h"
 #include "settings/handset_question.h"
 #include "text/text_importer.h"
+#include "text/text_exporter.h"
 
 namespace loom {
 namespace {
@@ -26,6 +27,15 @@ std::unique_ptr<IImporter> MakeImporter(ImporterTypeEnum type) {
       return std::unique_ptr<IImporter>(CCMCCLogImportWrap().CreateImporter());
     case kImporterText:
       return std::make_unique<CTextImporter>();
+    default:
+      return nullptr;
+  }
+}
+
+std::unique_ptr<IExporter> MakeExporter(ExporterTypeEnum type) {
+  switch (type) {
+    case kExporterText:
+      return std::make_unique<CTextExporter>();
     default:
       return nullptr;
   }
@@ -62,8 +72,17 @@ std::unique_ptr<IImporter> CIOManager::CreateImporterByType(ImporterTypeEnum typ
   return nullptr;
 }
 
-// No exporter is part of this build.
-std::unique_ptr<IExporter> CIOManager::CreateExporterByType(ExporterTypeEnum) { return nullptr; }
+std::unique_ptr<IExporter> CIOManager::CreateExporterByType(ExporterTypeEnum type) {
+  try {
+    return MakeExporter(type);
+  } catch (const std::exception& error) {
+    Log(LogLevel::kError, error.what());
+  } catch (...) {
+    Log(LogLevel::kError, "an exporter could not be made");
+  }
+  ShowMessageBox("导出操作出现错误，请重试或重启系统！"_gbk, MessageIcon::kError);
+  return nullptr;
+}
 
 void CIOManager::ResetIOFix() { g_handset_question.ResetFlags(); }
 
