@@ -19,7 +19,7 @@ struct ExportLimit {
 using ExportLimits = std::map<CString, ExportLimit>;  // by IE name
 
 struct TextExportSettings {
-  CString file_name;                     // full path
+  CString file_name = {};                // full path
   CString separator = "\t";              // as it stands between the values
   std::int32_t write_header = 1;         // 1: the first line has the names
   std::int32_t write_units = 0;          // 1: and their units

@@ -137,7 +137,8 @@ TEST(ValueText, EveryFloatReadsBackAndIsAsShortAsTheLibraryMakesIt) {
     ASSERT_EQ(value, static_cast<float>(PrefixDouble(text))) << text;
     char fixed[64];
     const auto end = std::to_chars(fixed, fixed + sizeof fixed, value, std::chars_format::fixed);
-    if (text.find('e') == std::string::npos) ASSERT_EQ(std::string(fixed, end.ptr), text);
+    const bool is_fixed = text.find('e') == std::string::npos;
+    ASSERT_EQ(is_fixed ? std::string(fixed, end.ptr) : text, text);
   };
   for (int count = 0; count < 200'000; ++count) {
     const auto any = std::bit_cast<float>(static_cast<std::uint32_t>(random()));

@@ -1,6 +1,8 @@
 #include "components/dt_time.h"
 #include "components/resource_handle.h"
 #include "platform/log.h"
+#include "platform/ui/list_ctrl.h"
+#include "platform/ui/property_sheet.h"
 #include "resources/dialog_9020.h"
 #include "resources/dialog_9025.h"
 #include "resources/dialog_9026.h"

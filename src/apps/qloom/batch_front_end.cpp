@@ -12,6 +12,7 @@
 #include "platform/ui/property_sheet.h"
 #include "resources/dialog_9010.h"
 #include "resources/dialog_9017.h"
+#include "resources/dialog_9027.h"
 
 namespace loom {
 namespace {
@@ -94,7 +95,9 @@ void CatchInterrupts() {
 bool WasInterrupted() { return g_interrupted != 0; }
 
 BatchFrontEnd::BatchFrontEnd(BatchAnswers answers, bool trace, bool bar)
-    : answers_(std::move(answers)), trace_(trace), bar_(bar) {}
+    : answers_(std::move(answers)), trace_(trace), bar_(bar) {
+  if (answers_.text_export) text_export_.emplace(*answers_.text_export);
+}
 
 void BatchFrontEnd::ShowDialog(CDialog& dialog) {
   if (trace_) Trace({{"window", dialog.GetTemplate().id}, {"title", JsonText(dialog.GetTitle())}});
@@ -102,6 +105,7 @@ void BatchFrontEnd::ShowDialog(CDialog& dialog) {
   if (const auto fill = answers_.dialogs.find(dialog.GetTemplate().id); fill != answers_.dialogs.end())
     return fill->second(dialog, *this);
   if (dialog.GetTemplate().id == kDialogParam && text_import_user_) return text_import_user_->ChooseParameter(dialog);
+  if (dialog.GetTemplate().id == kDialogExportLimits && text_export_) return text_export_->FillLimits(dialog);
   Log(LogLevel::kWarning, "no answer for this dialog, it is cancelled: " + GbkToUtf8(dialog.GetTitle()));
   dialog.UserClose();
 }
@@ -109,8 +113,10 @@ void BatchFrontEnd::ShowDialog(CDialog& dialog) {
 void BatchFrontEnd::ShowSheet(CPropertySheet& sheet) {
   if (trace_) Trace({{"window", sheet.GetActivePage()->GetTemplate().id}, {"title", JsonText(sheet.GetTitle())}});
   if (answers_.text_import && TextImportWizardUser::IsWizard(sheet)) return FillTextImport(sheet);
+  const auto pick_file = [this](const CString& path) { sheet_file_ = path; };
+  if (text_export_ && TextExportWizardUser::IsTextExportWizard(sheet)) return text_export_->Fill(sheet, pick_file);
   if (!answers_.import_sheet || !IsImportSheet(sheet)) return FrontEnd::ShowSheet(sheet);
-  sheet_refused_ = !FillImportSheet(sheet, *answers_.import_sheet, [this](const CString& path) { sheet_file_ = path; });
+  sheet_refused_ = !FillImportSheet(sheet, *answers_.import_sheet, pick_file);
 }
 
 void BatchFrontEnd::FillTextImport(CPropertySheet& wizard) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "apps/qloom/import_sheet.h"
+#include "apps/qloom/text_export_wizard.h"
 #include "apps/qloom/text_import_wizard.h"
 #include "platform/ui/front_end.h"
 
@@ -27,6 +28,7 @@ struct BatchAnswers {
   // By template: fills a dialog and presses its buttons.
   std::map<int, std::function<void(CDialog&, BatchFrontEnd&)>> dialogs;
   std::optional<TextImportAnswers> text_import;    // none: the text import wizard is cancelled
+  std::optional<TextExportAnswers> text_export;    // none: the wizard is cancelled
 };
 
 struct MessageShown {
@@ -50,6 +52,7 @@ class BatchFrontEnd : public FrontEnd {
   // What the next file dialog is answered with; none: it is cancelled.
   void SetFiles(std::vector<CString> files) { answers_.files = std::move(files); }
   const std::vector<MessageShown>& messages() const { return messages_; }
+  const CString& TextExportFile() const { return text_export_->WrittenFile(); }  // of an export that was answered
 
  private:
   std::optional<std::vector<CString>> PickUnlessKept(const FileDialogRequest& request,
@@ -60,7 +63,8 @@ class BatchFrontEnd : public FrontEnd {
   BatchAnswers answers_;
   bool trace_;
   bool bar_;
-  std::optional<CString> sheet_file_;  // for the next file dialog of the settings sheet
+  std::optional<TextExportWizardUser> text_export_;
+  std::optional<CString> sheet_file_;  // for the next file dialog that a sheet opens
   bool sheet_refused_ = false;
   std::optional<TextImportWizardUser> text_import_user_;  // while the wizard is open
   std::vector<MessageShown> messages_;

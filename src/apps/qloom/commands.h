@@ -22,6 +22,7 @@ void AddOpenCommand(CLI::App& app, CommandLine& line);           // open
 void AddNavigatorCommands(CLI::App& app, CommandLine& line);     // navigator tree, navigator lists
 void AddLogToolCommands(CLI::App& app, CommandLine& line);       // combine, cut
 void AddTextImportCommands(CLI::App& app, CommandLine& line);    // import-text, open-text
+void AddExportTextCommand(CLI::App& app, CommandLine& line);     // export-text
 void AddUiCommand(CLI::App& app, CommandLine& line);             // ui
 
 // The paths of files that are all there; throws Error otherwise.

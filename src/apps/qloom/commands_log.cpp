@@ -3,7 +3,7 @@
 #include "apps/qloom/commands.h"
 #include "apps/qloom/json_rows.h"
 #include "apps/qloom/log_report.h"
-#include "apps/qloom/text_import_wizard.h"
+#include "apps/qloom/log_source.h"
 #include "components/id_set.h"
 #include "components/project.h"
 #include "platform/encoding.h"
@@ -12,57 +12,6 @@
 
 namespace loom {
 namespace {
-
-// Options of the commands that import logs.
-struct ImportOptions {
-  std::vector<std::string> logs;
-  std::string node = "outdoor";
-  std::optional<std::string> handset;
-  std::optional<bool> keep_log;
-  std::optional<bool> keep_all;
-  bool no_node_check = false;
-  ImportSheetOptions sheet;
-  std::string stream;
-  std::int32_t from = 1;
-  std::optional<std::int32_t> count;
-  std::vector<std::string> show;
-  bool intermediate = false;
-  bool key_rows = false;
-  TextImportOptions text;
-};
-
-void AddHandsetOptions(CLI::App& command, ImportOptions& options) {
-  command
-      .add_option("--handset", options.handset, "Handset type for logs that do not tell it, as the question lists it")
-      ->check(CLI::IsMember(HandsetNames()));
-  command.add_flag("--keep-log,!--no-keep-log", options.keep_log, "Keep that choice for the log (default: kept)");
-  command.add_flag("--keep-all,!--no-keep-all", options.keep_all, "Keep that choice for all logs (default: kept)");
-}
-
-void AddNodeOption(CLI::App& command, ImportOptions& options) {
-  command.add_option("--node", options.node, "Project node: outdoor, indoor or cmcc")->check(CLI::IsMember(LogNodes()));
-}
-
-CString FirstLog(const ImportOptions& options) { return AbsolutePath(options.logs.front()); }
-
-// By its extension, or because options of a text import are given.
-bool IsTextSource(const ImportOptions& options) {
-  const CString extension = ExtensionOf(FirstLog(options));
-  const auto is = [&](const char* known) { return extension.CompareNoCase(known) == 0; };
-  return options.text.IsAnyGiven() || is("txt") || is("csv") || is("tsv");
-}
-
-BatchAnswers AnswersFrom(const CommonOptions& common, const ImportOptions& options) {
-  BatchAnswers answers;
-  answers.yes = !common.no;
-  answers.cancel_at = common.cancel_at;
-  for (const std::string& log : options.logs) answers.files.push_back(AbsolutePath(log));
-  if (options.handset) answers.handset = Utf8ToGbk(*options.handset);
-  answers.keep_for_log = options.keep_log;
-  answers.keep_for_all = options.keep_all;
-  answers.import_sheet = ImportSheetAnswersFrom(options.sheet);
-  return answers;
-}
 
 // Runs one facade command that imports, and reports each log. `work` gives the command's own result.
 int RunImport(const CommandLine& line, const ImportOptions& options, const std::function<int(CIOManager&)>& work) {
@@ -103,32 +52,17 @@ void PrintRows(IDataStream& stream, const ImportOptions& options) {
   std::cout << out << std::flush;
 }
 
-// An intermediate file of which no stream came has failed.
-int ImportSource(CIOManager& manager, const ImportOptions& options, const LogReport& report) {
-  if (IsTextSource(options) && !options.intermediate) return manager.ImportTxt();
-  if (!options.intermediate) return manager.ImportLog(LogNodes().at(options.node));
-  std::vector<CString> paths = ExistingFiles(options.logs);
-  manager.OpenImmediateLogFile(paths);
-  return report.StreamNames().empty() ? kBatchNothing : kBatchDone;
-}
-
 int RunRows(const CommandLine& line, const ImportOptions& options) {
   CommonOptions common = line.common;
   common.json = false;  // rows are JSON lines by themselves
-  BatchAnswers answers = AnswersFrom(common, options);
-  if (IsTextSource(options))
-    answers.text_import = TextImportAnswersFrom(options.text, ExistingPath(options.logs.front()));
-  Session session(common, std::move(answers), FirstLog(options));
+  Session session(common, SourceAnswersFrom(common, options), FirstLog(options));
   LogReport report(session);
   const int result = ImportSource(session.manager(), options, report);
   int exit_code = report.ExitCodeOf(result);
   if (exit_code == kExitDone) {
-    const CString name = Utf8ToGbk(options.stream);
-    if (IDataStream* stream = report.FindStream(name)) {
+    if (IDataStream* stream = FindStreamOrList(report, options.stream)) {
       PrintRows(*stream, options);
     } else {
-      std::cerr << "qloom: the file has no stream \"" << options.stream << "\"; it has:\n";
-      for (const std::string& known : report.StreamNames()) std::cerr << "  " << known << '\n';
       exit_code = kExitFailed;
     }
   }

@@ -44,6 +44,7 @@ int main(int argc, char** argv) {
   loom::AddNavigatorCommands(app, line);
   loom::AddLogToolCommands(app, line);
   loom::AddTextImportCommands(app, line);
+  loom::AddExportTextCommand(app, line);
   loom::AddUiCommand(app, line);
   try {
     app.parse(argc, argv);

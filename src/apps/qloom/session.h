@@ -48,6 +48,7 @@ class Session {
   ~Session();
 
   HostApplication& host() { return host_; }
+  const BatchFrontEnd& front_end() const { return front_end_; }
   CIOManager& manager() { return manager_; }
   const CommonOptions& options() const { return options_; }
   const Notes& notes() const { return notes_; }

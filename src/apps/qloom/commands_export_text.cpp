@@ -1,0 +1,47 @@
+#include <iostream>
+
+#include "apps/qloom/commands.h"
+#include "apps/qloom/log_source.h"
+#include "platform/encoding.h"
+
+namespace loom {
+namespace {
+
+struct ExportOptions {
+  ImportOptions source;
+  TextExportOptions wizard;
+};
+
+int RunExport(const CommandLine& line, const ExportOptions& options) {
+  BatchAnswers answers = AnswersFrom(line.common, options.source);
+  answers.text_export = TextExportAnswersFrom(options.wizard);
+  Session session(line.common, std::move(answers), FirstLog(options.source));
+  LogReport report(session);
+  const int imported = ImportSource(session.manager(), options.source, report);
+  int exit_code = report.ExitCodeOf(imported);
+  Json document{{"result", 0}, {"out", nullptr}};
+  if (exit_code == kExitDone) {
+    const bool is_known = FindStreamOrList(report, options.wizard.stream) != nullptr;
+    const int result = is_known ? session.manager().ExportTxt() : 0;
+    exit_code = result == 1 ? kExitDone : kExitFailed;
+    document["result"] = result;
+    if (result == 1) document["out"] = JsonText(session.front_end().TextExportFile());
+    if (result == 1 && !line.common.json) std::cout << GbkToUtf8(session.front_end().TextExportFile()) << '\n';
+  }
+  return session.Finish(std::move(document), exit_code);
+}
+
+}  // namespace
+
+void AddExportTextCommand(CLI::App& app, CommandLine& line) {
+  const auto options = std::make_shared<ExportOptions>();
+  CLI::App* command = AddCommand(app, line, "export-text", "Import a log and write one of its streams as a text file");
+  command->add_option("SOURCE", options->source.logs, "Log, or intermediate file")->required()->expected(1);
+  AddNodeOption(*command, options->source);
+  AddHandsetOptions(*command, options->source);
+  command->add_flag("--intermediate", options->source.intermediate, "The source is an intermediate file");
+  AddTextExportOptions(*command, options->wizard);
+  command->callback([&line, options] { line.run = [&line, options] { return RunExport(line, *options); }; });
+}
+
+}  // namespace loom

@@ -1,0 +1,68 @@
+#include "apps/qloom/log_source.h"
+
+#include <iostream>
+
+#include "apps/qloom/commands.h"
+#include "platform/encoding.h"
+#include "platform/path.h"
+
+namespace loom {
+
+void AddHandsetOptions(CLI::App& command, ImportOptions& options) {
+  command
+      .add_option("--handset", options.handset, "Handset type for logs that do not tell it, as the question lists it")
+      ->check(CLI::IsMember(HandsetNames()));
+  command.add_flag("--keep-log,!--no-keep-log", options.keep_log, "Keep that choice for the log (default: kept)");
+  command.add_flag("--keep-all,!--no-keep-all", options.keep_all, "Keep that choice for all logs (default: kept)");
+}
+
+void AddNodeOption(CLI::App& command, ImportOptions& options) {
+  command.add_option("--node", options.node, "Project node: outdoor, indoor or cmcc")->check(CLI::IsMember(LogNodes()));
+}
+
+CString FirstLog(const ImportOptions& options) { return AbsolutePath(options.logs.front()); }
+
+// By its extension, or because options of a text import are given.
+static bool IsTextSource(const ImportOptions& options) {
+  const CString extension = ExtensionOf(FirstLog(options));
+  const auto is = [&](const char* known) { return extension.CompareNoCase(known) == 0; };
+  return !options.intermediate && (options.text.IsAnyGiven() || is("txt") || is("csv") || is("tsv"));
+}
+
+BatchAnswers AnswersFrom(const CommonOptions& common, const ImportOptions& options) {
+  BatchAnswers answers;
+  answers.yes = !common.no;
+  answers.cancel_at = common.cancel_at;
+  for (const std::string& log : options.logs) answers.files.push_back(AbsolutePath(log));
+  if (options.handset) answers.handset = Utf8ToGbk(*options.handset);
+  answers.keep_for_log = options.keep_log;
+  answers.keep_for_all = options.keep_all;
+  answers.import_sheet = ImportSheetAnswersFrom(options.sheet);
+  return answers;
+}
+
+BatchAnswers SourceAnswersFrom(const CommonOptions& common, const ImportOptions& options) {
+  BatchAnswers answers = AnswersFrom(common, options);
+  if (IsTextSource(options))
+    answers.text_import = TextImportAnswersFrom(options.text, ExistingPath(options.logs.front()));
+  return answers;
+}
+
+// An intermediate file of which no stream came has failed.
+int ImportSource(CIOManager& manager, const ImportOptions& options, const LogReport& report) {
+  if (IsTextSource(options)) return manager.ImportTxt();
+  if (!options.intermediate) return manager.ImportLog(LogNodes().at(options.node));
+  std::vector<CString> paths = ExistingFiles(options.logs);
+  manager.OpenImmediateLogFile(paths);
+  return report.StreamNames().empty() ? kBatchNothing : kBatchDone;
+}
+
+IDataStream* FindStreamOrList(const LogReport& report, const std::string& name) {
+  IDataStream* const stream = report.FindStream(Utf8ToGbk(name));
+  if (stream != nullptr) return stream;
+  std::cerr << "qloom: the file has no stream \"" << name << "\"; it has:\n";
+  for (const std::string& known : report.StreamNames()) std::cerr << "  " << known << '\n';
+  return nullptr;
+}
+
+}  // namespace loom
