@@ -55,7 +55,7 @@ class StreamTextWriter {
 
   void AppendHeader() {
     for (std::size_t at = 0; at < names_.size(); ++at) {
-      if (at > 0) text_ += settings_.separator;
+      if (at > 0) AppendSeparator();
       text_ += names_[at];
       if (settings_.write_units == 1) text_ += Format("(%s)", g_project->GetIEUnitByIEName(names_[at]));
     }
@@ -92,10 +92,8 @@ class StreamTextWriter {
   }
 
   void AppendRow() {
-    bool is_first = true;
     for (const Column& column : columns_) {
-      if (!is_first) text_ += settings_.separator.str();
-      is_first = false;
+      if (&column != columns_.data()) AppendSeparator();
       const std::size_t start = text_.size();
       if (settings_.fill_gaps == 1)
         cursor_->AppendFilledValue(column.ie_id, text_);
@@ -106,10 +104,17 @@ class StreamTextWriter {
     text_ += kLineEnd;
   }
 
+  void AppendSeparator() {
+    if (settings_.separator.GetLength() == 1)
+      text_ += settings_.separator[0];
+    else
+      text_ += settings_.separator;
+  }
+
   void FinishCell(const Column& column, std::size_t start) {
     const auto cell = [&] { return std::string_view(text_).substr(start); };
     const auto replace = [&](std::string_view by) { text_.replace(start, std::string::npos, by); };
-    if (text_.size() == start) text_ += kBlank;
+    if (text_.size() == start) text_ += kBlank[0];
     if (column.limit != nullptr && cell() != kInvalid) {
       const double value = PrefixDouble(cell());
       if (value < column.limit->minimum || value > column.limit->maximum) replace(kInvalid);

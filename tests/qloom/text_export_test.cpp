@@ -12,7 +12,7 @@ using nlohmann::json;
 
 class TextExportCommand : public ::testing::Test {
  protected:
-  // Three records of one TD-SCDMA handset, the second without a serving cell.
+  // Three records of one TD-SCDMA handset, the second without IE 7.
   TextExportCommand() {
     std::string lines =
         json{{"kind", "store"}, {"version", 160}, {"test_type", 1}, {"date", "2024-05-17"}}.dump() + "\n";
@@ -20,7 +20,8 @@ class TextExportCommand : public ::testing::Test {
       json record{{"kind", 1},         {"device_number", 1},       {"model_code", 7},
                   {"network_mode", 2}, {"time", 36000.5 + number}, {"longitude", 116.5},
                   {"latitude", 39.25}, {"time_stamp", 70 + number}};
-      if (number != 1) record["serving_cell"] = {{"uarfcn", 10054 + number}, {"cell_parameter_id", 12}};
+      record["serving_cell"] = {{"uarfcn", 10054 + number}, {"cell_parameter_id", 12}};
+      if (number != 1) record["ie7"] = 5 + number;
       lines += record.dump() + "\n";
     }
     WriteText(Path("drive.jsonl"), lines);
@@ -38,16 +39,16 @@ class TextExportCommand : public ::testing::Test {
 };
 
 TEST_F(TextExportCommand, WritesTheChosenParameters) {
-  const ProgramRun run = Export("--ie UARFCN CellParameterID --json");
+  const ProgramRun run = Export("--ie UARFCN IE_7 --json");
   ASSERT_EQ(0, run.exit_code) << run.err;
   EXPECT_EQ(1, run.Json()["result"]);
   EXPECT_EQ(Path("out.txt"), run.Json()["out"]);
   EXPECT_EQ("导出文本文件成功!", run.Json()["messages"][0]["text"]);
   EXPECT_EQ(
-      "RecordTime\tLongitude\tLatitude\tUARFCN\tCellParameterID\tDistance\tTimeStamp\r\n"
-      "2024-05-17 10:00:00.500\t116.5\t39.25\t10054\t12\t-255\t70\r\n"
-      "2024-05-17 10:00:01.500\t116.5\t39.25\t \t \t0\t71\r\n"
-      "2024-05-17 10:00:02.500\t116.5\t39.25\t10056\t12\t0\t72\r\n",
+      "RecordTime\tLongitude\tLatitude\tUARFCN\tIE_7\tDistance\tTimeStamp\r\n"
+      "2024-05-17 10:00:00.500\t116.5\t39.25\t10054\t5\t0\t70\r\n"
+      "2024-05-17 10:00:01.500\t116.5\t39.25\t10055\t \t0\t71\r\n"
+      "2024-05-17 10:00:02.500\t116.5\t39.25\t10056\t7\t0\t72\r\n",
       ReadText(Path("out.txt")));
 }
 
@@ -56,11 +57,10 @@ TEST_F(TextExportCommand, OptionsFillTheWizard) {
     const char* options;
     std::string second_line;
   } const cases[] = {
-      {"--ie UARFCN --separator comma --units --fill", "2024-05-17 10:00:00.500,116.5,39.25,10054,-255,70"},
-      {"--ie UARFCN --separator : --no-header", "2024-05-17 10:00:01.500: 116.5: 39.25:  : 0: 71"},
-      {"--ie UARFCN --separator semicolon --binned --no-header --fill",
-       "2024-05-17 10:00:01.500;116.5;39.25;10054;0;71"},
-      {"--ie UARFCN --separator '#' --limit UARFCN=10055: --no-header --fill",
+      {"--ie IE_7 --separator comma --units --fill", "2024-05-17 10:00:00.500,116.5,39.25,5,0,70"},
+      {"--ie IE_7 --separator : --no-header", "2024-05-17 10:00:01.500: 116.5: 39.25:  : 0: 71"},
+      {"--ie IE_7 --separator semicolon --binned --no-header --fill", "2024-05-17 10:00:01.500;116.5;39.25;5;0;71"},
+      {"--ie UARFCN --separator '#' --limit UARFCN=10056: --no-header",
        "2024-05-17 10:00:01.500#116.5#39.25#-255#0#71"},
   };
   for (const auto& [options, second_line] : cases) {
@@ -87,10 +87,12 @@ TEST_F(TextExportCommand, WhatTheWizardRefusesIsNotWritten) {
       {"--ie RxLev", "RxLev"},
       {"--ie RecordText", "RecordText"},
       {"--ie UARFCN --separator x", "请输入一个符号"},
-      {"--ie UARFCN --out /dev/full", "导出文本文件失败!"},
+      {"--ie UARFCN --out folder.txt", "导出文本文件失败!"},
+      {"--ie UARFCN --out no/folder/out.txt", "导出文本文件失败!"},
       {"--ie UARFCN --stream nothing", "drive_RV2230_TD(1)"},
   };
   WriteText(Path("out.txt"), "old");
+  std::filesystem::create_directory(Path("folder.txt"));
   for (const auto& [options, said] : cases) {
     const std::string all = options;
     const std::string stream = all.find("--stream") == std::string::npos ? " --stream 'drive_RV2230_TD(1)'" : "";
@@ -109,7 +111,7 @@ TEST_F(TextExportCommand, WhatTheWizardRefusesIsNotWritten) {
 
 TEST_F(TextExportCommand, AScriptPlaysTheWizard) {
   const json steps[] = {
-      {{"select", {9044, {"日志文件/" + Path("drive.log") + "/drive_RV2230_TD(1)"}}}},
+      {{"select", {9044, {"日志文件/drive.log/drive_RV2230_TD(1)"}}}},
       {{"button", "next"}},
       {{"select", {9044, {"drive_RV2230_TD(1)/TD-SCDMA/Downlink_Measurements/Serving_Cell/UARFCN"}}}},
       {{"press", 9040}},

@@ -13,16 +13,13 @@ constexpr std::int32_t kHighestNearId = 100'000;
 void RowCursor::GoToFirstRow() {
   seen_.clear();
   far_ids_.clear();
-  at_ = rows_.begin();
+  next_ = rows_.begin();
   row_ = nullptr;
-  if (at_ != rows_.end()) NoteRow();
+  if (next_ != rows_.end()) TakeNextRow();
 }
 
 void RowCursor::Move(std::int32_t rows) {
-  for (; rows > 0 && !IsLastRow(); --rows) {
-    ++at_;
-    NoteRow();
-  }
+  for (; rows > 0 && !IsLastRow(); --rows) TakeNextRow();
 }
 
 RowCursor::LastSeen& RowCursor::SeenOf(std::int32_t ie_id) {
@@ -32,12 +29,13 @@ RowCursor::LastSeen& RowCursor::SeenOf(std::int32_t ie_id) {
   return seen_[at];
 }
 
-// From the end: the first field of an id is the one that counts.
-void RowCursor::NoteRow() {
-  row_ = at_->second;
+// Makes the next row the current one. From the end: the first field of an id is the one that counts.
+void RowCursor::TakeNextRow() {
+  row_ = next_++->second;
   const CMemDataRow::IdVector& ids = row_->GetParamID();
   for (std::size_t position = ids.size(); position-- > 0;) {
-    LastSeen& seen = SeenOf(ids[position]);
+    const auto id = static_cast<std::uint32_t>(ids[position]);
+    LastSeen& seen = id < seen_.size() ? seen_[id] : SeenOf(ids[position]);
     seen.row = row_;
     seen.position = static_cast<std::uint32_t>(position);
   }

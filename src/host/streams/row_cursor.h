@@ -16,7 +16,7 @@ class RowCursor final : public IRowCursor {
   explicit RowCursor(const RowMap& rows) : rows_(rows) { RowCursor::GoToFirstRow(); }
 
   void GoToFirstRow() override;
-  bool IsLastRow() const override { return at_ == rows_.end() || std::next(at_) == rows_.end(); }
+  bool IsLastRow() const override { return next_ == rows_.end(); }
   void Move(std::int32_t rows) override;
   void AppendValue(std::int32_t ie_id, std::string& out) override;
   void AppendFilledValue(std::int32_t ie_id, std::string& out) override;
@@ -30,11 +30,11 @@ class RowCursor final : public IRowCursor {
   };
 
   LastSeen& SeenOf(std::int32_t ie_id);
-  void NoteRow();
+  void TakeNextRow();
   void Append(std::int32_t ie_id, LastSeen& seen, std::string& out) const;
 
   const RowMap& rows_;
-  RowMap::const_iterator at_;
+  RowMap::const_iterator next_;                         // behind the current row
   const CMemDataRow* row_ = nullptr;                    // null without rows
   std::vector<LastSeen> seen_;                          // by id
   std::unordered_map<std::int32_t, LastSeen> far_ids_;  // ids that no catalogue has

@@ -73,7 +73,9 @@ bool AppendFewDecimals(float value, std::string& out) {
   for (int decimals = 0; decimals < static_cast<int>(std::size(kPowers)); ++decimals) {
     const double scaled = magnitude * kPowers[decimals];  // exact: 24 and at most 12 significant bits
     if (scaled > kMostDigits) return false;
-    const auto digits = static_cast<std::int64_t>(scaled + 0.5);
+    auto digits = static_cast<std::int64_t>(scaled + 0.5);
+    if (static_cast<double>(digits) - scaled == 0.5)
+      digits &= ~std::int64_t{1};  // of two that are as near, the even one
     if (std::abs(static_cast<double>(digits) - scaled) >= half_step * kPowers[decimals]) continue;
     AppendDecimal(value < 0, static_cast<std::uint32_t>(digits), decimals, out);
     return true;
