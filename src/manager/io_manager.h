@@ -84,8 +84,9 @@ class CIOManager {
   // the project.
   int ImportTxt();
   int OpenTxt(const CString& path);
-  // Text export and network elements; 0 while this build has no importer or exporter for them.
+  // One stream to a delimited text file, with its wizard: 1 when the file was written, else 0.
   int ExportTxt();
+  // Network elements; 0 while this build has no importer for them.
   int ImportNetInfo(ProtocolTypeEnum& protocol);
   // Log maintenance: several logs become one, a time window of a log becomes a log.
   void CombineLogFile();

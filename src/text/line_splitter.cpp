@@ -4,16 +4,12 @@
 #include <cstdint>
 #include <cstring>
 
+#include "text/separator.h"
+
 namespace loom {
 namespace {
 
-constexpr std::string_view kWidened = " -:.";
 constexpr unsigned char kFirstTrailByte = 0x40;
-
-CString Effective(const CString& separator) {
-  if (separator.IsEmpty() || kWidened.find(separator[0]) == std::string_view::npos) return separator;
-  return separator + ' ';
-}
 
 bool IsPlainByte(std::string_view separator) {
   return separator.size() == 1 && static_cast<unsigned char>(separator[0]) < kFirstTrailByte;
@@ -41,7 +37,7 @@ std::uint64_t EqualBytes(const char* bytes, std::uint64_t pattern) {
 }  // namespace
 
 LineSplitter::LineSplitter(const CString& separator)
-    : separator_(Effective(separator)), is_plain_byte_(IsPlainByte(separator_)) {}
+    : separator_(WidenedSeparator(separator)), is_plain_byte_(IsPlainByte(separator_)) {}
 
 void LineSplitter::Split(std::string_view line, std::vector<std::string_view>& cells, std::size_t most) const {
   cells.clear();

@@ -7,6 +7,7 @@
 #include "platform/ui/list_ctrl.h"
 #include "platform/ui/message_box.h"
 #include "resources/dialog_9001.h"
+#include "text/separator.h"
 #include "text/text_import_pages.h"
 #include "text/text_lines.h"
 
@@ -20,12 +21,6 @@ struct SeparatorButton {
   const char* separator;
 };
 constexpr SeparatorButton kSeparatorButtons[] = {{kRadioTab, "\t"}, {kRadioComma, ","}, {kRadioSemicolon, ";"}};
-
-// No digit, no letter, nothing that a Chinese character may hold.
-bool IsAllowedSeparator(char c) {
-  const auto code = static_cast<unsigned char>(c);
-  return code <= 47 || (code >= 58 && code <= 64) || (code >= 91 && code <= 96) || (code >= 123 && code <= 126);
-}
 
 }  // namespace
 
@@ -122,7 +117,7 @@ void CTextImportWizPage2::OnCustomEdited() {
   auto& edit = GetDlgItem<CEdit>(kEditCustomSeparator);
   const CString typed = edit.GetWindowText();
   if (typed.IsEmpty()) return;
-  if (IsAllowedSeparator(typed[0])) {
+  if (IsSeparatorSymbol(typed[0])) {
     custom_separator_ = typed.Left(1);
     if (custom_separator_ != typed) edit.SetWindowText(custom_separator_);
     return UseSeparator(custom_separator_);

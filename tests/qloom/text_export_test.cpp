@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <filesystem>
+#include <map>
 
 #include "tests/qloom/program.h"
 #include "tests/support/temp_folder.h"
@@ -109,6 +111,15 @@ TEST_F(TextExportCommand, WhatTheWizardRefusesIsNotWritten) {
   }
 }
 
+TEST_F(TextExportCommand, ATextFileCanBeTheSource) {
+  ASSERT_EQ(0, Export("--ie UARFCN CellParameterID --units --separator comma").exit_code);
+  const ProgramRun run =
+      Run("export-text out.txt --source-separator comma --time-format 'yyyy-mm-dd hh:nn:ss.ms' --stream-name x "
+          "--stream out_x --ie UARFCN CellParameterID --units --separator comma --out again.txt");
+  EXPECT_EQ(0, run.exit_code) << run.err;
+  EXPECT_EQ(ReadText(Path("out.txt")), ReadText(Path("again.txt")));
+}
+
 TEST_F(TextExportCommand, AScriptPlaysTheWizard) {
   const json steps[] = {
       {{"select", {9044, {"日志文件/drive.log/drive_RV2230_TD(1)"}}}},
@@ -129,6 +140,52 @@ TEST_F(TextExportCommand, AScriptPlaysTheWizard) {
   EXPECT_EQ(9020, run.Lines().front()["window"]["template"]);
   EXPECT_EQ("导出文本文件成功!", run.Lines().back()["messages"][0]["text"]);
   EXPECT_EQ(0u, ReadText(Path("out.txt")).find("RecordTime,Longitude,Latitude,UARFCN,Distance,TimeStamp\r\n"));
+}
+
+// The values of the elements that are exported, row by row, whatever the order.
+std::vector<std::map<int, json>> ValuesOf(const ProgramRun& run) {
+  std::vector<std::map<int, json>> rows;
+  for (const json& line : run.Lines()) {
+    auto& row = rows.emplace_back();
+    for (const json& field : line["fields"]) row.emplace(field[0].get<int>(), field[1]);
+    row[2] = std::llround(line["time"].get<double>() * 1000);
+  }
+  return rows;
+}
+
+TEST_F(TextExportCommand, ADriveComesBackUnchanged) {
+  ASSERT_EQ(0, Run("log simulate sim.log --minutes 1 --handsets td,gsm,lte --scanner").exit_code);
+  struct {
+    const char* stream;
+    const char* protocol;
+    const char* separators;
+    const char* source_separator;
+  } const cases[] = {
+      {"sim_RV2230_TD(1)", "TD-SCDMA", "--separator comma --units", "--separator comma"},
+      {"sim_RV2210_GSM(2)", "GSM", "", ""},
+      {"sim_TESSARY_TN300_LTE(3)", "LTE", "--separator : --units", "--separator :"},
+      {"sim_Tavin扫频仪", "TD-SCDMA", "--separator '|'", "--separator '|'"},
+  };
+  for (const auto& [stream, protocol, separator, source_separator] : cases) {
+    const std::string name = std::string(" --stream '") + stream + "'";
+    const ProgramRun made =
+        Run("export-text sim.log --out out.txt --ie " + std::string(protocol) + name + " " + separator);
+    ASSERT_EQ(0, made.exit_code) << made.err;
+    const std::vector<std::map<int, json>> before = ValuesOf(Run("rows sim.log" + name));
+    const std::string layout = " --time-format 'yyyy-mm-dd hh:nn:ss.ms' --stream-name x ";
+    const ProgramRun back = Run("rows out.txt --stream out_x" + layout + source_separator);
+    const std::vector<std::map<int, json>> after = ValuesOf(back);
+    ASSERT_EQ(before.size(), after.size()) << stream << back.err;
+    std::size_t values = 0;
+    for (std::size_t at = 0; at < after.size(); ++at) {
+      for (const auto& [id, value] : after[at]) {
+        ASSERT_TRUE(before[at].contains(id)) << stream << " row " << at + 1 << " IE " << id;
+        ASSERT_EQ(before[at].at(id), value) << stream << " row " << at + 1 << " IE " << id;
+        ++values;
+      }
+    }
+    EXPECT_GT(values, after.size() * 15) << stream;
+  }
 }
 
 }  // namespace

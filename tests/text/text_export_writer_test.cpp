@@ -57,13 +57,6 @@ TEST_F(TextExportWriter, ColumnsHaveTheirOrderWhateverThePersonChose) {
   EXPECT_EQ(0, user_.wait_cursor_depth());
 }
 
-TEST_F(TextExportWriter, UnitsStandInParenthesesAlsoWhereThereIsNone) {
-  IDataStream& stream = *AddTdStream();
-  ASSERT_EQ(1, Write(stream, {"PCCPCH_RSCP", "UARFCN"}, {.write_units = 1}));
-  EXPECT_EQ("RecordTime(),Longitude(degree),Latitude(degree),PCCPCH_RSCP(dBm),UARFCN(),Distance(m),TimeStamp()\r\n",
-            Written().substr(0, Written().find('\n') + 1));
-}
-
 TEST_F(TextExportWriter, AStreamWithoutRowsGivesOneLineOfBlanks) {
   IDataStream& stream = *AddTdStream();
   ASSERT_EQ(1, Write(stream, {"LAC"}, {.separator = ": ", .write_header = 0}));
@@ -100,16 +93,6 @@ TEST_F(TextExportWriter, LimitsMakeValuesInvalid) {
             written({{kBlerIe, uniFieldValue(-255.0f)}, {kRscpIe, uniFieldValue(-255)}}));
   // A blank counts as 0.
   EXPECT_EQ(time + ", , , ,-255, , \r\n", written({}));
-}
-
-TEST_F(TextExportWriter, GapsAreFilledOnDemand) {
-  IDataStream& stream = *AddTdStream();
-  AddRow(stream, 1, {{kRscpIe, uniFieldValue(-70)}});
-  AddRow(stream, 2, {});
-  ASSERT_EQ(1, Write(stream, {"PCCPCH_RSCP"}, {.write_header = 0}));
-  EXPECT_NE(std::string::npos, Written().find(Time(2) + ", , , , , \r\n"));
-  ASSERT_EQ(1, Write(stream, {"PCCPCH_RSCP"}, {.write_header = 0, .fill_gaps = 1}));
-  EXPECT_NE(std::string::npos, Written().find(Time(2) + ", , ,-70, , \r\n"));
 }
 
 TEST_F(TextExportWriter, ANameThatTheCatalogueLacksStaysBlankAndIsNoted) {

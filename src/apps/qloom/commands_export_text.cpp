@@ -13,7 +13,7 @@ struct ExportOptions {
 };
 
 int RunExport(const CommandLine& line, const ExportOptions& options) {
-  BatchAnswers answers = AnswersFrom(line.common, options.source);
+  BatchAnswers answers = SourceAnswersFrom(line.common, options.source);
   answers.text_export = TextExportAnswersFrom(options.wizard);
   Session session(line.common, std::move(answers), FirstLog(options.source));
   LogReport report(session);
@@ -35,11 +35,13 @@ int RunExport(const CommandLine& line, const ExportOptions& options) {
 
 void AddExportTextCommand(CLI::App& app, CommandLine& line) {
   const auto options = std::make_shared<ExportOptions>();
-  CLI::App* command = AddCommand(app, line, "export-text", "Import a log and write one of its streams as a text file");
-  command->add_option("SOURCE", options->source.logs, "Log, or intermediate file")->required()->expected(1);
+  CLI::App* command =
+      AddCommand(app, line, "export-text", "Import a log or a text file and write one of its streams as a text file");
+  command->add_option("SOURCE", options->source.logs, "Log, intermediate file or text file")->required()->expected(1);
   AddNodeOption(*command, options->source);
   AddHandsetOptions(*command, options->source);
   command->add_flag("--intermediate", options->source.intermediate, "The source is an intermediate file");
+  AddTextImportOptions(*command, options->source.text, "source-");
   AddTextExportOptions(*command, options->wizard);
   command->callback([&line, options] { line.run = [&line, options] { return RunExport(line, *options); }; });
 }

@@ -1,3 +1,4 @@
+#include <csignal>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -52,6 +53,7 @@ int main(int argc, char** argv) {
     return app.exit(error) == 0 ? loom::kExitDone : loom::kExitUsage;
   }
   loom::CatchInterrupts();
+  std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write error like others
   setenv("QLOOM_LOG", "stderr", 0);
   try {
     return line.run();

@@ -68,19 +68,19 @@ bool TextImportOptions::IsAnyGiven() const {
          !(config + stream_name + stream_type + time_format + separator + save_config).empty();
 }
 
-void AddTextImportOptions(CLI::App& command, TextImportOptions& options) {
+void AddTextImportOptions(CLI::App& command, TextImportOptions& options, const std::string& prefix) {
   CLI::Option* const config =
       command.add_option("--imcf", options.config, "Saved import configuration; asks nothing else");
-  const auto add = [&](const char* name, auto& value, const char* description) {
+  const auto add = [&](const std::string& name, auto& value, const char* description) {
     return command.add_option(name, value, description)->excludes(config);
   };
   add("--stream-name", options.stream_name, "Name of the stream (default UnknownDevice)");
   add("--stream-type", options.stream_type, "down (default), up or scan")->check(CLI::IsMember(kStreamTypes));
   add("--time-format", options.time_format, "Layout of the time column (default yyyy-mm-dd hh:nn:ss:ms)")
       ->check(CLI::IsMember(TimeFormatNames()));
-  add("--separator", options.separator, "tab (default), comma, semicolon or one character")
+  add("--" + prefix + "separator", options.separator, "tab (default), comma, semicolon or one character")
       ->check(CLI::Validator([](const std::string& text) { return ObjectionToSeparator(text); }, "SEPARATOR"));
-  command.add_flag("--no-header", options.no_header, "The first line is data")->excludes(config);
+  command.add_flag("--" + prefix + "no-header", options.no_header, "The first line is data")->excludes(config);
   add("--map", options.columns, "COLUMN=NAME, columns from 0; without it the titles of the first line decide")
       ->check(CLI::Validator([](const std::string& text) { return ObjectionToColumn(text); }, "COLUMN=NAME"));
   add("--save-imcf", options.save_config, "Save the import configuration to this file");

@@ -37,7 +37,8 @@ struct TextImportOptions {
 
   bool IsAnyGiven() const;
 };
-void AddTextImportOptions(CLI::App& command, TextImportOptions& options);
+// `prefix` distinguishes those that the command has for something else as well: "--source-separator".
+void AddTextImportOptions(CLI::App& command, TextImportOptions& options, const std::string& prefix = "");
 TextImportAnswers TextImportAnswersFrom(const TextImportOptions& options, const CString& file);
 
 // The person's part in the wizard. Throws Error for an answer that the wizard has no place for.

@@ -30,7 +30,7 @@ void AppendShortest(Number value, std::string& out) {
       --end;
     }
   }
-  out.append(text, end);
+  out.append(text, static_cast<std::size_t>(end - text));
 }
 
 // `digits` is the value times 10 to the power of `decimals`.
@@ -54,7 +54,7 @@ void AppendDecimal(bool is_negative, std::uint32_t digits, int decimals, std::st
     end = point + 1 + decimals;
     for (char* at = end; at-- > point + 1; fraction /= 10) *at = static_cast<char>('0' + fraction % 10);
   }
-  out.append(start, end);
+  out.append(start, static_cast<std::size_t>(end - start));
 }
 
 // Most measured values have a few decimals: the first count of decimals at which the nearest decimal number lies inside
@@ -93,7 +93,8 @@ void AppendNumber(double value, std::string& out) { AppendShortest(value, out); 
 
 void AppendNumber(std::int32_t value, std::string& out) {
   char text[16];
-  out.append(text, std::to_chars(text, text + sizeof text, value).ptr);
+  const char* const end = std::to_chars(text, text + sizeof text, value).ptr;
+  out.append(text, static_cast<std::size_t>(end - text));
 }
 
 }  // namespace loom
