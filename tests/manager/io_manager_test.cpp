@@ -4,8 +4,10 @@
 
 #include <array>
 
+#include "manager/exporter.h"
 #include "platform/file.h"
 #include "platform/file_map.h"
+#include "resources/dialog_9020.h"
 #include "tests/importers/import_test.h"
 
 namespace loom::testing {
@@ -27,6 +29,17 @@ TEST_F(IOManagerTest, ImportersAreMadeOnFirstUseAndKeptUntilRelease) {
   manager_.Release();
   manager_.Release();
   EXPECT_TRUE(manager_.GetImporterByType(kImporterOutdoorLog));
+}
+
+TEST_F(IOManagerTest, TheTextExporterIsMadeOnFirstUseAndRunsItsWizard) {
+  user_.Expect(kDialogTextExport1).Cancel().Expect(kDialogTextExport1).Cancel();
+  EXPECT_EQ(0, manager_.ExportTxt());
+  IExporter* const exporter = manager_.GetExporterByType(kExporterText);
+  ASSERT_TRUE(exporter);
+  EXPECT_EQ(kExporterText, dynamic_cast<CExporter&>(*exporter).exporter_type());
+  EXPECT_EQ(0, exporter->Export());
+  EXPECT_EQ(exporter, manager_.GetExporterByType(kExporterText));
+  EXPECT_EQ(nullptr, manager_.GetExporterByType(static_cast<ExporterTypeEnum>(3)));
 }
 
 struct TypeCase {
@@ -89,7 +102,6 @@ TEST_F(IOManagerTest, CommandsWithoutAnImporterGiveNothing) {
   ProtocolTypeEnum protocol = kProtocolGsm;
   EXPECT_EQ(0, manager_.ImportNetInfo(protocol));
   EXPECT_EQ(kProtocolGsm, protocol);
-  EXPECT_EQ(0, manager_.ExportTxt());
   std::vector<CString> paths{folder_.File("a.int")};
   manager_.OpenImmediateLogFile(paths);
   EXPECT_EQ(1u, notes_.Count("not imported"));
