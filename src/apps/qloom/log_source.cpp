@@ -7,6 +7,16 @@
 #include "platform/path.h"
 
 namespace loom {
+namespace {
+
+// By its extension, or because options of a text import are given.
+bool IsTextSource(const ImportOptions& options) {
+  const CString extension = ExtensionOf(FirstLog(options));
+  const auto is = [&](const char* known) { return extension.CompareNoCase(known) == 0; };
+  return !options.intermediate && (options.text.IsAnyGiven() || is("txt") || is("csv") || is("tsv"));
+}
+
+}  // namespace
 
 void AddHandsetOptions(CLI::App& command, ImportOptions& options) {
   command
@@ -21,13 +31,6 @@ void AddNodeOption(CLI::App& command, ImportOptions& options) {
 }
 
 CString FirstLog(const ImportOptions& options) { return AbsolutePath(options.logs.front()); }
-
-// By its extension, or because options of a text import are given.
-static bool IsTextSource(const ImportOptions& options) {
-  const CString extension = ExtensionOf(FirstLog(options));
-  const auto is = [&](const char* known) { return extension.CompareNoCase(known) == 0; };
-  return !options.intermediate && (options.text.IsAnyGiven() || is("txt") || is("csv") || is("tsv"));
-}
 
 BatchAnswers AnswersFrom(const CommonOptions& common, const ImportOptions& options) {
   BatchAnswers answers;
