@@ -7,7 +7,7 @@ import sys
 
 PLATFORM = {"platform"}
 COMPONENTS = PLATFORM | {"components"}
-MODULE = COMPONENTS | {"manager", "importers", "conversion", "text", "logtools", "settings", "resources"}
+MODULE = COMPONENTS | {"manager", "importers", "conversion", "text", "excel", "logtools", "settings", "resources"}
 SEES = {
     "platform": PLATFORM,
     "components": COMPONENTS,
@@ -19,6 +19,8 @@ LIBRARIES = {
     "sqlite3.h": ("src/host/project", "src/host/netdb"),
     "pugixml.hpp": ("src/host",),
     "nlohmann/": ("src/host/logstore", "src/apps"),
+    "minizip/": ("src/host/workbook",),
+    "isa-l/": ("src/host/workbook",),
     "CLI/": ("src/apps",),
 }
 

@@ -8,6 +8,7 @@
 #include "host/netdb/network_database.h"
 #include "host/project/recent_logs.h"
 #include "host/streams/stream_store.h"
+#include "host/workbook/workbook_server.h"
 
 namespace loom {
 
@@ -45,6 +46,7 @@ HostApplication::HostApplication(IECatalogue catalogue, const HostOptions& optio
   }
   network_ = std::make_unique<NetworkDatabase>(project_->WorkingCopy());
   communicator_ = std::make_unique<ModuleCommunicator>(StreamStore::Instance());
+  workbooks_ = std::make_unique<WorkbookServer>(project_->GetPath());
   DBMapper::Instance().Use(network_.get());
   SetChosenConfigFolder(options.config_folder);
   g_project = project_.get();
@@ -64,7 +66,9 @@ HostApplication::~HostApplication() {
 }
 
 void HostApplication::UseFolderOfLog(const CString& log_path) {
-  if (project_->IsTemporary()) project_->SetFolder(AbsoluteFolderOf(log_path));
+  if (!project_->IsTemporary()) return;
+  project_->SetFolder(AbsoluteFolderOf(log_path));
+  workbooks_->UseFolder(project_->GetPath());
 }
 
 }  // namespace loom

@@ -10,6 +10,7 @@ namespace loom {
 
 class IModuleCommunicator;
 class NetworkDatabase;
+class WorkbookServer;
 
 struct HostOptions {
   CString config_folder;     // of the catalogue files
@@ -32,6 +33,8 @@ class HostApplication {
   StoredProject& project() { return *project_; }
   const IECatalogue& catalogue() const { return catalogue_; }
   NetworkDatabase& network() { return *network_; }
+  // The spreadsheet server; workbooks go into the project's folder unless it is told otherwise.
+  WorkbookServer& workbooks() { return *workbooks_; }
   // For CIOManager::RegisterModuleCommunicator.
   IModuleCommunicator& communicator() { return *communicator_; }
 
@@ -46,6 +49,7 @@ class HostApplication {
   std::unique_ptr<CSystemConfig> system_config_;
   std::unique_ptr<NetworkDatabase> network_;
   std::unique_ptr<IModuleCommunicator> communicator_;
+  std::unique_ptr<WorkbookServer> workbooks_;
 };
 
 }  // namespace loom

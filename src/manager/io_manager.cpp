@@ -3,6 +3,7 @@
 #include <exception>
 
 #include "components/autotest.h"
+#include "excel/excel_exporter.h"
 #include "importers/auto_test_log_importer.h"
 #include "importers/indoor_log_importer.h"
 #include "importers/outdoor_log_importer.h"
@@ -36,6 +37,15 @@ std::unique_ptr<IExporter> MakeExporter(ExporterTypeEnum type) {
   switch (type) {
     case kExporterText:
       return std::make_unique<CTextExporter>();
+    default:
+      return nullptr;
+  }
+}
+
+std::unique_ptr<IExporter> MakeExporter(ExporterTypeEnum type) {
+  switch (type) {
+    case kExporterExcel:
+      return std::make_unique<CExcelExporter>();
     default:
       return nullptr;
   }

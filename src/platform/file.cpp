@@ -45,6 +45,18 @@ std::string NativeFolderOf(const std::string& native) {
 
 std::int64_t ChangeTime(const struct stat& info) { return info.st_mtim.tv_sec * 1'000'000'000 + info.st_mtim.tv_nsec; }
 
+// Checked write at a position.
+void WriteAt(const FileHandle& handle, const CString& path, std::uint64_t position_bytes,
+             std::span<const std::byte> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count =
+        Retry([&] { return pwrite(handle.get(), bytes.data(), bytes.size(), static_cast<off_t>(position_bytes)); });
+    if (count < 0) throw SystemFileError(path, position_bytes, "cannot write", errno);
+    position_bytes += static_cast<std::uint64_t>(count);
+    bytes = bytes.subspan(static_cast<std::size_t>(count));
+  }
+}
+
 mode_t ModeOfNewFiles() {
   const mode_t mask = umask(0);
   umask(mask);
@@ -109,6 +121,29 @@ void InputFile::ReadAt(std::uint64_t position_bytes, std::span<std::byte> out) c
 
 void InputFile::ExpectSequentialReading() const { posix_fadvise(handle_.get(), 0, 0, POSIX_FADV_SEQUENTIAL); }
 
+ScratchFile::ScratchFile(const CString& beside) : path_(beside) {
+  std::string name = NativeFolderOf(ResolveLinks(GbkPathToNative(beside))) + ".qloom-XXXXXX";
+  handle_ = FileHandle(mkostemp(name.data(), O_CLOEXEC));
+  if (!handle_.IsOpen()) throw SystemFileError(beside, 0, "cannot create a file in its folder", errno);
+  if (unlink(name.c_str()) != 0) throw SystemFileError(beside, 0, "a temporary file could not be removed", errno);
+}
+
+void ScratchFile::Append(std::span<const std::byte> bytes) {
+  WriteAt(handle_, path_, size_, bytes);
+  size_ += bytes.size();
+}
+
+void ScratchFile::ReadAt(std::uint64_t position_bytes, std::span<std::byte> out) const {
+  while (!out.empty()) {
+    const ssize_t got =
+        Retry([&] { return pread(handle_.get(), out.data(), out.size(), static_cast<off_t>(position_bytes)); });
+    if (got < 0) throw SystemFileError(path_, position_bytes, "cannot read", errno);
+    if (got == 0) throw FileError(path_, position_bytes, "its temporary file ends here");
+    position_bytes += static_cast<std::uint64_t>(got);
+    out = out.subspan(static_cast<std::size_t>(got));
+  }
+}
+
 AtomicFile::AtomicFile(const CString& path) : path_(path), target_(ResolveLinks(GbkPathToNative(path))) {
   if (NameOf(path).IsEmpty()) throw FileError(path, 0, "names no file");
   struct stat info {};
@@ -146,6 +181,17 @@ void AtomicFile::Write(std::span<const std::byte> bytes) {
 }
 
 void AtomicFile::Write(std::string_view bytes) { Write(AsBytes(bytes)); }
+
+void AtomicFile::Overwrite(std::uint64_t position_bytes, std::span<const std::byte> bytes) {
+  if (position_bytes > Position() || bytes.size() > Position() - position_bytes)
+    throw FileError(path_, position_bytes, "only what is written can be replaced");
+  if (position_bytes >= written_) {
+    std::copy(bytes.begin(), bytes.end(), buffer_.begin() + static_cast<std::ptrdiff_t>(position_bytes - written_));
+    return;
+  }
+  if (position_bytes + bytes.size() > written_) Flush();
+  WriteAt(handle_, path_, position_bytes, bytes);
+}
 
 void AtomicFile::Flush() {
   WriteOut(buffer_);

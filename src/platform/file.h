@@ -72,6 +72,8 @@ class AtomicFile {
   const CString& path() const { return path_; }
   void Write(std::span<const std::byte> bytes);
   void Write(std::string_view bytes);
+  // Replaces bytes that were written before.
+  void Overwrite(std::uint64_t position_bytes, std::span<const std::byte> bytes);
   std::uint64_t Position() const { return written_ + buffer_.size(); }  // bytes written so far
   void Commit();
 
@@ -86,6 +88,20 @@ class AtomicFile {
   FileHandle handle_;
   std::vector<std::byte> buffer_;
   std::uint64_t written_ = 0;
+};
+
+// A file without a name in the folder of another, for what is written and read back; gone with the object.
+class ScratchFile {
+ public:
+  explicit ScratchFile(const CString& beside);  // `beside` names it in errors
+  std::uint64_t Size() const { return size_; }
+  void Append(std::span<const std::byte> bytes);
+  void ReadAt(std::uint64_t position_bytes, std::span<std::byte> out) const;
+
+ private:
+  CString path_;
+  FileHandle handle_;
+  std::uint64_t size_ = 0;
 };
 
 bool FileExists(const CString& path);                 // anything of that name, folders included

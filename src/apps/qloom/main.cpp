@@ -46,6 +46,7 @@ int main(int argc, char** argv) {
   loom::AddLogToolCommands(app, line);
   loom::AddTextImportCommands(app, line);
   loom::AddExportTextCommand(app, line);
+  loom::AddExportExcelCommand(app, line);
   loom::AddUiCommand(app, line);
   try {
     app.parse(argc, argv);

@@ -1,0 +1,121 @@
+#include "host/workbook/workbook_server.h"
+
+#include <spawn.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <system_error>
+
+#include "host/workbook/spreadsheet_model.h"
+#include "platform/encoding.h"
+#include "platform/file.h"
+#include "platform/log.h"
+#include "platform/path.h"
+
+namespace loom {
+namespace {
+
+constexpr const char* kProgId = "Excel.Application";
+constexpr const char* kImageName = "EXCEL.EXE";
+constexpr CLSID kClassId = {0x1D, 0x6B, 0x3A, 0x52, 0x8E, 0x40, 0x4C, 0x17,
+                            0x9B, 0x05, 0x6E, 0x2F, 0x71, 0xC4, 0x0A, 0x93};
+constexpr std::size_t kFirstSheets = 3;
+
+bool HasDisplay() { return std::getenv("DISPLAY") != nullptr || std::getenv("WAYLAND_DISPLAY") != nullptr; }
+
+// Leaves the file to the program that the desktop has for it.
+void OpenOnDesktop(const CString& path) {
+  if (!HasDisplay()) return;
+  std::string program = "xdg-open";
+  std::string file = GbkPathToNative(path);
+  char* const arguments[] = {program.data(), file.data(), nullptr};
+  pid_t child = 0;
+  if (const int error = posix_spawnp(&child, program.c_str(), nullptr, nullptr, arguments, environ))
+    Log(LogLevel::kWarning, "the workbook cannot be shown: " + std::system_category().message(error));
+}
+
+}  // namespace
+
+WorkbookServer::WorkbookServer(const CString& folder) : folder_(folder) {
+  class_ = std::make_unique<RegisteredClass>(
+      AutomationClass{kProgId, kClassId, [this] { return Start(); }, [this] { return Running(); }});
+}
+
+WorkbookServer::~WorkbookServer() {
+  class_.reset();
+  if (const auto running = running_.lock()) running->End();
+}
+
+CString WorkbookServer::TargetOfNext() const {
+  if (next_path_) return *next_path_;
+  for (int number = 1;; ++number) {
+    const CString path = WithSeparator(folder_) + Format("Book%d.xlsx", number);
+    if (!FileExists(path)) return path;
+  }
+}
+
+CString WorkbookServer::TakeTarget() {
+  const CString path = TargetOfNext();
+  next_path_.reset();
+  return path;
+}
+
+ComPtr<IUnknown> WorkbookServer::Start() {
+  const CString folder = FolderOf(TargetOfNext());
+  if (!folder.IsEmpty() && !FolderExists(folder)) throw FileError(folder, 0, "there is no such folder for workbooks");
+  const auto application = std::make_shared<SpreadsheetApplication>(*this);
+  running_ = application;
+  return MakeApplicationObject(application);
+}
+
+ComPtr<IUnknown> WorkbookServer::Running() const {
+  const auto application = running_.lock();
+  return application && application->Runs() ? MakeApplicationObject(application) : nullptr;
+}
+
+void WorkbookServer::Saved(const CString& path) {
+  saved_.push_back(path);
+  visible_ = running_.lock();
+  if (open_saved_) OpenOnDesktop(path);
+}
+
+SpreadsheetApplication::SpreadsheetApplication(WorkbookServer& server)
+    : server_(&server), process_(std::make_unique<LocalProcess>(kImageName, [this](int) { End(); })) {}
+
+void SpreadsheetApplication::CheckRuns() const {
+  if (!Runs()) throw AutomationError("the spreadsheet program has ended");
+}
+
+void SpreadsheetApplication::End() {
+  process_.reset();
+  active_.reset();
+  const auto self = shared_from_this();
+  if (server_ != nullptr && server_->visible_ == self) server_->visible_.reset();
+  server_ = nullptr;
+}
+
+std::shared_ptr<WorkbookWriter> SpreadsheetApplication::AddWorkbook() {
+  CheckRuns();
+  active_ = std::make_shared<WorkbookWriter>(server_->TakeTarget());
+  active_is_saved_ = false;
+  for (std::size_t at = 0; at < kFirstSheets; ++at) active_->AddSheet(Format("Sheet%d", static_cast<int>(at) + 1), at);
+  return active_;
+}
+
+const std::shared_ptr<WorkbookWriter>& SpreadsheetApplication::ActiveWorkbook() const {
+  CheckRuns();
+  if (!active_) throw AutomationError("no workbook is open");
+  return active_;
+}
+
+void SpreadsheetApplication::SetVisible(bool visible) {
+  CheckRuns();
+  if (visible && active_ && !active_is_saved_) {
+    active_->Save();
+    active_is_saved_ = true;
+    server_->Saved(active_->target());
+  }
+  visible_ = visible;
+}
+
+}  // namespace loom

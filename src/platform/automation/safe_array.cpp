@@ -1,0 +1,59 @@
+#include "platform/automation/safe_array.h"
+
+#include <limits>
+#include <stdexcept>
+
+namespace loom {
+
+void COleSafeArray::Create(VARTYPE element_type, std::span<const std::uint32_t> counts) {
+  if (element_type != VT_VARIANT) throw AutomationError("arrays hold values of type VT_VARIANT only");
+  if (counts.empty()) throw AutomationError("an array needs a dimension");
+  Destroy();
+  std::size_t total = 1;
+  for (const std::uint32_t count : counts) {
+    if (count != 0 && total > std::numeric_limits<std::size_t>::max() / count)
+      throw std::length_error("array too large");
+    total *= count;
+  }
+  values_.resize(total);
+  counts_.assign(counts.begin(), counts.end());
+}
+
+void COleSafeArray::Destroy() {
+  counts_.clear();
+  std::vector<VARIANT>().swap(values_);
+}
+
+std::int32_t COleSafeArray::GetLBound(std::uint32_t dimension) const {
+  GetUBound(dimension);
+  return 0;
+}
+
+std::int32_t COleSafeArray::GetUBound(std::uint32_t dimension) const {
+  if (dimension == 0 || dimension > GetDim()) throw AutomationError("the array has no such dimension");
+  return static_cast<std::int32_t>(counts_[dimension - 1]) - 1;
+}
+
+std::size_t COleSafeArray::PlaceOf(std::span<const std::int32_t> indices) const {
+  if (indices.size() != counts_.size()) throw AutomationError("as many indices as dimensions are needed");
+  std::size_t place = 0;
+  for (std::size_t at = 0; at < indices.size(); ++at) {
+    if (indices[at] < 0 || static_cast<std::uint32_t>(indices[at]) >= counts_[at])
+      throw AutomationError("array index " + std::to_string(indices[at]) + " is out of range");
+    place = place * counts_[at] + static_cast<std::uint32_t>(indices[at]);
+  }
+  return place;
+}
+
+std::span<const VARIANT> COleSafeArray::Row(std::int32_t row) const {
+  if (GetDim() != 2) throw AutomationError("rows need an array of two dimensions");
+  if (row < 0 || row > GetUBound(1)) throw AutomationError("array row " + std::to_string(row) + " is out of range");
+  return std::span(values_).subspan(static_cast<std::size_t>(row) * counts_[1], counts_[1]);
+}
+
+std::span<VARIANT> COleSafeArray::Row(std::int32_t row) {
+  const std::span<const VARIANT> elements = std::as_const(*this).Row(row);
+  return std::span(values_).subspan(static_cast<std::size_t>(elements.data() - values_.data()), elements.size());
+}
+
+}  // namespace loom
