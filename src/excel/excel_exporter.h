@@ -49,7 +49,7 @@ class CExcelExporter : public CExporter {
 
   void WritePieces(COleSafeArray& table, const std::string& letters, const std::vector<std::int32_t>& piece_rows);
   void WriteSheet(const CString& sheet_name, const std::string& last_cell, const COleSafeArray& values);
-  void AddSheetBehindCurrent();
+  void AddSheetBehind(std::int32_t number);
   void StartWorkbook(_Application& application);
   void FinishWorkbook(_Application& application);
   void WriteTables(_Application& application, std::vector<COleSafeArray>& tables,

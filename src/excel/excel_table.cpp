@@ -107,8 +107,10 @@ void CExcelExporter::WriteMultiSheetFile(COleSafeArray* table) {
   const std::string letters = ColumnLetters(table->GetUBound(2));
   std::vector<std::int32_t> piece_rows;
   CaculateArray(last_row + 1, piece_rows);
+  // Behind a table in pieces that ended with the last sheet there is none in advance.
+  if (current_sheet_ > sheets_.GetCount()) AddSheetBehind(sheets_.GetCount());
   if (piece_rows.size() > 1) return WritePieces(*table, letters, piece_rows);
-  if (current_sheet_ > 2) AddSheetBehindCurrent();
+  if (current_sheet_ > 2) AddSheetBehind(current_sheet_);
   WriteSheet(current_sheet_name_, CellName(letters, last_row + 1), *table);
 }
 
@@ -121,17 +123,17 @@ void CExcelExporter::WritePieces(COleSafeArray& table, const std::string& letter
   SplitSafeArray(&table, pieces);
   for (std::size_t at = 0; at < pieces.size(); ++at) {
     if (at > 0) {
-      AddSheetBehindCurrent();
+      AddSheetBehind(current_sheet_);
       ++current_sheet_;
     }
     WriteSheet(Format("%s_%d", current_sheet_name_, at + 1), CellName(letters, piece_rows[at] + 1), pieces[at]);
   }
 }
 
-void CExcelExporter::AddSheetBehindCurrent() {
-  const _Worksheet current = sheets_.GetItem(VARIANT::I2(static_cast<std::int16_t>(current_sheet_)));
+void CExcelExporter::AddSheetBehind(std::int32_t number) {
+  const _Worksheet before = sheets_.GetItem(VARIANT::I2(static_cast<std::int16_t>(number)));
   const VARIANT missing = VARIANT::Missing();
-  sheets_.Add(missing, VARIANT(current.GetDispatch()), missing, missing);
+  sheets_.Add(missing, VARIANT(before.GetDispatch()), missing, missing);
 }
 
 void CExcelExporter::WriteSheet(const CString& sheet_name, const std::string& last_cell, const COleSafeArray& values) {

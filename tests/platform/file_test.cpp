@@ -1,46 +1,27 @@
 #include "platform/file.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <cstring>
 #include <filesystem>
 
 #include "platform/byte_reader.h"
 #include "platform/file_map.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/temp_folder.h"
 
 namespace loom {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::FileSizeLimit;
 using testing::TempFolder;
 
 std::size_t EntriesIn(const TempFolder& folder) {
   return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder.native()), fs::directory_iterator()));
 }
-
-// Writing a file beyond this size fails with EFBIG for the scope's lifetime, as a full disk does with ENOSPC.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) : old_handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-    getrlimit(RLIMIT_FSIZE, &old_);
-    rlimit limit = old_;
-    limit.rlim_cur = bytes;
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FileSizeLimit() {
-    setrlimit(RLIMIT_FSIZE, &old_);
-    std::signal(SIGXFSZ, old_handler_);
-  }
-
- private:
-  rlimit old_{};
-  void (*old_handler_)(int);
-};
 
 template <class Work>
 std::string FileErrorOf(Work work) {

@@ -54,7 +54,8 @@ void LogRefusal(const std::string& what) { Log(LogLevel::kError, what + ": " + s
 
 }  // namespace
 
-ProcessSnapshot::ProcessSnapshot() : taken_(ListSystemProcesses(entries_)) {
+ProcessSnapshot::ProcessSnapshot() {
+  taken_ = ListSystemProcesses(entries_);
   for (const auto& [id, entry] : LocalProcesses()) entries_.push_back({id, entry.image_name});
 }
 
