@@ -97,8 +97,8 @@ int CExcelExporter::Export(CString, std::vector<COleSafeArray>& tables, std::vec
   const bool listed = GetCurSysProcessIDList(earlier_ids) != 0;
   std::uint32_t started_id = 0;
   bool started = false;
+  _Application application;
   try {
-    _Application application;
     int created = 0;
     if (GetExcelApplication(application, created) == 0) return 0;
     started = created != 0 && listed && GetNewExcelAppProcessID(earlier_ids, started_id) != 0;
@@ -109,8 +109,8 @@ int CExcelExporter::Export(CString, std::vector<COleSafeArray>& tables, std::vec
   } catch (...) {
     Log(LogLevel::kError, "the export of tables failed");
   }
-  sheets_.ReleaseDispatch();
   if (started) EndProcess(started_id);
+  sheets_.ReleaseDispatch();
   ShowMessageBox("导出数据失败，请减少导出数据量再重试，若问题仍然存在，建议重启软件！"_gbk);
   return 0;
 }

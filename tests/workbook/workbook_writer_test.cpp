@@ -17,7 +17,11 @@ class WorkbookWriterTest : public ::testing::Test {
  protected:
   WorkbookWriterTest() : path_(folder_.File("book.xlsx")), scope_(notes_), writer_(path_) {}
 
-  WrittenSheet& AddSheet(const CString& name) { return writer_.AddSheet(name, writer_.SheetCount()); }
+  WrittenSheet& AddSheet(const CString& name) {
+    WrittenSheet& sheet = writer_.AddSheet(writer_.SheetCount());
+    writer_.Rename(sheet, name);
+    return sheet;
+  }
   static COleSafeArray Column(std::vector<VARIANT> values) {
     COleSafeArray array;
     array.Create(VT_VARIANT, std::vector<std::uint32_t>{static_cast<std::uint32_t>(values.size()), 1});
@@ -105,6 +109,7 @@ TEST_F(WorkbookWriterTest, SheetNamesAreMendedAndNoted) {
   const CString long_name = "drive_RV2230_TD(1)_and_so_on_and_on";
   const std::tuple<CString, std::string, bool> names[] = {
       {"plain", "plain", false},
+      {"sheet3", "sheet3", false},
       {"PLAIN", "PLAIN(2)", true},
       {"a:b\\c/d?e*f[g]", "a_b_c_d_e_f_g_", true},
       {"'it''s'", "_it''s_", true},
@@ -116,16 +121,19 @@ TEST_F(WorkbookWriterTest, SheetNamesAreMendedAndNoted) {
       {"三十一个字的名字一二三四五六七八九十一二三四五六七八九十一二三"_gbk,
        "三十一个字的名字一二三四五六七八九十一二三四五六七八九十一二三", false},
   };
+  for (std::size_t at = 0; at < 3; ++at) writer_.AddSheet(at);
   for (const auto& [name, mended, noted] : names) {
     notes_.Clear();
-    writer_.Rename(AddSheet("new"), name);
+    AddSheet(name);
     EXPECT_EQ(noted ? 1u : 0u, notes_.Count("sheet name mended")) << name;
   }
   writer_.Save();
   std::vector<json> books{ReadWorkbook(path_)};
   if (HasOpenpyxl()) books.push_back(ReadWorkbookByOpenpyxl(path_));
   for (const json& book : books) {
-    for (std::size_t at = 0; at < std::size(names); ++at) EXPECT_EQ(std::get<1>(names[at]), book["sheets"][at]["name"]);
+    for (std::size_t at = 0; at < std::size(names); ++at)
+      EXPECT_EQ(std::get<1>(names[at]), book["sheets"][at + 3]["name"]);
+    EXPECT_EQ("Sheet4", book["sheets"][2]["name"]);  // gave way to the name that was chosen
   }
 }
 
@@ -161,7 +169,7 @@ TEST_F(WorkbookWriterTest, TheSameContentGivesTheSameBytes) {
   const CString again = folder_.File("again.xlsx");
   WorkbookWriter second(again);
   for (WorkbookWriter* writer : {&writer_, &second}) {
-    writer->Fill(writer->AddSheet("s", 0), Column(std::vector<VARIANT>(50000, VARIANT("0123456789"))), {});
+    writer->Fill(writer->AddSheet(0), Column(std::vector<VARIANT>(50000, VARIANT("0123456789"))), {});
     writer->Save();
   }
   EXPECT_TRUE(ReadWholeText(path_) == ReadWholeText(again));

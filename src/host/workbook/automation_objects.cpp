@@ -197,15 +197,8 @@ class SheetsObject : public ServerObject<SheetsObject> {
     if (after == nullptr || after->place().book != book_)
       throw AutomationError("a sheet is added behind one of the same workbook");
     book_->SetActiveSheet(after->place().Position() + 1);
-    return MakeSheet(book_->AddSheet(FreeName(), book_->ActiveSheet()));
+    return MakeSheet(book_->AddSheet(book_->ActiveSheet()));
   }
-  CString FreeName() const {
-    for (std::size_t number = book_->SheetCount() + 1;; ++number) {
-      const CString name = Format("Sheet%d", static_cast<int>(number));
-      if (!book_->IsTaken(name)) return name;
-    }
-  }
-
   WorkbookPtr book_;
 };
 

@@ -3,6 +3,7 @@
 #include <spawn.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <system_error>
 
@@ -43,7 +44,9 @@ WorkbookServer::WorkbookServer(const CString& folder) : folder_(folder) {
 
 WorkbookServer::~WorkbookServer() {
   class_.reset();
-  if (const auto running = running_.lock()) running->End();
+  for (const auto& started : started_) {
+    if (const auto running = started.lock()) running->End();
+  }
 }
 
 CString WorkbookServer::TargetOfNext() const {
@@ -64,18 +67,22 @@ ComPtr<IUnknown> WorkbookServer::Start() {
   const CString folder = FolderOf(TargetOfNext());
   if (!folder.IsEmpty() && !FolderExists(folder)) throw FileError(folder, 0, "there is no such folder for workbooks");
   const auto application = std::make_shared<SpreadsheetApplication>(*this);
-  running_ = application;
+  std::erase_if(started_, [](const auto& started) { return started.expired(); });
+  started_.push_back(application);
   return MakeApplicationObject(application);
 }
 
 ComPtr<IUnknown> WorkbookServer::Running() const {
-  const auto application = running_.lock();
-  return application && application->Runs() ? MakeApplicationObject(application) : nullptr;
+  for (const auto& started : started_) {
+    if (const auto application = started.lock(); application && application->Runs())
+      return MakeApplicationObject(application);
+  }
+  return nullptr;
 }
 
-void WorkbookServer::Saved(const CString& path) {
+void WorkbookServer::Saved(const CString& path, std::shared_ptr<SpreadsheetApplication> application) {
   saved_.push_back(path);
-  visible_ = running_.lock();
+  if (std::find(visible_.begin(), visible_.end(), application) == visible_.end()) visible_.push_back(application);
   if (open_saved_) OpenOnDesktop(path);
 }
 
@@ -87,10 +94,10 @@ void SpreadsheetApplication::CheckRuns() const {
 }
 
 void SpreadsheetApplication::End() {
+  const auto self = shared_from_this();
   process_.reset();
   active_.reset();
-  const auto self = shared_from_this();
-  if (server_ != nullptr && server_->visible_ == self) server_->visible_.reset();
+  if (server_ != nullptr) std::erase(server_->visible_, self);
   server_ = nullptr;
 }
 
@@ -98,7 +105,7 @@ std::shared_ptr<WorkbookWriter> SpreadsheetApplication::AddWorkbook() {
   CheckRuns();
   active_ = std::make_shared<WorkbookWriter>(server_->TakeTarget());
   active_is_saved_ = false;
-  for (std::size_t at = 0; at < kFirstSheets; ++at) active_->AddSheet(Format("Sheet%d", static_cast<int>(at) + 1), at);
+  for (std::size_t at = 0; at < kFirstSheets; ++at) active_->AddSheet(at);
   return active_;
 }
 
@@ -113,7 +120,7 @@ void SpreadsheetApplication::SetVisible(bool visible) {
   if (visible && active_ && !active_is_saved_) {
     active_->Save();
     active_is_saved_ = true;
-    server_->Saved(active_->target());
+    server_->Saved(active_->target(), shared_from_this());
   }
   visible_ = visible;
 }

@@ -35,14 +35,14 @@ class WorkbookServer {
   ComPtr<IUnknown> Running() const;
   CString TargetOfNext() const;
   CString TakeTarget();
-  void Saved(const CString& path);
+  void Saved(const CString& path, std::shared_ptr<SpreadsheetApplication> application);
 
   CString folder_;
   std::optional<CString> next_path_;
   bool open_saved_ = false;
   std::vector<CString> saved_;
-  std::weak_ptr<SpreadsheetApplication> running_;
-  std::shared_ptr<SpreadsheetApplication> visible_;
+  std::vector<std::weak_ptr<SpreadsheetApplication>> started_;
+  std::vector<std::shared_ptr<SpreadsheetApplication>> visible_;
   std::unique_ptr<RegisteredClass> class_;
 };
 

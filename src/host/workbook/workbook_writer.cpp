@@ -47,16 +47,27 @@ CString WithAllowedLength(const CString& name) {
 
 }  // namespace
 
-WrittenSheet& WorkbookWriter::AddSheet(const CString& name, std::size_t position) {
+WrittenSheet& WorkbookWriter::AddSheet(std::size_t position) {
   auto sheet = std::make_unique<WrittenSheet>();
-  sheet->name = name;
+  sheet->name = FreeName({});
   sheet->style = next_style_++;
   return **sheets_.insert(sheets_.begin() + static_cast<std::ptrdiff_t>(position), std::move(sheet));
 }
 
+CString WorkbookWriter::FreeName(const CString& besides) const {
+  for (int number = 1;; ++number) {
+    const CString name = Format("Sheet%d", number);
+    const bool is_taken = name.CompareNoCase(besides) == 0 ||
+                          std::any_of(sheets_.begin(), sheets_.end(),
+                                      [&](const auto& sheet) { return sheet->name.CompareNoCase(name) == 0; });
+    if (!is_taken) return name;
+  }
+}
+
 bool WorkbookWriter::IsTaken(const CString& name, const WrittenSheet* except) const {
-  return std::any_of(sheets_.begin(), sheets_.end(),
-                     [&](const auto& sheet) { return sheet.get() != except && sheet->name.CompareNoCase(name) == 0; });
+  return std::any_of(sheets_.begin(), sheets_.end(), [&](const auto& sheet) {
+    return sheet.get() != except && sheet->is_named && sheet->name.CompareNoCase(name) == 0;
+  });
 }
 
 void WorkbookWriter::Rename(WrittenSheet& sheet, const CString& name) {
@@ -69,6 +80,10 @@ void WorkbookWriter::Rename(WrittenSheet& sheet, const CString& name) {
         "\"" + GbkToUtf8(name) + "\" is too long, taken or holds characters that no sheet name may have");
   }
   sheet.name = mended;
+  sheet.is_named = true;
+  for (const auto& other : sheets_) {
+    if (!other->is_named && other->name.CompareNoCase(mended) == 0) other->name = FreeName(mended);
+  }
 }
 
 ScratchFile& WorkbookWriter::Scratch() {
@@ -138,6 +153,7 @@ void WorkbookWriter::Save() {
   AtomicFile file(target_);
   Saving(*this, file).Run();
   file.Commit();
+  scratch_.reset();
 }
 
 }  // namespace loom

@@ -14,6 +14,7 @@ namespace loom {
 // One worksheet of a workbook that is being written.
 struct WrittenSheet {
   CString name;
+  bool is_named = false;                       // false: the name was found for it and may give way
   std::uint32_t style = 0;                     // number of the cells' style, unlike that of any other sheet
   std::optional<SheetBody> body;               // none: the sheet is empty
   std::optional<std::int32_t> vertical_align;  // of its cells, in the object model's numbers
@@ -29,15 +30,13 @@ class WorkbookWriter {
   explicit WorkbookWriter(const CString& target) : target_(target) {}
 
   const CString& target() const { return target_; }
-  // Adds an empty sheet at a position from 0.
-  WrittenSheet& AddSheet(const CString& name, std::size_t position);
+  // Adds an empty sheet, "Sheet1" or another number that is free, at a position from 0.
+  WrittenSheet& AddSheet(std::size_t position);
   std::size_t SheetCount() const { return sheets_.size(); }
   WrittenSheet& Sheet(std::size_t position) { return *sheets_.at(position); }
   void SetActiveSheet(std::size_t position) { active_ = position; }
   std::size_t ActiveSheet() const { return active_; }
 
-  // Whether a sheet other than `except` has the name; case does not count.
-  bool IsTaken(const CString& name, const WrittenSheet* except = nullptr) const;
   // Gives the sheet the name, mended where a workbook would refuse it: characters of :\/?*[] and apostrophes at its
   // ends become '_', a name that is too long is cut (a piece number at its end stays), a name that another sheet has
   // gets a number. What was mended is noted.
@@ -45,10 +44,14 @@ class WorkbookWriter {
   // Once a sheet; throws AutomationError when it is filled already or the values do not fit on a sheet, FileError when
   // they cannot be set aside.
   void Fill(WrittenSheet& sheet, const COleSafeArray& values, CellAddress first);
+  // Once.
   void Save();
 
  private:
   class Saving;
+  // Whether a sheet other than `except` has been given the name; case does not count.
+  bool IsTaken(const CString& name, const WrittenSheet* except) const;
+  CString FreeName(const CString& besides) const;
 
   ScratchFile& Scratch();
 
