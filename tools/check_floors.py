@@ -22,6 +22,7 @@ LIBRARIES = {
     "minizip/": ("src/host/workbook",),
     "isa-l/": ("src/host/workbook",),
     "CLI/": ("src/apps",),
+    "Q": ("src/apps/qloom-desktop",),
 }
 
 INCLUDE = re.compile(r'^\s*#include\s+(["<])([^">]+)[">]', re.MULTILINE)

@@ -233,6 +233,10 @@ TEST_F(SettingsCommands, AScriptPlaysTheWindowsOfACommand) {
   EXPECT_EQ(json({"PBCH_RSRP", "PBCH_RSRQ"}), Control(states[6], 9111)["items"]);
   EXPECT_EQ(json({1}), Control(states[6], 9111)["selected"]);
   EXPECT_EQ(kNoTdScdma, states[7]["messages"][0]["text"]);
+  EXPECT_EQ("yes", states[7]["messages"][0]["answer"]);
+  EXPECT_EQ("选择日志文件", states[8]["window"]["title"]);
+  EXPECT_EQ(json({{{"name", "Log(*.log)"}, {"patterns", {"*.log"}}}}), states[8]["window"]["filters"]);
+  EXPECT_EQ("导入设置(&I)", Control(states[8], 9063)["text"]);
   EXPECT_EQ(json(), states[9]["window"]);
   EXPECT_EQ(12, Project()["binning"].begin()->at("BinningTime"));
 }

@@ -48,8 +48,11 @@ class StatePrinter {
  private:
   void Print() {
     Json messages = Json::array();
-    for (; seen_ < user_.messages().size(); ++seen_) messages.push_back(MessageJson(user_.messages()[seen_]));
-    std::cout << WindowStateJson(user_.FrontState(), std::move(messages)).dump() << '\n';
+    for (; seen_ < user_.answers().size(); ++seen_) {
+      messages.push_back(MessageJson(user_.messages()[seen_]));
+      messages.back()["answer"] = MessageAnswerName(user_.answers()[seen_]);
+    }
+    std::cout << FrontStateJson(user_, std::move(messages)).dump() << '\n';
   }
 
   ScriptedUser& user_;

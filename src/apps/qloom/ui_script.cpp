@@ -176,6 +176,25 @@ Json ControlJson(const ControlState& control) {
   return json;
 }
 
+void AddFileDialog(const FileDialogRequest& request, Json& json) {
+  Json filters = Json::array();
+  for (const FileFilter& filter : request.filters)
+    filters.push_back({{"name", JsonText(filter.name)}, {"patterns", TextsJson(filter.patterns)}});
+  json["window"] = {{"template", nullptr},
+                    {"title", JsonText(request.title)},
+                    {"file_dialog", request.save ? "save" : "open"},
+                    {"several", request.multi_select},
+                    {"filters", std::move(filters)}};
+  if (request.extra_button) {
+    json["controls"].push_back(ControlJson({.id = request.extra_button->id,
+                                            .class_name = ControlClassName(ControlClass::kPushButton),
+                                            .text = request.extra_button->text,
+                                            .enabled = true,
+                                            .visible = true}));
+  }
+  json["buttons"] = {{"ok", true}, {"cancel", true}};
+}
+
 }  // namespace
 
 void AddScript(ScriptedUser& user, const std::string& path) {
@@ -191,9 +210,10 @@ void AddScript(ScriptedUser& user, const std::string& path) {
   }
 }
 
-Json WindowStateJson(const std::optional<WindowState>& state, Json messages) {
+Json FrontStateJson(const ScriptedUser& user, Json messages) {
   Json json{{"window", nullptr}, {"controls", Json::array()}, {"buttons", Json::object()}};
-  if (state) {
+  if (const FileDialogRequest* const files = user.FrontFileDialog()) AddFileDialog(*files, json);
+  if (const auto state = user.FrontState()) {
     json["window"] = {{"template", state->template_id}, {"title", JsonText(state->title)}};
     for (const ControlState& control : state->controls) json["controls"].push_back(ControlJson(control));
     for (const ButtonState& button : state->buttons) json["buttons"][button.name] = button.enabled;

@@ -18,7 +18,8 @@ namespace loom {
 // Throws Error that names file and line.
 void AddScript(ScriptedUser& user, const std::string& path);
 
-// The window in front, or null for none, and the messages given.
-Json WindowStateJson(const std::optional<WindowState>& state, Json messages);
+// The window in front, or null for none, and the messages given. A file dialog has no template; its window says what
+// can be picked, its controls are the extra button.
+Json FrontStateJson(const ScriptedUser& user, Json messages);
 
 }  // namespace loom

@@ -161,10 +161,16 @@ const CProjectTxtFile* StoredProject::GetProjectTxtFileByName(const CString& nam
 
 void StoredProject::Save() {
   if (IsTemporary()) throw std::logic_error("a temporary project has no file");
+  SaveAs(path_);
+}
+
+void StoredProject::SaveAs(const CString& path) {
   Transaction transaction(database_);
   WriteProjectContent(database_, content_);
   transaction.Commit();
-  WriteProjectFile(path_, database_);
+  WriteProjectFile(path, database_);
+  path_ = path;
+  folder_ = AbsoluteFolderOf(path);
   modified = 0;
 }
 

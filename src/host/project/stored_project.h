@@ -48,6 +48,8 @@ class StoredProject final : public CProject, private CNTLog {
   // Writes the project to its file and clears the modified flag. Throws std::logic_error for a temporary project, else
   // Error; the file is then what it was.
   void Save();
+  // The same to another file, which is the project's from then on.
+  void SaveAs(const CString& path);
 
   bool IsTemporary() const { return path_.IsEmpty(); }
   const CString& FilePath() const { return path_; }            // empty for a temporary project

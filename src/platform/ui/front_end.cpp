@@ -45,7 +45,7 @@ class AbsentFrontEnd : public FrontEnd {
 };
 
 CString& HostCaptionStorage() {
-  static CString caption = "Quillon Loom Host";
+  static CString caption = kApplicationCaption;
   return caption;
 }
 

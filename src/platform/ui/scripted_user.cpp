@@ -48,6 +48,18 @@ class ScriptedUser::Progress : public ProgressView {
   CancelPoint cancel_at_;
 };
 
+// A window that stands in the list of open windows for its lifetime.
+class ScriptedUser::Standing {
+ public:
+  Standing(ScriptedUser& user, OpenWindow window) : user_(user) { user_.open_.push_back(std::move(window)); }
+  Standing(const Standing&) = delete;
+  Standing& operator=(const Standing&) = delete;
+  ~Standing() { user_.open_.pop_back(); }
+
+ private:
+  ScriptedUser& user_;
+};
+
 ScriptedUser::FailureHandler ScriptedUser::SetFailureHandler(FailureHandler handler) {
   return std::exchange(CurrentHandler(), std::move(handler));
 }
@@ -115,10 +127,17 @@ void ScriptedUser::Report() {
 }
 
 std::optional<WindowState> ScriptedUser::FrontState() const {
-  for (auto window = open_.rbegin(); window != open_.rend(); ++window) {
-    if (const CDialog* const dialog = (*window)()) return StateOf(*dialog);
+  for (auto window = open_.rbegin(); window != open_.rend() && !window->files; ++window) {
+    if (const CDialog* const dialog = window->dialog()) return StateOf(*dialog);
   }
   return std::nullopt;
+}
+
+const FileDialogRequest* ScriptedUser::FrontFileDialog() const {
+  for (auto window = open_.rbegin(); window != open_.rend(); ++window) {
+    if (window->files || window->dialog()) return window->files;
+  }
+  return nullptr;
 }
 
 void ScriptedUser::Act(CDialog& dialog, const Step& step) {
@@ -151,11 +170,7 @@ void ScriptedUser::Play(const CDialog& first, const CString& title, const Dialog
   const bool is_expected = !steps_.empty() && steps_.front().kind == StepKind::kDialog && steps_.front().id == id;
   if (!is_expected && !free_) return Fail("unexpected " + name + ", next in the script: " + NextStepText());
   if (is_expected) steps_.pop_front();
-  struct Open {
-    std::vector<DialogInFront>& windows;
-    ~Open() { windows.pop_back(); }
-  } open{open_};
-  open_.push_back(front);
+  const Standing standing(*this, {.dialog = front});
   Report();
   while (front()) {
     if (!PlayStep(front)) {
@@ -184,20 +199,33 @@ MessageAnswer ScriptedUser::AnswerTo(const MessageBoxRequest& request, const Ste
   return DecliningAnswer(request.buttons);
 }
 
-MessageAnswer ScriptedUser::ShowMessage(const MessageBoxRequest& request) {
-  messages_.push_back(request);
+// What the last step did is reported with the answer, the answer's own step with what comes of it.
+MessageAnswer ScriptedUser::AnswerFreely(const MessageBoxRequest& request, const std::string& came) {
+  const bool unreported = std::exchange(step_unreported_, false);
+  const auto step = TakePreset(StepKind::kMessage);
+  const bool took_step = std::exchange(step_unreported_, unreported);
+  answers_.push_back(AnswerTo(request, step.value_or(Step{.kind = StepKind::kMessage, .description = {}}), came));
   Report();
-  const std::string came = "message " + Quoted(request.text) + " (" + MessageIconName(request.icon) + ", " +
-                           MessageButtonsName(request.buttons) + ")";
-  if (free_)
-    return AnswerTo(request,
-                    TakePreset(StepKind::kMessage).value_or(Step{.kind = StepKind::kMessage, .description = {}}), came);
+  step_unreported_ = took_step;
+  return answers_.back();
+}
+
+MessageAnswer ScriptedUser::AnswerAsScripted(const MessageBoxRequest& request, const std::string& came) {
+  Report();
   const bool is_expected = !steps_.empty() && steps_.front().kind == StepKind::kMessage &&
                            (steps_.front().any_message || steps_.front().text == request.text) &&
                            steps_.front().icon.value_or(request.icon) == request.icon;
-  if (is_expected) return AnswerTo(request, *TakeIf(StepKind::kMessage), came);
+  if (is_expected) return answers_.emplace_back(AnswerTo(request, *TakeIf(StepKind::kMessage), came));
+  answers_.push_back(DecliningAnswer(request.buttons));
   Fail("unexpected " + came + ", next in the script: " + NextStepText());
-  return DecliningAnswer(request.buttons);
+  return answers_.back();
+}
+
+MessageAnswer ScriptedUser::ShowMessage(const MessageBoxRequest& request) {
+  messages_.push_back(request);
+  const std::string came = "message " + Quoted(request.text) + " (" + MessageIconName(request.icon) + ", " +
+                           MessageButtonsName(request.buttons) + ")";
+  return free_ ? AnswerFreely(request, came) : AnswerAsScripted(request, came);
 }
 
 void ScriptedUser::PressExtraButton(const FileDialogRequest& request, int id) {
@@ -215,6 +243,7 @@ bool ScriptedUser::MayOverwrite(const FileDialogRequest& request, const Step& st
 
 std::optional<std::vector<CString>> ScriptedUser::ShowFileDialog(const FileDialogRequest& request) {
   file_dialogs_.push_back(request);
+  const Standing standing(*this, {.files = &request});
   Report();
   for (;;) {
     while (const auto step = TakePreset(StepKind::kFileButton)) PressExtraButton(request, step->id);

@@ -99,7 +99,9 @@ class ScriptedUser : public FrontEnd {
   // Called after each step as soon as its effect shows: a new window or message, or the end of what the
   // window in front does about it.
   void SetStepListener(std::function<void()> listener) { listener_ = std::move(listener); }
-  std::optional<WindowState> FrontState() const;  // of the window in front; nothing when none is open
+  // Of the window in front; nothing when none is open or a file dialog is.
+  std::optional<WindowState> FrontState() const;
+  const FileDialogRequest* FrontFileDialog() const;  // null unless a file dialog is in front
   const std::vector<std::string>& failures() const { return failures_; }
 
   // Reports steps that are left over and forgets them.
@@ -118,6 +120,7 @@ class ScriptedUser : public FrontEnd {
   };
   const std::deque<ProgressRecord>& progress() const { return progress_; }
   const std::vector<MessageBoxRequest>& messages() const { return messages_; }  // every message that came
+  const std::vector<MessageAnswer>& answers() const { return answers_; }        // to these
   const std::vector<FileDialogRequest>& file_dialogs() const { return file_dialogs_; }
   const std::vector<CString>& overwrite_questions() const { return overwrite_questions_; }
   int wait_cursor_depth() const { return wait_cursor_depth_; }
@@ -150,6 +153,11 @@ class ScriptedUser : public FrontEnd {
   };
   class Progress;
   using DialogInFront = std::function<CDialog*()>;  // null once the window has ended
+  struct OpenWindow {
+    DialogInFront dialog = {};                 // of a dialog or sheet
+    const FileDialogRequest* files = nullptr;  // of a file dialog
+  };
+  class Standing;
 
   ScriptedUser& Add(Step step);
   ScriptedUser& See(const std::string& what, std::function<std::string(CDialog&)> seen, const std::string& wanted);
@@ -162,13 +170,15 @@ class ScriptedUser : public FrontEnd {
   bool PlayStep(const DialogInFront& front);
   void Act(CDialog& dialog, const Step& step);
   MessageAnswer AnswerTo(const MessageBoxRequest& request, const Step& step, const std::string& came);
+  MessageAnswer AnswerFreely(const MessageBoxRequest& request, const std::string& came);
+  MessageAnswer AnswerAsScripted(const MessageBoxRequest& request, const std::string& came);
   void PressExtraButton(const FileDialogRequest& request, int id);
   bool MayOverwrite(const FileDialogRequest& request, const Step& step);
 
   FrontEnd* previous_;
   std::deque<Step> steps_;
   std::deque<Step> presets_;
-  std::vector<DialogInFront> open_;
+  std::vector<OpenWindow> open_;
   std::function<void()> listener_;
   bool free_ = false;
   bool step_unreported_ = false;
@@ -177,6 +187,7 @@ class ScriptedUser : public FrontEnd {
   std::map<int, CancelPoint> cancel_points_;
   std::deque<ProgressRecord> progress_;  // windows refer to their record
   std::vector<MessageBoxRequest> messages_;
+  std::vector<MessageAnswer> answers_;
   std::vector<FileDialogRequest> file_dialogs_;
   int wait_cursor_depth_ = 0;
   int wait_cursor_count_ = 0;

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+#include <optional>
+#include <vector>
+
+#include "platform/ui/front_end.h"
+
+namespace loom {
+
+class ModalWindow;
+
+// Shows the windows of the model with Qt Widgets: any template, any control. It is the current front end for its
+// lifetime; the application object outlives it.
+class QtFrontEnd final : public FrontEnd {
+ public:
+  QtFrontEnd();
+  QtFrontEnd(const QtFrontEnd&) = delete;
+  QtFrontEnd& operator=(const QtFrontEnd&) = delete;
+  ~QtFrontEnd() override;
+
+  // The owner of windows when no other is open.
+  void SetMainWindow(QWidget* window) { main_window_ = window; }
+  // Answers the next file dialog, which is not shown then, unless something speaks against these files.
+  void OfferFiles(std::vector<CString> paths) { offered_files_ = std::move(paths); }
+  void WithdrawFiles() { offered_files_.reset(); }
+
+  void ShowDialog(CDialog& dialog) override;
+  void ShowSheet(CPropertySheet& sheet) override;
+  MessageAnswer ShowMessage(const MessageBoxRequest& request) override;
+  std::optional<std::vector<CString>> ShowFileDialog(const FileDialogRequest& request) override;
+  std::unique_ptr<ProgressView> ShowProgress(const ProgressRequest& request) override;
+  void SetWaitCursor(bool on) override;
+
+ private:
+  class SuspendWaitCursor;
+  void RunWindow(ModalWindow& window);
+  QWidget* Owner(const CDialog* dialog = nullptr) const;
+  void RefreshOpenWindows() const;
+
+  FrontEnd* previous_;
+  QPointer<QWidget> main_window_;
+  std::vector<QWidget*> open_;  // the last one is in front
+  std::optional<std::vector<CString>> offered_files_;
+};
+
+}  // namespace loom

@@ -1,0 +1,209 @@
+#include "apps/qloom-desktop/shell/main_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDockWidget>
+#include <QLocale>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QTabWidget>
+#include <QUrl>
+#include <set>
+
+#include "apps/qloom-desktop/front_end/qt_text.h"
+#include "apps/qloom-desktop/shell/project_tree.h"
+#include "apps/qloom-desktop/shell/stream_tab.h"
+#include "platform/log.h"
+#include "platform/path.h"
+#include "platform/ui/message_box.h"
+
+namespace loom {
+namespace {
+
+constexpr int kMostMessages = 5000;  // lines
+constexpr QSize kFirstSize(1100, 720);
+constexpr const char* kGeometryKey = "window/geometry";
+constexpr const char* kStateKey = "window/state";
+
+}  // namespace
+
+MainWindow::MainWindow(DesktopSession& session, QtFrontEnd& front_end, QSettings& settings)
+    : session_(session), front_end_(front_end), settings_(settings), tables_(new QTabWidget(this)) {
+  setObjectName(QStringLiteral("main_window"));
+  setAcceptDrops(true);
+  tables_->setObjectName(QStringLiteral("tables"));
+  tables_->setTabsClosable(true);
+  tables_->setDocumentMode(true);
+  connect(tables_, &QTabWidget::tabCloseRequested, this, [this](int at) { delete tables_->widget(at); });
+  setCentralWidget(tables_);
+  MakeDocks();
+  MakeMenus();
+  resize(kFirstSize);
+  restoreGeometry(settings_.value(QLatin1String(kGeometryKey)).toByteArray());
+  restoreState(settings_.value(QLatin1String(kStateKey)).toByteArray());
+  front_end_.SetMainWindow(this);
+  session_.SetLogListener([this](const LogOutcome& outcome) { TellOutcome(outcome); });
+  SetLogSink([this](LogLevel level, std::string_view utf8) {
+    if (level >= LogLevel::kWarning) Tell(QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size())));
+  });
+  Tell(Text(shell::kHint));
+  ShowProject();
+}
+
+MainWindow::~MainWindow() {
+  SetLogSink(nullptr);
+  session_.SetLogListener(nullptr);
+}
+
+void MainWindow::MakeDocks() {
+  tree_ = new ProjectTree(this);
+  tree_->SetStreamOpener([this](IDataStream& stream) { OpenStream(stream); });
+  tree_->SetLogRemover([this](const CString& path) { RemoveLog(path); });
+  tree_->SetLogOpener([this](const CString& path) { Run([&] { session_.manager().OpenLog(path, false); }); });
+  messages_ = new QPlainTextEdit(this);
+  messages_->setObjectName(QStringLiteral("messages"));
+  messages_->setReadOnly(true);
+  messages_->setMaximumBlockCount(kMostMessages);
+  messages_->setAcceptDrops(false);
+  const auto add = [this](const ShellText& title, const char* name, QWidget* widget, Qt::DockWidgetArea area) {
+    auto* const dock = new QDockWidget(Text(title), this);
+    dock->setObjectName(QLatin1String(name));
+    dock->setWidget(widget);
+    addDockWidget(area, dock);
+    return dock;
+  };
+  QDockWidget* const project = add(shell::kDockProject, "dock_project", tree_, Qt::LeftDockWidgetArea);
+  QDockWidget* const told = add(shell::kDockMessages, "dock_messages", messages_, Qt::BottomDockWidgetArea);
+  resizeDocks({project}, {kFirstSize.width() / 4}, Qt::Horizontal);
+  resizeDocks({told}, {kFirstSize.height() / 5}, Qt::Vertical);
+}
+
+void MainWindow::Run(const std::function<void()>& work) {
+  // A command may open windows, in front of which this one waits.
+  if (running_ > 0) return;
+  ++running_;
+  try {
+    work();
+  } catch (const std::exception& error) {
+    ShowMessageBox(FromQt(QString::fromUtf8(error.what())), MessageIcon::kError);
+  }
+  --running_;
+  ShowProject();
+  ShowNotes();
+}
+
+void MainWindow::Tell(const QString& line) { messages_->appendPlainText(line); }
+
+void MainWindow::TellOutcome(const LogOutcome& outcome) {
+  const auto result_text = [&] {
+    switch (outcome.result) {
+      case kImportDone:
+        return Text(shell::kImported);
+      case kImportCancelled:
+        return Text(shell::kCancelled);
+      case kImportAlreadyPresent:
+        return Text(shell::kAlreadyPresent);
+      default:
+        return Text(shell::kFailed);
+    }
+  };
+  QString line = PathToQt(outcome.path) + QStringLiteral(": ") + result_text();
+  if (outcome.logfile && outcome.result == kImportDone) {
+    qint64 rows = 0;
+    for (const IDataStream* const stream : outcome.logfile->GetStreams()) {
+      if (stream->GetRowCount() > 0) rows += stream->GetRowCount();
+    }
+    line += QStringLiteral(", ") +
+            Text(shell::kStreamsAndRows).arg(outcome.logfile->GetStreams().size()).arg(QLocale().toString(rows));
+  }
+  for (const auto& [reason, count] : outcome.skipped)
+    line += QStringLiteral("\n  %1: %2")
+                .arg(QString::fromUtf8(reason.data(), static_cast<qsizetype>(reason.size())))
+                .arg(count);
+  Tell(line);
+}
+
+void MainWindow::ShowNotes() {
+  for (const Notes::Kind& kind : session_.notes().kinds()) {
+    Tell(QStringLiteral("%1: %2").arg(QString::fromStdString(kind.name)).arg(kind.count));
+    for (const Note& place : kind.places)
+      Tell(QStringLiteral("  %1, %2: %3")
+               .arg(PathToQt(place.file), QString::fromStdString(place.at), QString::fromStdString(place.what)));
+  }
+  session_.notes().Clear();
+}
+
+void MainWindow::ShowProject() {
+  CloseTablesOfDroppedStreams();
+  tree_->Show(session_);
+  const CString& path = session_.project().FilePath();
+  const QString name = path.IsEmpty() ? Text(shell::kUntitled) : PathToQt(NameOf(path));
+  setWindowTitle(name + QStringLiteral("[*] - Quillon Loom"));
+  setWindowModified(session_.IsModified());
+  for (const auto& [action, is_present] : optional_actions_) action->setEnabled((this->*is_present)());
+}
+
+void MainWindow::OpenStream(IDataStream& stream) {
+  for (int at = 0; at < tables_->count(); ++at) {
+    if (&static_cast<StreamTab*>(tables_->widget(at))->stream() == &stream) return tables_->setCurrentIndex(at);
+  }
+  tables_->setCurrentIndex(tables_->addTab(new StreamTab(stream, tables_), ToQt(stream.GetName())));
+}
+
+void MainWindow::CloseTables() {
+  while (tables_->count() > 0) delete tables_->widget(0);
+}
+
+void MainWindow::CloseTablesOfDroppedStreams() {
+  std::set<const IDataStream*> streams;
+  for (const ILogfile* const logfile : session_.LoadedLogs()) {
+    for (const IDataStream* const stream : logfile->GetStreams()) streams.insert(stream);
+  }
+  for (int at = tables_->count() - 1; at >= 0; --at) {
+    QWidget* const tab = tables_->widget(at);
+    if (!streams.contains(&static_cast<StreamTab*>(tab)->stream())) delete tab;
+  }
+}
+
+void MainWindow::RemoveLog(const CString& path) {
+  Run([&] {
+    CloseTables();
+    session_.RemoveLog(path);
+  });
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  bool may_close = false;
+  Run([&] { may_close = MayDropProject(); });
+  if (!may_close) return event->ignore();
+  settings_.setValue(QLatin1String(kGeometryKey), saveGeometry());
+  settings_.setValue(QLatin1String(kStateKey), saveState());
+  QMainWindow::closeEvent(event);
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  std::vector<CString> paths;
+  for (const QUrl& url : event->mimeData()->urls()) {
+    if (url.isLocalFile()) paths.push_back(PathFromQt(url.toLocalFile()));
+  }
+  if (paths.empty()) return;
+  event->acceptProposedAction();
+  const ImporterTypeEnum node = tree_->NodeAt(tree_->viewport()->mapFrom(this, event->position().toPoint()));
+  // The one who drags waits until the drop is done.
+  QMetaObject::invokeMethod(
+      this, [=, this] { ImportFiles(node, paths); }, Qt::QueuedConnection);
+}
+
+void MainWindow::ImportFiles(ImporterTypeEnum node, std::vector<CString> paths) {
+  Run([&] {
+    front_end_.OfferFiles(std::move(paths));
+    session_.manager().ImportLog(node);
+    front_end_.WithdrawFiles();
+  });
+}
+
+}  // namespace loom

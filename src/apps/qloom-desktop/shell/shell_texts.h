@@ -1,0 +1,85 @@
+#pragma once
+
+#include <QString>
+
+namespace loom {
+
+// A text of the main window: in Chinese where the user's language is Chinese, else in English. The module's own windows
+// are Chinese everywhere.
+struct ShellText {
+  const char* chinese;
+  const char* english;
+};
+
+enum class ShellLanguage { kChinese, kEnglish };
+ShellLanguage LanguageOfUser();  // by the locale of the environment
+void SetShellLanguage(ShellLanguage language);
+ShellLanguage CurrentShellLanguage();
+
+QString Text(const ShellText& text);
+
+namespace shell {
+
+// clang-format off
+inline constexpr ShellText kMenuProject        {"项目(&P)", "&Project"};
+inline constexpr ShellText kMenuLog            {"日志(&L)", "&Log"};
+inline constexpr ShellText kMenuData           {"数据(&D)", "&Data"};
+inline constexpr ShellText kMenuView           {"视图(&V)", "&View"};
+inline constexpr ShellText kMenuHelp           {"帮助(&H)", "&Help"};
+inline constexpr ShellText kNewProject         {"新建项目(&N)", "&New project"};
+inline constexpr ShellText kOpenProject        {"打开项目(&O)...", "&Open project..."};
+inline constexpr ShellText kSaveProject        {"保存项目(&S)", "&Save project"};
+inline constexpr ShellText kSaveProjectAs      {"项目另存为(&A)...", "Save project &as..."};
+inline constexpr ShellText kRecentProjects     {"最近的项目(&R)", "&Recent projects"};
+inline constexpr ShellText kQuit               {"退出(&X)", "E&xit"};
+inline constexpr ShellText kImportOutdoor      {"导入室外日志(&O)...", "Import &outdoor logs..."};
+inline constexpr ShellText kImportIndoor       {"导入室内日志(&I)...", "Import &indoor logs..."};
+inline constexpr ShellText kImportChinaMobile  {"导入中国移动日志(&M)...", "Import China &Mobile logs..."};
+inline constexpr ShellText kImportByName       {"按文件名导入室内日志(&N)...", "Import one indoor log by &name..."};
+inline constexpr ShellText kOpenLog            {"重新打开项目日志(&P)", "Open log of the &project again"};
+inline constexpr ShellText kRecentLogs         {"最近的日志(&R)", "&Recent logs"};
+inline constexpr ShellText kImportIntermediate {"导入中间文件(&F)...", "Import intermediate &files..."};
+inline constexpr ShellText kCombineLogs        {"合并日志(&C)...", "&Combine logs..."};
+inline constexpr ShellText kCutLog             {"切割日志(&T)...", "Cu&t log..."};
+inline constexpr ShellText kImportText         {"导入文本文件(&I)...", "&Import text file..."};
+inline constexpr ShellText kOpenText           {"重新打开文本文件(&O)", "&Open text file again"};
+inline constexpr ShellText kExportText         {"导出文本文件(&E)...", "&Export text file..."};
+inline constexpr ShellText kExportExcel        {"导出到 Excel(&X)...", "Export to E&xcel..."};
+inline constexpr ShellText kImportNetwork      {"导入网元信息(&N)...", "Import &network elements..."};
+inline constexpr ShellText kAbout              {"关于(&A)", "&About"};
+inline constexpr ShellText kRemoveLog          {"从项目中移除", "Remove from project"};
+inline constexpr ShellText kShowRows           {"显示数据", "Show rows"};
+inline constexpr ShellText kNone               {"（无）", "(none)"};
+inline constexpr ShellText kNodeOutdoor        {"室外日志", "Outdoor logs"};
+inline constexpr ShellText kNodeIndoor         {"室内日志", "Indoor logs"};
+inline constexpr ShellText kNodeChinaMobile    {"中国移动日志", "China Mobile logs"};
+inline constexpr ShellText kNodeText           {"文本文件", "Text files"};
+inline constexpr ShellText kDockProject        {"项目", "Project"};
+inline constexpr ShellText kDockMessages       {"信息", "Messages"};
+inline constexpr ShellText kUntitled           {"未命名项目", "Untitled project"};
+inline constexpr ShellText kNotLoaded          {"（未载入）", "(not loaded)"};
+inline constexpr ShellText kProjectFiles       {"项目文件 (*.qlp)", "Project files (*.qlp)"};
+inline constexpr ShellText kLogFiles           {"日志文件 (*.log)", "Log files (*.log)"};
+inline constexpr ShellText kAllFiles           {"所有文件 (*)", "All files (*)"};
+inline constexpr ShellText kAskSave            {"项目已修改，是否保存？", "The project has changed. Save it?"};
+inline constexpr ShellText kSave               {"保存(&S)", "&Save"};
+inline constexpr ShellText kDiscard            {"不保存(&D)", "&Discard"};
+inline constexpr ShellText kCancel             {"取消", "Cancel"};
+inline constexpr ShellText kOpening            {"正在打开项目...", "Opening the project..."};
+inline constexpr ShellText kImported           {"已导入", "imported"};
+inline constexpr ShellText kFailed             {"导入失败", "not imported"};
+inline constexpr ShellText kCancelled          {"已取消", "cancelled"};
+inline constexpr ShellText kAlreadyPresent     {"同名日志已存在", "a log of that name is there already"};
+inline constexpr ShellText kStreamsAndRows     {"%1 个数据流，%2 行", "%1 streams, %2 rows"};
+inline constexpr ShellText kRowsAndColumns     {"%1 行，%2 列", "%1 rows, %2 columns"};
+inline constexpr ShellText kColumnRow          {"行号", "Row"};
+inline constexpr ShellText kColumnTime         {"时间", "Time"};
+inline constexpr ShellText kColumnTdRow        {"TD-SCDMA 行号", "TD-SCDMA row"};
+inline constexpr ShellText kColumnGsmRow       {"GSM 行号", "GSM row"};
+inline constexpr ShellText kGoToRow            {"转到行：", "Go to row:"};
+inline constexpr ShellText kAboutText          {"路测日志的导入与导出。版本 %1", "Import and export of drive tests. Version %1"};
+inline constexpr ShellText kHint               {"导入日志，或将日志文件拖放到此窗口。\n双击数据流以显示其数据。", "Import logs, or drop log files on this window.\nDouble-click a stream to see its rows."};
+// clang-format on
+
+}  // namespace shell
+}  // namespace loom

@@ -1,0 +1,67 @@
+#include "apps/qloom-desktop/shell/stream_tab.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QSpinBox>
+#include <QTableView>
+#include <QVBoxLayout>
+#include <limits>
+
+#include "apps/qloom-desktop/shell/shell_texts.h"
+#include "apps/qloom-desktop/shell/stream_table_model.h"
+
+namespace loom {
+namespace {
+
+constexpr int kRowMarginPx = 4;
+constexpr int kTimeWidthChars = 24;
+constexpr int kColumnWidthChars = 14;
+
+}  // namespace
+
+StreamTab::StreamTab(IDataStream& stream, QWidget* parent)
+    : QWidget(parent), stream_(stream), model_(new StreamTableModel(stream, this)), table_(new QTableView(this)) {
+  auto* const number = new QSpinBox(this);
+  number->setRange(1, std::numeric_limits<int>::max());
+  number->setKeyboardTracking(false);
+  auto* const label = new QLabel(Text(shell::kGoToRow), this);
+  label->setBuddy(number);
+  auto* const size =
+      new QLabel(Text(shell::kRowsAndColumns)
+                     .arg(QLocale().toString(model_->rowCount()), QLocale().toString(model_->columnCount())),
+                 this);
+  auto* const bar = new QHBoxLayout;
+  bar->addWidget(label);
+  bar->addWidget(number);
+  bar->addStretch(1);
+  bar->addWidget(size);
+  auto* const layout = new QVBoxLayout(this);
+  layout->addLayout(bar);
+  layout->addWidget(table_, 1);
+  connect(number, &QSpinBox::valueChanged, this, [this](int row_number) { GoToRow(row_number); });
+
+  const int letter = fontMetrics().averageCharWidth();
+  table_->setObjectName(QStringLiteral("stream_table"));
+  table_->setWordWrap(false);
+  table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  table_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  // Sections of one size: no row is asked how high it wants to be.
+  QHeaderView& rows = *table_->verticalHeader();
+  rows.setSectionResizeMode(QHeaderView::Fixed);
+  rows.setDefaultSectionSize(fontMetrics().height() + kRowMarginPx);
+  rows.hide();
+  table_->horizontalHeader()->setDefaultSectionSize(letter * kColumnWidthChars);
+  table_->setModel(model_);
+  table_->horizontalHeader()->resizeSection(1, letter * kTimeWidthChars);
+}
+
+void StreamTab::GoToRow(int row_number) {
+  const int position = model_->PositionOf(row_number);
+  if (position < 0) return table_->scrollToBottom();
+  const QModelIndex index = model_->index(position, 0);
+  table_->setCurrentIndex(index);
+  table_->scrollTo(index, QAbstractItemView::PositionAtTop);
+}
+
+}  // namespace loom

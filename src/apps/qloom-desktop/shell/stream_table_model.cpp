@@ -1,0 +1,119 @@
+#include "apps/qloom-desktop/shell/stream_table_model.h"
+
+#include <QDateTime>
+#include <charconv>
+#include <cmath>
+
+#include "apps/qloom-desktop/front_end/qt_text.h"
+#include "apps/qloom-desktop/shell/shell_texts.h"
+#include "components/project.h"
+
+namespace loom {
+namespace {
+
+enum LeadingColumn { kRowNumber, kTime, kTdRow, kGsmRow };
+
+template <class Number>
+QString NumberText(Number number) {
+  char digits[40];
+  const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+  return QString::fromLatin1(digits, end - digits);
+}
+
+}  // namespace
+
+QString ValueText(const CMemDataRow& row, int ie_id, uniFieldValue value) {
+  switch (g_memDataType->GetType(ie_id)) {
+    case kFieldBool:
+      return value.bool_value != 0 ? QStringLiteral("true") : QStringLiteral("false");
+    case kFieldText:
+      return ToQt(CString(row.GetText(value.text)));
+    case kFieldShort:
+      return NumberText(static_cast<std::int16_t>(value.short_value));
+    case kFieldFloat:
+      return NumberText(value.float_value);
+    default:
+      return NumberText(value.int_value);
+  }
+}
+
+QString TimeText(double time_s) {
+  if (time_s == kInvalidDouble || !std::isfinite(time_s)) return {};
+  const auto milliseconds = static_cast<qint64>(std::llround(time_s * 1000));
+  return QDateTime::fromMSecsSinceEpoch(milliseconds).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"));
+}
+
+StreamTableModel::StreamTableModel(IDataStream& stream, QObject* parent)
+    : QAbstractTableModel(parent), stream_(stream), rows_(*stream.GetRows()), merged_rows_(*stream.GetMergedRows()) {
+  columns_ = {{Text(shell::kColumnRow)}, {Text(shell::kColumnTime)}};
+  if (IsMerged()) columns_.insert(columns_.end(), {{Text(shell::kColumnTdRow)}, {Text(shell::kColumnGsmRow)}});
+  for (const CString& name : stream.GetIENames()) {
+    const int id = g_project->GetIEID(name);
+    if (id < 0) continue;
+    const CString unit = g_project->GetIEUnitByIEName(name);
+    columns_.push_back({ToQt(unit.IsEmpty() ? name : name + " (" + unit + ")"), id});
+  }
+}
+
+int StreamTableModel::rowCount(const QModelIndex& parent) const {
+  if (parent.isValid()) return 0;
+  return static_cast<int>(IsMerged() ? merged_rows_.Count() : rows_.Count());
+}
+
+int StreamTableModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(columns_.size());
+}
+
+StreamTableModel::Place StreamTableModel::PlaceAt(int position) const {
+  const auto at = static_cast<std::size_t>(position);
+  if (!IsMerged()) {
+    const auto row = rows_.At(at);
+    return {row->first, row->second};
+  }
+  const auto row = merged_rows_.At(at);
+  return {row->first, row->second.row, &row->second};
+}
+
+QString StreamTableModel::Cell(const Place& place, int column) const {
+  const int id = columns_[static_cast<std::size_t>(column)].ie_id;
+  if (id > 0) {
+    const auto value = place.row->GetIEValueByID(id);
+    return value ? ValueText(*place.row, id, *value) : QString();
+  }
+  switch (column) {
+    case kRowNumber:
+      return NumberText(place.number);
+    case kTime:
+      return TimeText(place.row->GetRecordTime());
+    case kTdRow:
+      return place.merged->td_row_number > 0 ? NumberText(place.merged->td_row_number) : QString();
+    default:
+      return place.merged->gsm_row_number > 0 ? NumberText(place.merged->gsm_row_number) : QString();
+  }
+}
+
+QVariant StreamTableModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::ToolTipRole)) return {};
+  return Cell(PlaceAt(index.row()), index.column());
+}
+
+QVariant StreamTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (role != Qt::DisplayRole) return {};
+  if (orientation == Qt::Horizontal) return columns_[static_cast<std::size_t>(section)].heading;
+  return section + 1;
+}
+
+int StreamTableModel::PositionOf(int row_number) const {
+  int low = 0;
+  int high = rowCount();
+  while (low < high) {
+    const int middle = low + (high - low) / 2;
+    if (PlaceAt(middle).number < row_number)
+      low = middle + 1;
+    else
+      high = middle;
+  }
+  return low < rowCount() ? low : -1;
+}
+
+}  // namespace loom

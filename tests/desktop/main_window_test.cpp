@@ -1,0 +1,149 @@
+#include "apps/qloom-desktop/shell/main_window.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QSettings>
+#include <QTabWidget>
+#include <QTableView>
+#include <QTreeView>
+#include <QTreeWidget>
+#include <cstdlib>
+
+#include "apps/qloom-desktop/front_end/qt_text.h"
+#include "platform/file.h"
+#include "resources/dialog_106.h"
+#include "resources/dialog_9004.h"
+#include "resources/dialog_9005.h"
+#include "resources/dialog_9010.h"
+#include "settings/handset_type_dialog.h"
+#include "tests/desktop/person.h"
+#include "tests/support/temp_folder.h"
+
+// The whole desktop over the real host, from its menus.
+namespace loom::testing {
+namespace {
+
+class Desktop : public ::testing::Test {
+ protected:
+  Desktop() {
+    SetShellLanguage(ShellLanguage::kEnglish);
+    settings = std::make_unique<QSettings>(PathToQt(folder.File("settings.ini")), QSettings::IniFormat);
+    session = std::make_unique<DesktopSession>(QLOOM_SOURCE_DIR "/config", folder.File("recent"));
+    window = std::make_unique<MainWindow>(*session, front_end, *settings);
+    window->show();
+  }
+
+  CString MakeLog(const std::string& sample) {
+    const CString path = folder.File(NativePathToGbk(sample + ".log"));
+    const std::string command = std::string("'") + QLOOM_PROGRAM + "' log make '" QLOOM_SOURCE_DIR "/samples/" +
+                                sample + ".jsonl' '" + GbkPathToNative(path) + "' >/dev/null";
+    EXPECT_EQ(0, std::system(command.c_str()));
+    return path;
+  }
+  QAction& Action(const char* name) { return *window->findChild<QAction*>(QLatin1String(name)); }
+  QTreeWidget& Tree() { return *window->findChild<QTreeWidget*>(QStringLiteral("project_tree")); }
+  int LogsUnder(int node) { return Tree().topLevelItem(node)->childCount(); }
+
+  const TempFolder folder;
+  QtFrontEnd front_end;
+  std::unique_ptr<QSettings> settings;
+  std::unique_ptr<DesktopSession> session;
+  std::unique_ptr<MainWindow> window;
+  Person person;
+};
+
+TEST_F(Desktop, ImportsALogThroughTheFileDialogAndItsSettingsSheet) {
+  const CString log = MakeLog("outdoor_mixed");
+  person.Click(kButtonImportSettings);
+  person.Then("clear TD-SCDMA but one", [] {
+    auto* const tree = Person::Control<QTreeView>(kTreeImportIes);
+    ASSERT_GE(tree->model()->rowCount(), 3);
+    EXPECT_EQ("TD-SCDMA", tree->model()->index(0, 0).data().toString());
+    EXPECT_FALSE(tree->model()->index(0, 0).data(Qt::DecorationRole).isNull());
+  });
+  person.Then("turn", [] { Person::Window()->findChild<QTabWidget*>()->setCurrentIndex(1); });
+  person.Click(kCheckBinningEnabled).Click(kRadioByDistance).Type(kEditDistance, "50");
+  person.Click(kCheckUe).Click(QStringLiteral("ok"));
+  person.Then("pick", [=] {
+    Person::Find<QLineEdit>("fileNameEdit")->setText(PathToQt(log));
+    qobject_cast<QDialog*>(Person::Window())->accept();
+  });
+  Action("import_outdoor").trigger();
+  ASSERT_EQ(1, LogsUnder(0));
+  struct_BinningSetting binning;
+  session->project().GetBinningSetting(log, binning);
+  EXPECT_EQ(kBinningByDistance, binning.binning_type);
+  EXPECT_EQ(50, binning.binning_distance_m);
+  EXPECT_FALSE(session->project().GetImpSettingByLogFile(log).empty());
+  EXPECT_TRUE(window->isWindowModified());
+}
+
+TEST_F(Desktop, DroppedLogsAreImportedUnderTheirNodeAndTheirRowsShown) {
+  window->ImportFiles(kImporterOutdoorLog, {MakeLog("merged_600")});
+  window->ImportFiles(kImporterIndoorLog, {MakeLog("indoor")});
+  ASSERT_EQ(1, LogsUnder(0));
+  ASSERT_EQ(1, LogsUnder(1));
+  QTreeWidgetItem* const stream = Tree().topLevelItem(0)->child(0)->child(0);
+  Tree().itemActivated(stream, 0);
+  const auto* const table = window->findChild<QTableView*>(QStringLiteral("stream_table"));
+  ASSERT_TRUE(table);
+  EXPECT_EQ(146, table->model()->rowCount());
+  EXPECT_EQ("1", table->model()->index(0, 0).data().toString());
+}
+
+TEST_F(Desktop, AnIndoorLogUnderTheOutdoorNodeIsRefusedWithItsMessage) {
+  const CString log = MakeLog("indoor");
+  person.Click(QStringLiteral("ok"));
+  window->ImportFiles(kImporterOutdoorLog, {log});
+  EXPECT_EQ(0, LogsUnder(0));
+  EXPECT_NE(std::string::npos,
+            window->findChild<QPlainTextEdit*>("messages")->toPlainText().toStdString().find("not imported"));
+}
+
+TEST_F(Desktop, ASavedProjectIsOpenedWithItsLogsAndRemembered) {
+  const CString log = MakeLog("merged_600");
+  const CString project = folder.File("a.qlp");
+  window->ImportFiles(kImporterOutdoorLog, {log});
+  session->SaveAs(project);
+  Action("new_project").trigger();
+  EXPECT_EQ(0, LogsUnder(0));
+  window->OpenProject(project);
+  EXPECT_EQ(1, LogsUnder(0));
+  EXPECT_FALSE(window->windowTitle().indexOf("a.qlp") < 0);
+  EXPECT_EQ(QStringList{PathToQt(project)}, settings->value("recent_projects").toStringList());
+}
+
+TEST_F(Desktop, AProjectThatIsNoneIsRefusedAndTheOpenOneStays) {
+  window->ImportFiles(kImporterOutdoorLog, {MakeLog("merged_600")});
+  session->SaveAs(folder.File("a.qlp"));
+  WriteWholeFile(folder.File("b.qlp"), std::string("no project"));
+  person.Click(QStringLiteral("ok"));
+  window->OpenProject(folder.File("b.qlp"));
+  EXPECT_EQ(1, LogsUnder(0));
+  EXPECT_EQ(folder.File("a.qlp"), session->project().FilePath());
+}
+
+TEST_F(Desktop, CommandsThatThisBuildLacksAreDisabled) {
+  EXPECT_EQ(session->HasTextImport(), Action("import_text").isEnabled());
+  EXPECT_EQ(session->HasExcelExport(), Action("export_excel").isEnabled());
+  EXPECT_TRUE(Action("import_outdoor").isEnabled());
+}
+
+TEST_F(Desktop, TheHandsetQuestionIsAsked) {
+  person.Then("choose", [] {
+    auto* const combo = Person::Control<QComboBox>(kComboHandsetType);
+    EXPECT_EQ(static_cast<int>(std::size(kHandsetChoices)), combo->count());
+    combo->setFocus();
+    QTest::keyClick(combo, Qt::Key_Down);
+  });
+  person.Click(kIdOk);
+  EXPECT_EQ(kHandsetChoices[3].model_code, AskForHandsetType());
+}
+
+}  // namespace
+}  // namespace loom::testing
