@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStyle>
 
 #include "apps/qloom-desktop/front_end/qt_front_end.h"
 #include "apps/qloom-desktop/front_end/qt_text.h"
@@ -62,7 +63,13 @@ QSize NeededBy(const QWidget& widget) {
   }
   if (const auto* const label = qobject_cast<const QLabel*>(&widget); label && label->wordWrap())
     return {0, label->heightForWidth(label->width())};
-  if (qobject_cast<const QLabel*>(&widget) || qobject_cast<const QAbstractButton*>(&widget)) return widget.sizeHint();
+  if (qobject_cast<const QLabel*>(&widget)) return widget.sizeHint();
+  if (const auto* const box = qobject_cast<const QAbstractButton*>(&widget)) {
+    // The style asks for air above and below, which costs no pixel of the text.
+    const QRect line = box->fontMetrics().boundingRect(QRect(0, 0, 2000, 100), Qt::TextShowMnemonic, box->text());
+    const int indicator = box->style()->pixelMetric(QStyle::PM_IndicatorHeight);
+    return {box->text().isEmpty() ? indicator : widget.sizeHint().width(), std::max(line.height(), indicator)};
+  }
   if (const auto* const box = qobject_cast<const QGroupBox*>(&widget))
     return {box->fontMetrics().horizontalAdvance(box->title()) + 16, box->fontMetrics().height()};
   if (qobject_cast<const QLineEdit*>(&widget) || qobject_cast<const QComboBox*>(&widget))

@@ -84,7 +84,9 @@ class Person {
   static void ClickOn(QAbstractButton* button) {
     if (!button) return;
     EXPECT_TRUE(button->isEnabled() && button->isVisible()) << button->objectName().toStdString();
-    QTest::mouseClick(button, Qt::LeftButton);
+    // A box is hit where it is drawn, not anywhere in the room for its text.
+    const bool is_box = button->isCheckable() && !button->inherits("QPushButton");
+    QTest::mouseClick(button, Qt::LeftButton, {}, is_box ? QPoint(8, button->height() / 2) : QPoint());
   }
 
   void Schedule() {
@@ -92,6 +94,11 @@ class Person {
   }
 
   void PlayNext() {
+    if (QWidget* const window = Window(); window && !window->isActiveWindow() && waits_++ < kMostWaits) {
+      window->activateWindow();
+      return Schedule();
+    }
+    waits_ = 0;
     if (!acts_on_progress_ && Window() && Window()->objectName() == QStringLiteral("progress")) return Schedule();
     if (steps_.empty()) {
       if (QWidget* const left = Window()) {
@@ -112,6 +119,8 @@ class Person {
   }
 
   std::deque<std::pair<std::string, Step>> steps_;
+  static constexpr int kMostWaits = 200;
+  int waits_ = 0;
   bool started_ = false;
   bool acts_on_progress_ = false;
   QObject context_;

@@ -43,7 +43,6 @@ TEST_F(Windows, EnterPressesTheButtonThatHasTheFocus) {
 
 TEST_F(Windows, AcceleratorsPressButtonsAndLeadFromTextsToTheirControl) {
   KitDialog dialog;
-  person.Then("activate", [] { EXPECT_TRUE(QTest::qWaitForWindowActive(Person::Window())); });
   person.Key(Qt::Key_P, Qt::AltModifier).Key(Qt::Key_C, Qt::AltModifier).Key(Qt::Key_N, Qt::AltModifier);
   person.Then("look", [&] {
     EXPECT_EQ(Person::Control<QWidget>(kKitEdit), Person::Focus());

@@ -10,8 +10,8 @@
 
 namespace loom {
 
-// Dialog units of a font in pixels of the screen. Templates give a Chinese character twice the width of a letter, so
-// the wider of the two decides.
+// Dialog units of a font in pixels of the screen. Templates give a Chinese character twice the width of a letter and
+// the height of a line; it may come from a larger font than letters do, so the larger of the two decides.
 class DialogUnits {
  public:
   explicit DialogUnits(const QFont& font) {
@@ -19,7 +19,8 @@ class DialogUnits {
     static const QString letters = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
     const double letter = metrics.horizontalAdvance(letters) / static_cast<double>(letters.size());
     base_x_ = std::max(letter, metrics.horizontalAdvance(QChar(0x4E2D)) / 2);
-    base_y_ = metrics.height();
+    const QRectF line = metrics.boundingRect(QRectF(0, 0, 1000, 1000), 0, QString(QChar(0x4E2D)));
+    base_y_ = std::max(metrics.height(), line.height());
   }
 
   int X(int units) const { return static_cast<int>(std::lround(units * base_x_ / 4)); }

@@ -109,7 +109,9 @@ class TextEditView final : public ControlView {
   }
 
  private:
-  CString ModelText() const { return FromQt(text_->toPlainText().replace(QStringLiteral("\n"), QStringLiteral("\r\n"))); }
+  CString ModelText() const {
+    return FromQt(text_->toPlainText().replace(QStringLiteral("\n"), QStringLiteral("\r\n")));
+  }
 
   void ShowContent() override {
     text_->setReadOnly(edit_.IsReadOnly());

@@ -113,7 +113,7 @@ class ListView final : public ControlView, public QObject {
   void Connect() {
     QHeaderView* const header = table_->horizontalHeader();
     connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
-      if (!IsRefreshing()) ActLater([this] { list_.UserSelectRows(SelectedRows()); });
+      if (!IsRefreshing()) ActLater([this, rows = SelectedRows()] { list_.UserSelectRows(rows); });
     });
     connect(header, &QHeaderView::sectionClicked, this,
             [this](int column) { ActLater([this, column] { list_.UserClickHeader(column); }); });

@@ -27,7 +27,7 @@ class TreeView final : public ControlView, public QObject {
                                                                : QAbstractItemView::SingleSelection);
     SetWidget(view_);
     connect(view_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
-      if (!IsRefreshing()) ActLater([this] { Select(); });
+      if (!IsRefreshing()) ActLater([this, items = SelectedItems()] { Select(items); });
     });
     connect(view_, &QTreeView::expanded, this, [this](const QModelIndex& index) { Expand(index, true); });
     connect(view_, &QTreeView::collapsed, this, [this](const QModelIndex& index) { Expand(index, false); });
@@ -39,7 +39,8 @@ class TreeView final : public ControlView, public QObject {
  private:
   bool HasBoxes() const { return several_ && tree_.HasStyle(style::kCheckBoxes); }
 
-  void Select() {
+  // The one last clicked comes last.
+  std::vector<HTREEITEM> SelectedItems() const {
     std::vector<HTREEITEM> items;
     const QModelIndex current = view_->currentIndex();
     for (const QModelIndex& index : view_->selectionModel()->selectedIndexes()) {
@@ -47,6 +48,10 @@ class TreeView final : public ControlView, public QObject {
     }
     std::sort(items.begin(), items.end());
     if (view_->selectionModel()->isSelected(current)) items.push_back(model_.ItemAt(current));
+    return items;
+  }
+
+  void Select(const std::vector<HTREEITEM>& items) {
     if (several_) return several_->UserSelectItems(items);
     if (!items.empty()) tree_.UserSelect(items.back());
   }

@@ -15,7 +15,7 @@ namespace loom {
 namespace {
 
 constexpr int kRowMarginPx = 4;
-constexpr int kTimeWidthChars = 24;
+constexpr const char* kWidestTime = " 0000-00-00 00:00:00.000 ";
 constexpr int kColumnWidthChars = 14;
 
 }  // namespace
@@ -53,7 +53,7 @@ StreamTab::StreamTab(IDataStream& stream, QWidget* parent)
   rows.hide();
   table_->horizontalHeader()->setDefaultSectionSize(letter * kColumnWidthChars);
   table_->setModel(model_);
-  table_->horizontalHeader()->resizeSection(1, letter * kTimeWidthChars);
+  table_->horizontalHeader()->resizeSection(1, fontMetrics().horizontalAdvance(QLatin1String(kWidestTime)));
 }
 
 void StreamTab::GoToRow(int row_number) {
