@@ -134,6 +134,14 @@ TEST_F(Desktop, CommandsThatThisBuildLacksAreDisabled) {
   EXPECT_TRUE(Action("import_outdoor").isEnabled());
 }
 
+TEST_F(Desktop, LogsAreCombinedInTheirOwnWindow) {
+  person.Then("look", [] { EXPECT_EQ("合并日志文件", Person::Window()->windowTitle()); }).Click(kIdCancel);
+  Action("combine_logs").trigger();
+  person.Then("look", [] { EXPECT_EQ(QStringLiteral("dialog_9009"), Person::Window()->objectName()); })
+      .Click(kIdCancel);
+  Action("cut_log").trigger();
+}
+
 TEST_F(Desktop, TheHandsetQuestionIsAsked) {
   person.Then("choose", [] {
     auto* const combo = Person::Control<QComboBox>(kComboHandsetType);
