@@ -7,7 +7,7 @@ import sys
 
 PLATFORM = {"platform"}
 COMPONENTS = PLATFORM | {"components"}
-MODULE = COMPONENTS | {"manager", "importers", "conversion", "text", "excel", "logtools", "settings", "resources"}
+MODULE = COMPONENTS | {"manager", "importers", "conversion", "text", "excel", "netinfo", "logtools", "settings", "resources"}
 SEES = {
     "platform": PLATFORM,
     "components": COMPONENTS,
@@ -18,8 +18,10 @@ SEES = {
 LIBRARIES = {
     "sqlite3.h": ("src/host/project", "src/host/netdb"),
     "pugixml.hpp": ("src/host",),
-    "nlohmann/": ("src/host/logstore", "src/apps"),
     "minizip/": ("src/host/workbook",),
+    "expat.h": ("src/host/workbook",),
+    "freexl.h": ("src/host/workbook",),
+    "nlohmann/": ("src/host/logstore", "src/apps"),
     "isa-l/": ("src/host/workbook",),
     "CLI/": ("src/apps",),
     "Q": ("src/apps/qloom-desktop",),

@@ -7,6 +7,7 @@
 #include "importers/auto_test_log_importer.h"
 #include "importers/indoor_log_importer.h"
 #include "importers/outdoor_log_importer.h"
+#include "netinfo/net_info_importer.h"
 #include "platform/log.h"
 #include "platform/ui/message_box.h"
 #include "settings/handset_question.h"
@@ -28,6 +29,8 @@ std::unique_ptr<IImporter> MakeImporter(ImporterTypeEnum type) {
       return std::unique_ptr<IImporter>(CCMCCLogImportWrap().CreateImporter());
     case kImporterText:
       return std::make_unique<CTextImporter>();
+    case kImporterNetInfo:
+      return std::make_unique<CNetInfoImporter>();
     default:
       return nullptr;
   }
@@ -37,13 +40,6 @@ std::unique_ptr<IExporter> MakeExporter(ExporterTypeEnum type) {
   switch (type) {
     case kExporterText:
       return std::make_unique<CTextExporter>();
-    default:
-      return nullptr;
-  }
-}
-
-std::unique_ptr<IExporter> MakeExporter(ExporterTypeEnum type) {
-  switch (type) {
     case kExporterExcel:
       return std::make_unique<CExcelExporter>();
     default:

@@ -12,6 +12,7 @@
 #include "components/importer.h"
 #include "components/log_store.h"
 #include "components/module_communicator.h"
+#include "components/net_info.h"
 #include "components/stream_info.h"
 #include "manager/type_registry.h"
 #include "platform/cstring.h"
@@ -22,8 +23,6 @@ namespace loom {
 class CProjectTxtFile;
 class CTextImporter;
 struct TextImportSettings;
-
-using ProtocolTypeEnum = ProtocolCode;
 
 // What became of one log or text file of a command.
 struct LogOutcome {

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "host/catalogue/name_pattern.h"
+#include "host/catalogue/table_file.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
 #include "platform/number.h"
@@ -29,68 +30,6 @@ constexpr std::array kTypeNames{
     TypeName{"int", kFieldInt},   TypeName{"float", kFieldFloat},
 };
 
-// The fields of one line; what is wrong with one of them is thrown as std::invalid_argument.
-class Fields {
- public:
-  // The last `optional` columns may be left away, all of them together.
-  Fields(std::string_view line, std::size_t count, std::size_t optional = 0) {
-    for (;;) {
-      const auto tab = line.find('\t');
-      fields_.push_back(line.substr(0, tab));
-      if (tab == std::string_view::npos) break;
-      line.remove_prefix(tab + 1);
-    }
-    if (fields_.size() + optional == count) fields_.resize(count);
-    if (fields_.size() != count) {
-      throw std::invalid_argument(std::to_string(fields_.size()) + " columns instead of " + std::to_string(count));
-    }
-  }
-
-  std::string_view Text(std::size_t column) const { return fields_[column]; }
-  std::int32_t Int(std::size_t column, const char* what, std::int32_t minimum, std::int32_t maximum) const {
-    const auto value = ParseInt<std::int32_t>(fields_[column]);
-    if (!value || *value < minimum || *value > maximum) {
-      throw std::invalid_argument(std::string(what) + " '" + std::string(fields_[column]) + "' is no integer from " +
-                                  std::to_string(minimum) + " to " + std::to_string(maximum));
-    }
-    return *value;
-  }
-  // Empty: none.
-  std::optional<double> Double(std::size_t column, const char* what) const {
-    if (fields_[column].empty()) return std::nullopt;
-    const auto value = ParseDouble(fields_[column]);
-    if (!value || !std::isfinite(*value)) {
-      throw std::invalid_argument(std::string(what) + " '" + std::string(fields_[column]) + "' is no number");
-    }
-    return value;
-  }
-
- private:
-  std::vector<std::string_view> fields_;
-};
-
-// Calls `take` with every line that is neither empty nor a comment and its number from 1; what it throws gets file and
-// line.
-template <class Take>
-void ForEachLine(std::string_view text, const CString& file, Take&& take) {
-  std::int32_t number = 0;
-  while (!text.empty()) {
-    ++number;
-    const auto end = text.find('\n');
-    std::string_view line = text.substr(0, end);
-    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    if (line.empty() || line.starts_with('#')) continue;
-    try {
-      take(line, number);
-    } catch (const std::invalid_argument& error) {
-      throw CatalogueError(file, number, error.what());
-    } catch (const EncodingError& error) {
-      throw CatalogueError(file, number, error.what());
-    }
-  }
-}
-
 MemTableFieldTypeEnum ParseType(std::string_view name) {
   for (const TypeName& known : kTypeNames) {
     if (known.name == name) return known.type;
@@ -99,7 +38,7 @@ MemTableFieldTypeEnum ParseType(std::string_view name) {
 }
 
 // What all ids of a line have in common.
-CIEEntry ParseCommonPart(const Fields& fields) {
+CIEEntry ParseCommonPart(const TableFields& fields) {
   CIEEntry entry;
   entry.unit = Utf8ToGbk(fields.Text(3));
   entry.type = ParseType(fields.Text(4));
@@ -117,9 +56,6 @@ CIEEntry ParseCommonPart(const Fields& fields) {
 
 }  // namespace
 
-CatalogueError::CatalogueError(const CString& path, std::int32_t line, const std::string& reason)
-    : Error(GbkToUtf8(path) + " line " + std::to_string(line) + ": " + reason), line_(line) {}
-
 IECatalogue IECatalogue::Load(const CString& folder) {
   const CString ies = JoinPath(folder, kIEsFile);
   const CString events = JoinPath(folder, kEventsFile);
@@ -136,8 +72,8 @@ IECatalogue IECatalogue::Parse(std::string_view ies, const CString& ies_name, st
 
 void IECatalogue::AddEntries(std::string_view text, const CString& file) {
   std::vector<LineStart> lines;
-  ForEachLine(text, file, [&](std::string_view line, std::int32_t number) {
-    const Fields fields(line, 7, 2);
+  ForEachTableLine(text, file, [&](std::string_view line, std::int32_t number) {
+    const TableFields fields(line, 7, 2);
     const std::int32_t first_id = fields.Int(0, "the id", 1, kMaxId);
     const std::int32_t count = fields.Int(1, "the count", 1, kMaxId - first_id + 1);
     if (!entries_.empty() && first_id <= entries_.back().id) {
@@ -177,8 +113,8 @@ void IECatalogue::IndexEntries(std::span<const LineStart> lines, const CString& 
 }
 
 void IECatalogue::AddEvents(std::string_view text, const CString& file) {
-  ForEachLine(text, file, [&](std::string_view line, std::int32_t) {
-    const Fields fields(line, 2);
+  ForEachTableLine(text, file, [&](std::string_view line, std::int32_t) {
+    const TableFields fields(line, 2);
     const std::int32_t id = fields.Int(0, "the id", 0, kMaxId);
     const CString name = Utf8ToGbk(fields.Text(1));
     if (name.IsEmpty()) throw std::invalid_argument("the name is empty");

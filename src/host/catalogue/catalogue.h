@@ -11,20 +11,11 @@
 
 #include "components/field_value.h"
 #include "components/project.h"
+#include "host/catalogue/table_file.h"
 #include "platform/cstring.h"
 #include "platform/error.h"
 
 namespace loom {
-
-// A catalogue file whose content cannot be used. what() names file, line and reason.
-class CatalogueError : public Error {
- public:
-  CatalogueError(const CString& path, std::int32_t line, const std::string& reason);
-  std::int32_t line() const { return line_; }  // from 1
-
- private:
-  std::int32_t line_;
-};
 
 // Name, unit, type and range of every information element, and the names of the events. Unchangeable once loaded;
 // entries stay where they are as long as the catalogue lives, also when it is moved.

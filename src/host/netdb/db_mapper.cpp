@@ -1,17 +1,124 @@
 #include "host/netdb/db_mapper.h"
 
+#include <exception>
 #include <tuple>
 
 #include "components/field_value.h"
-#include "host/netdb/network_database.h"
+#include "components/host_folders.h"
+#include "host/netdb/network_storage.h"
+#include "host/netdb/network_worksheet.h"
+#include "host/netdb/parameter_catalogue.h"
 #include "host/netdb/text_config.h"
+#include "platform/encoding.h"
 #include "platform/log.h"
+#include "platform/notes.h"
 
 namespace loom {
+namespace {
+
+// Whether the work succeeded; why it did not goes to the log.
+template <class Work>
+bool Succeeds(Work work) {
+  try {
+    work();
+    return true;
+  } catch (const std::exception& error) {
+    Log(LogLevel::kError, error.what());
+    return false;
+  }
+}
+
+}  // namespace
 
 DBMapper& DBMapper::Instance() {
   static DBMapper mapper;
   return mapper;
+}
+
+IWorkbookReader& DBMapper::Workbook() const {
+  if (workbook_ == nullptr) throw Error("no workbook is open");
+  return *workbook_;
+}
+
+int DBMapper::OpenWorkbook(CString path) {
+  CloseWorkbook();
+  path_ = path;
+  return Succeeds([&] { workbook_ = OpenWorkbookReader(path); });
+}
+
+void DBMapper::CloseWorkbook() { workbook_.reset(); }
+
+int DBMapper::GetWorksheetNames(std::vector<CString>& names) {
+  return Succeeds([&] { names = Workbook().SheetNames(); });
+}
+
+int DBMapper::GetColumnHeadings(CString worksheet, std::list<CString>& headings,
+                                std::map<CString, CString>& attributes) {
+  return Succeeds([&] {
+    const ParameterCatalogue catalogue = ParameterCatalogue::Load(GetChosenConfigFolder());
+    headings.clear();
+    attributes.clear();
+    for (const CString& heading : NetworkWorksheet(Workbook(), path_, worksheet).Headings()) {
+      headings.push_back(heading);
+      if (!catalogue.Knows(heading)) attributes[heading] = kAttributeFree;
+    }
+  });
+}
+
+int DBMapper::GetParameterCatalogue(NetDataType data_type, ProtocolTypeEnum protocol, std::vector<CString>& names,
+                                    std::vector<CString>& attributes) {
+  return Succeeds([&] {
+    const ParameterCatalogue catalogue = ParameterCatalogue::Load(GetChosenConfigFolder());
+    names.clear();
+    attributes.clear();
+    for (const ParameterCatalogue::Parameter& parameter : catalogue.Of(data_type, protocol)) {
+      names.push_back(parameter.name);
+      attributes.push_back(parameter.attribute);
+    }
+  });
+}
+
+int DBMapper::ReadRows(CString worksheet, ProtocolTypeEnum, const std::vector<CString>& source_columns,
+                       std::vector<NetInfoRow>& rows) {
+  report_ = {};
+  report_.worksheet = worksheet;
+  report_.source_columns = source_columns;
+  rows.clear();
+  const bool is_read = Succeeds([&] { rows = NetworkWorksheet(Workbook(), path_, worksheet).Rows(source_columns); });
+  report_.rows_read = rows.size();
+  return is_read;
+}
+
+int DBMapper::StoreRows(NetDataType data_type, ProtocolTypeEnum protocol, const std::vector<CString>& parameters,
+                        const std::vector<CString>& attributes, const std::vector<NetInfoRow>& rows) {
+  report_.parameters = parameters;
+  report_.attributes = attributes;
+  report_.table.Empty();
+  report_.counts = {};
+  return Succeeds([&] { Store(data_type, protocol, rows); });
+}
+
+void DBMapper::Store(NetDataType data_type, ProtocolTypeEnum protocol, const std::vector<NetInfoRow>& rows) {
+  if (network_ == nullptr) throw Error("no project is open");
+  if (report_.attributes.size() != report_.parameters.size()) throw Error("each parameter needs an attribute");
+  const std::string sheet = GbkToUtf8(report_.worksheet);
+  auto row = rows.begin();
+  const auto next = [&](std::vector<NetworkValue>& values) {
+    if (row == rows.end()) return false;
+    if (row->values.size() != values.size()) throw Error("each parameter needs a value");
+    for (std::size_t at = 0; at < values.size(); ++at) {
+      std::string mended;
+      values[at] = StoredValue(row->values[at], report_.attributes[at], mended);
+      if (mended.empty()) continue;
+      CurrentNotes().Add("value of another kind", path_, sheet + " row " + std::to_string(row->sheet_row),
+                         "the value of " + GbkToUtf8(report_.parameters[at]) + " " + mended);
+    }
+    ++row;
+    return true;
+  };
+  const CString table = TableOf(data_type, protocol);
+  report_.counts = network_->PutRows(table, report_.parameters, next);
+  report_.table = table;
 }
 
 bool DBMapper::TableExists(const CString& table) { return network_ != nullptr && network_->HoldsRows(table); }
@@ -23,23 +130,11 @@ void DBMapper::GetCellPosition(std::int32_t cell_key, double& longitude, double&
 }
 
 bool DBMapper::SaveTextConfig(CString path, const CProjectTxtFile& record) {
-  try {
-    WriteTextConfig(path, record);
-    return true;
-  } catch (const Error& error) {
-    Log(LogLevel::kError, error.what());
-    return false;
-  }
+  return Succeeds([&] { WriteTextConfig(path, record); });
 }
 
 bool DBMapper::LoadTextConfig(CString path, CProjectTxtFile& record) {
-  try {
-    ReadTextConfig(path, record);
-    return true;
-  } catch (const Error& error) {
-    Log(LogLevel::kError, error.what());
-    return false;
-  }
+  return Succeeds([&] { ReadTextConfig(path, record); });
 }
 
 }  // namespace loom

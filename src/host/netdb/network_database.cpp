@@ -36,19 +36,24 @@ void CreateTable(Database& database, const NetworkTable& table) {
 
 CString LowerCase(CString text) { return text.MakeLower(); }
 
-void AddMissingColumns(Database& database, const NetworkTable& table, const std::vector<NetworkRow>& rows) {
-  std::set<CString> present;
-  Statement columns = database.Prepare("SELECT name FROM pragma_table_info(?)");
-  columns.BindText(1, table.name);
-  while (columns.Step()) present.insert(LowerCase(columns.Text(0)));
-  for (const NetworkRow& row : rows) {
-    for (const auto& [column, value] : row) {
-      if (!present.insert(LowerCase(column)).second) continue;
-      if (column.IsEmpty() || column.Find('\0') >= 0) throw Error("a column has no usable name");
-      database.Execute("ALTER TABLE " + std::string(table.name) + " ADD COLUMN " + QuotedName(column));
-    }
+class ColumnAdder {
+ public:
+  ColumnAdder(Database& database, const NetworkTable& table) : database_(database), table_(table) {
+    Statement columns = database.Prepare("SELECT name FROM pragma_table_info(?)");
+    columns.BindText(1, table.name);
+    while (columns.Step()) present_.insert(LowerCase(columns.Text(0)));
   }
-}
+  void Need(const CString& column) {
+    if (!present_.insert(LowerCase(column)).second) return;
+    if (column.IsEmpty() || column.Find('\0') >= 0) throw Error("a column has no usable name");
+    database_.Execute("ALTER TABLE " + std::string(table_.name) + " ADD COLUMN " + QuotedName(column));
+  }
+
+ private:
+  Database& database_;
+  const NetworkTable& table_;
+  std::set<CString> present_;
+};
 
 void Bind(Statement& statement, int parameter, const NetworkValue& value) {
   if (const auto* const number = std::get_if<std::int64_t>(&value)) {
@@ -62,39 +67,33 @@ void Bind(Statement& statement, int parameter, const NetworkValue& value) {
   }
 }
 
-// Inserts rows of changing columns; the statement is kept while they stay the same.
+// Inserts rows; the statement is kept while their columns stay the same.
 class RowInserter {
  public:
   RowInserter(Database& database, const NetworkTable& table) : database_(database), table_(table) {}
 
-  void Insert(const NetworkRow& row) {
-    if (!statement_ || !HasColumnsOf(row)) Prepare(row);
+  void UseColumns(const std::vector<CString>& columns) {
+    if (statement_ && columns == columns_) return;
+    if (columns.empty()) throw Error("it has no column");
+    std::set<CString> seen;
+    std::string names, marks;
+    for (const CString& column : columns) {
+      if (!seen.insert(LowerCase(column)).second)
+        throw Error("the column \"" + GbkToUtf8(column) + "\" is there twice");
+      names += (names.empty() ? "" : ", ") + QuotedName(column);
+      marks += marks.empty() ? "?" : ", ?";
+    }
+    columns_ = columns;
+    statement_ = database_.Prepare("INSERT OR REPLACE INTO " + std::string(table_.name) + "(" + names + ") VALUES(" +
+                                   marks + ")");
+  }
+  void Insert(const std::vector<NetworkValue>& values) {
     int parameter = 0;
-    for (const auto& [column, value] : row) Bind(*statement_, ++parameter, value);
+    for (const NetworkValue& value : values) Bind(*statement_, ++parameter, value);
     statement_->Run();
   }
 
  private:
-  bool HasColumnsOf(const NetworkRow& row) const {
-    return std::equal(row.begin(), row.end(), columns_.begin(), columns_.end(),
-                      [](const auto& field, const CString& column) { return field.first == column; });
-  }
-  void Prepare(const NetworkRow& row) {
-    if (row.empty()) throw Error("it has no column");
-    columns_.clear();
-    std::set<CString> seen;
-    std::string names, marks;
-    for (const auto& [column, value] : row) {
-      if (!seen.insert(LowerCase(column)).second)
-        throw Error("the column \"" + GbkToUtf8(column) + "\" is there twice");
-      columns_.push_back(column);
-      names += (names.empty() ? "" : ", ") + QuotedName(column);
-      marks += marks.empty() ? "?" : ", ?";
-    }
-    statement_ = database_.Prepare("INSERT OR REPLACE INTO " + std::string(table_.name) + "(" + names + ") VALUES(" +
-                                   marks + ")");
-  }
-
   Database& database_;
   const NetworkTable& table_;
   std::vector<CString> columns_;
@@ -103,31 +102,57 @@ class RowInserter {
 
 }  // namespace
 
-NetworkDatabase::Counts NetworkDatabase::PutRows(const CString& table_name, const std::vector<NetworkRow>& rows) {
-  const NetworkTable& table = KnownTable(table_name);
+NetworkDatabase::Counts NetworkDatabase::PutInOneGo(const NetworkTable& table, const PutAll& put_all) {
   position_queries_.reset();
   Transaction transaction(database_);
   CreateTable(database_, table);
-  AddMissingColumns(database_, table, rows);
   const std::string count_sql = "SELECT count(*) FROM " + std::string(table.name);
   const std::int64_t before = database_.ReadInt(count_sql);
   std::int64_t number = 0;
-  {
-    RowInserter inserter(database_, table);
-    for (const NetworkRow& row : rows) {
-      ++number;
-      try {
-        inserter.Insert(row);
-      } catch (const Error& error) {
-        throw Error(std::string(table.name) + ", row " + std::to_string(number) + ": " + error.what());
-      }
-    }
+  try {
+    put_all(number);
+  } catch (const Error& error) {
+    throw Error(std::string(table.name) + ", row " + std::to_string(number) + ": " + error.what());
   }
   Counts counts;
   counts.added = database_.ReadInt(count_sql) - before;
   counts.replaced = number - counts.added;
   transaction.Commit();
   return counts;
+}
+
+NetworkDatabase::Counts NetworkDatabase::PutRows(const CString& table_name, const std::vector<NetworkRow>& rows) {
+  const NetworkTable& table = KnownTable(table_name);
+  return PutInOneGo(table, [&](std::int64_t& number) {
+    ColumnAdder adder(database_, table);
+    RowInserter inserter(database_, table);
+    std::vector<CString> columns;
+    std::vector<NetworkValue> values;
+    for (const NetworkRow& row : rows) {
+      ++number;
+      columns.clear();
+      values.clear();
+      for (const auto& [column, value] : row) {
+        adder.Need(column);
+        columns.push_back(column);
+        values.push_back(value);
+      }
+      inserter.UseColumns(columns);
+      inserter.Insert(values);
+    }
+  });
+}
+
+NetworkDatabase::Counts NetworkDatabase::PutRows(const CString& table_name, const std::vector<CString>& columns,
+                                                 const NextRow& next) {
+  const NetworkTable& table = KnownTable(table_name);
+  return PutInOneGo(table, [&](std::int64_t& number) {
+    ColumnAdder adder(database_, table);
+    for (const CString& column : columns) adder.Need(column);
+    RowInserter inserter(database_, table);
+    inserter.UseColumns(columns);
+    for (std::vector<NetworkValue> values(columns.size()); next(values); inserter.Insert(values)) ++number;
+  });
 }
 
 std::vector<NetworkRow> NetworkDatabase::ListRows(const CString& table_name) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <utility>
@@ -11,6 +12,8 @@
 #include "platform/cstring.h"
 
 namespace loom {
+
+struct NetworkTable;
 
 // A row of a network-element table: column name -> value, monostate where it is empty.
 using NetworkValue = std::variant<std::monostate, std::int64_t, double, CString>;
@@ -30,6 +33,9 @@ class NetworkDatabase {
   // Stores the rows; one of the same key (CI and so on) is replaced as a whole. All of them or, with an Error that
   // names the row, none.
   Counts PutRows(const CString& table, const std::vector<NetworkRow>& rows);
+  // The same for rows that all have these columns. `next` fills in the values of one row, false behind the last.
+  using NextRow = std::function<bool(std::vector<NetworkValue>& values)>;
+  Counts PutRows(const CString& table, const std::vector<CString>& columns, const NextRow& next);
   // The rows with their values that are not empty, columns in the table's order. Throws Error for an unknown table.
   std::vector<NetworkRow> ListRows(const CString& table);
 
@@ -39,6 +45,8 @@ class NetworkDatabase {
   std::optional<std::pair<double, double>> LongitudeLatitudeOf(std::int32_t cell_key);
 
  private:
+  using PutAll = std::function<void(std::int64_t& number)>;  // counts the rows it puts
+  Counts PutInOneGo(const NetworkTable& table, const PutAll& put_all);
   std::vector<Statement>& PositionQueries();
 
   Database& database_;
