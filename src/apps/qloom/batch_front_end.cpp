@@ -115,6 +115,8 @@ void BatchFrontEnd::ShowSheet(CPropertySheet& sheet) {
   if (answers_.text_import && TextImportWizardUser::IsWizard(sheet)) return FillTextImport(sheet);
   const auto pick_file = [this](const CString& path) { sheet_file_ = path; };
   if (text_export_ && TextExportWizardUser::IsTextExportWizard(sheet)) return text_export_->Fill(sheet, pick_file);
+  const auto fill = answers_.sheets.find(sheet.GetPage(0).GetTemplate().id);
+  if (fill != answers_.sheets.end()) return fill->second(sheet);
   if (!answers_.import_sheet || !IsImportSheet(sheet)) return FrontEnd::ShowSheet(sheet);
   sheet_refused_ = !FillImportSheet(sheet, *answers_.import_sheet, pick_file);
 }

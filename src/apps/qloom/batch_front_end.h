@@ -29,6 +29,8 @@ struct BatchAnswers {
   std::map<int, std::function<void(CDialog&, BatchFrontEnd&)>> dialogs;
   std::optional<TextImportAnswers> text_import;    // none: the text import wizard is cancelled
   std::optional<TextExportAnswers> text_export;    // none: the wizard is cancelled
+  // By template of the first page: the same for a sheet.
+  std::map<int, std::function<void(CPropertySheet&)>> sheets;
 };
 
 struct MessageShown {

@@ -24,6 +24,7 @@ void AddLogToolCommands(CLI::App& app, CommandLine& line);       // combine, cut
 void AddTextImportCommands(CLI::App& app, CommandLine& line);    // import-text, open-text
 void AddExportTextCommand(CLI::App& app, CommandLine& line);     // export-text
 void AddExportExcelCommand(CLI::App& app, CommandLine& line);    // export-excel
+void AddNetImportCommand(CLI::App& app, CommandLine& line);      // import-net
 void AddUiCommand(CLI::App& app, CommandLine& line);             // ui
 
 // The paths of files that are all there; throws Error otherwise.

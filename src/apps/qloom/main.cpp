@@ -47,6 +47,7 @@ int main(int argc, char** argv) {
   loom::AddTextImportCommands(app, line);
   loom::AddExportTextCommand(app, line);
   loom::AddExportExcelCommand(app, line);
+  loom::AddNetImportCommand(app, line);
   loom::AddUiCommand(app, line);
   try {
     app.parse(argc, argv);

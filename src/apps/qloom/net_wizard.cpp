@@ -1,0 +1,109 @@
+#include "apps/qloom/net_wizard.h"
+
+#include "platform/encoding.h"
+#include "platform/error.h"
+#include "platform/ui/list_ctrl.h"
+#include "platform/ui/tree_ctrl.h"
+#include "resources/dialog_9007.h"
+#include "resources/dialog_9017.h"
+#include "resources/dialog_9018.h"
+#include "resources/dialog_9019.h"
+
+namespace loom {
+namespace {
+
+int RowOf(const CListCtrl& list, const CString& heading) {
+  const int row = list.FindItem(heading);
+  if (row < 0) throw Error("the worksheet has no heading \"" + GbkToUtf8(heading) + "\"");
+  return row;
+}
+
+void ChooseParameter(CDialog& dialog, const CString& name) {
+  auto& tree = dialog.GetDlgItem<CTreeCtrl>(kTreeParams);
+  HTREEITEM item = tree.GetChildItem(tree.GetRootItem());
+  while (item && tree.GetItemText(item) != name) item = tree.GetNextSiblingItem(item);
+  if (!item) throw Error("this kind of data has no parameter \"" + GbkToUtf8(name) + "\"");
+  tree.UserSelect(item);
+}
+
+}  // namespace
+
+bool NetWizardUser::Fill(CPropertySheet& sheet) {
+  if (sheet.FindPage(kDialogNetImport1) < 0) return false;
+  try {
+    FillPages(sheet);
+  } catch (const UiRefused& refusal) {
+    throw Error(refusal.what());
+  }
+  if (sheet.IsRunning()) sheet.UserClose();
+  return true;
+}
+
+void NetWizardUser::FillPages(CPropertySheet& sheet) {
+  CDialog& first = *sheet.GetActivePage();
+  first.GetDlgItem<CComboBox>(kComboNetProtocol).UserChoose(answers_.protocol);
+  first.GetDlgItem<CComboBox>(kComboNetDataType).UserChoose(answers_.data_type);
+  first.UserPress(kButtonBrowseNet);
+  sheet.UserPress(kIdWizardNext);
+  if (sheet.GetActiveIndex() != sheet.FindPage(kDialogNetImport2)) return;  // a message has said why
+  FillMapping(*sheet.GetActivePage());
+  if (answered_) sheet.UserPress(kIdWizardFinish);
+}
+
+void NetWizardUser::FillMapping(CDialog& page) {
+  answered_ = true;
+  if (answers_.worksheet) page.GetDlgItem<CComboBox>(kComboWorksheet).UserChoose(*answers_.worksheet);
+  for (const auto& answer : answers_.map) {
+    if (!answered_) return;
+    FreeParameter(page, answer.first, answer.second);
+    PressForRow(page, kButtonMapNet, answer);
+  }
+  for (const auto& answer : answers_.custom) {
+    if (answered_) PressForRow(page, kButtonCustomNet, answer);
+  }
+}
+
+// A parameter that another heading has of itself goes to the one that it is asked for.
+void NetWizardUser::FreeParameter(CDialog& page, const CString& heading, const CString& parameter) const {
+  auto& list = page.GetDlgItem<CListCtrl>(kListNetMapping);
+  for (int row = 0; row < list.GetItemCount(); ++row) {
+    if (list.GetItemText(row, 1) != parameter || list.GetItemText(row, 0) == heading) continue;
+    list.UserSelectRows({row});
+    page.UserPress(kButtonClearNet);
+  }
+}
+
+void NetWizardUser::PressForRow(CDialog& page, int button, const std::pair<CString, CString>& answer) {
+  auto& list = page.GetDlgItem<CListCtrl>(kListNetMapping);
+  const int row = RowOf(list, answer.first);
+  if (list.GetItemText(row, 1) == answer.second) return;
+  list.UserSelectRows({row});
+  answer_ = answer.second;
+  answered_ = false;
+  page.UserPress(button);
+  if (list.GetItemText(row, 1) == answer.second) answered_ = true;
+  if (!answered_ && button == kButtonCustomNet && !answer_.IsEmpty())
+    throw Error("the heading \"" + GbkToUtf8(answer.first) + "\" is a parameter's name and cannot get one of your own");
+}
+
+bool NetWizardUser::Fill(CDialog& dialog) {
+  const int id = dialog.GetTemplate().id;
+  if (id != kDialogParam && id != kDialogCustomNet) return false;
+  const CString answer = std::exchange(answer_, CString());
+  try {
+    if (id == kDialogParam) {
+      ChooseParameter(dialog, answer);
+      dialog.UserPress(kIdOk);
+    } else {
+      auto& name = dialog.GetDlgItem<CEdit>(kEditCustomName);
+      name.UserType(answer);
+      if (name.GetWindowText() == answer) dialog.UserPress(kIdOk);
+    }
+  } catch (const UiRefused& refusal) {
+    throw Error(refusal.what());
+  }
+  if (dialog.IsRunning()) dialog.UserClose();
+  return true;
+}
+
+}  // namespace loom
