@@ -18,7 +18,7 @@ struct WorksheetCell {
     kBool,
     kDate,
     kError,    // such as "#N/A"
-    kNoValue,  // a formula whose result the file does not hold
+    kNoValue,  // a formula without a result that can be given
   };
 
   std::uint32_t column = 0;  // from 0

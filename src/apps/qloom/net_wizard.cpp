@@ -1,5 +1,7 @@
 #include "apps/qloom/net_wizard.h"
 
+#include <algorithm>
+
 #include "platform/encoding.h"
 #include "platform/error.h"
 #include "platform/ui/list_ctrl.h"
@@ -47,7 +49,21 @@ void NetWizardUser::FillPages(CPropertySheet& sheet) {
   sheet.UserPress(kIdWizardNext);
   if (sheet.GetActiveIndex() != sheet.FindPage(kDialogNetImport2)) return;  // a message has said why
   FillMapping(*sheet.GetActivePage());
-  if (answered_) sheet.UserPress(kIdWizardFinish);
+  if (answered_) PressFinish(sheet);
+}
+
+void NetWizardUser::PressFinish(CPropertySheet& sheet) const {
+  const auto buttons = sheet.GetButtons();
+  const bool is_enabled = std::any_of(buttons.begin(), buttons.end(), [](const SheetButton& button) {
+    return button.id == kIdWizardFinish && button.enabled;
+  });
+  if (is_enabled) return sheet.UserPress(kIdWizardFinish);
+  const auto& list = sheet.GetActivePage()->GetDlgItem<CListCtrl>(kListNetMapping);
+  std::string headings;
+  for (int row = 0; row < list.GetItemCount(); ++row)
+    headings += (row > 0 ? ", \"" : "\"") + GbkToUtf8(list.GetItemText(row, 0)) + "\"";
+  throw Error("no column is mapped: " + (headings.empty() ? "the worksheet has no headings"
+                                                          : "none of the headings is a parameter's name: " + headings));
 }
 
 void NetWizardUser::FillMapping(CDialog& page) {

@@ -29,6 +29,7 @@ class NetWizardUser {
 
  private:
   void FillPages(CPropertySheet& sheet);
+  void PressFinish(CPropertySheet& sheet) const;
   void FillMapping(CDialog& page);
   void PressForRow(CDialog& page, int button, const std::pair<CString, CString>& answer);
   void FreeParameter(CDialog& page, const CString& heading, const CString& parameter) const;

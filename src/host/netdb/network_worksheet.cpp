@@ -132,7 +132,7 @@ class RowSink final : public IWorksheetSink {
                     Column(cell) + " holds " + std::string(cell.text) + ", taken as empty");
         return {};
       case WorksheetCell::Kind::kNoValue:
-        place_.Note("formula without a stored result", row, Column(cell) + " is taken as empty");
+        place_.Note("formula without a result", row, Column(cell) + " is taken as empty");
         return {};
     }
     return {};

@@ -17,7 +17,7 @@ class NetworkWorksheet {
   // is noted; columns without a heading are left out.
   std::vector<CString> Headings();
   // The rows below that hold something in the columns named by these headings. Error values and formulas without a
-  // stored result count as empty and are noted. Throws Error when a heading is not there.
+  // result count as empty and are noted. Throws Error when a heading is not there.
   std::vector<NetInfoRow> Rows(const std::vector<CString>& headings);
 
  private:

@@ -2,6 +2,7 @@
 
 #include <freexl.h>
 
+#include "host/workbook/biff_formula_reader.h"
 #include "host/workbook/cell_date_reader.h"
 #include "platform/encoding.h"
 #include "platform/error.h"
@@ -43,10 +44,11 @@ class XlsReader final : public IWorkbookReader {
     unsigned short columns = 0;
     Check(freexl_select_active_worksheet(handle_.get(), static_cast<unsigned short>(sheet)), "a sheet cannot be read");
     Check(freexl_worksheet_dimensions(handle_.get(), &rows, &columns), "a sheet cannot be read");
+    const BiffResults results = ReadBiffResults(path_, sheet);
     std::vector<WorksheetCell> cells;
     for (unsigned row = 0; row < rows; ++row) {
       cells.clear();
-      for (unsigned short column = 0; column < columns; ++column) AddCell(row, column, cells);
+      for (unsigned short column = 0; column < columns; ++column) AddCell(row, column, results, cells);
       if (!cells.empty() && !sink.OnRow(row + 1, cells)) return;
     }
   }
@@ -79,7 +81,13 @@ class XlsReader final : public IWorkbookReader {
     return value;
   }
 
-  void AddCell(unsigned row, unsigned short column, std::vector<WorksheetCell>& cells) {
+  void AddCell(unsigned row, unsigned short column, const BiffResults& results, std::vector<WorksheetCell>& cells) {
+    if (const auto found = results.find({row, column}); found != results.end()) {
+      const BiffResult& result = found->second;
+      if (result.kind == WorksheetCell::Kind::kText && result.text.empty()) return;
+      cells.push_back({column, result.kind, result.number, result.text});
+      return;
+    }
     FreeXL_CellValue value;
     Check(freexl_get_cell_value(handle_.get(), row, column, &value), "a cell cannot be read");
     WorksheetCell cell;

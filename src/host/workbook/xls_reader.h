@@ -6,8 +6,7 @@
 
 namespace loom {
 
-// A BIFF workbook. It is read as a whole when it is opened. The library under it gives no formula results and no error
-// values: those cells come as formulas without a value.
+// A BIFF workbook. It is read as a whole when it is opened.
 std::unique_ptr<IWorkbookReader> OpenXls(const CString& path);
 
 }  // namespace loom
