@@ -1,6 +1,7 @@
 #include "netinfo/net_info_importer.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "components/resource_handle.h"
 #include "netinfo/net_import_page1.h"
@@ -13,10 +14,15 @@
 namespace loom {
 namespace {
 
+constexpr double kLargestShownWhole = 1e15;  // larger numbers are shown with an exponent
+
 // A value as a message shows it.
 CString ShownValue(const NetValue& value) {
   if (const auto* const text = std::get_if<CString>(&value)) return *text;
-  if (const auto* const number = std::get_if<double>(&value)) return CString(NumberText(*number));
+  if (const auto* const number = std::get_if<double>(&value)) {
+    const bool is_whole = std::trunc(*number) == *number && std::abs(*number) < kLargestShownWhole;
+    return CString(is_whole ? NumberText(*number, 0) : NumberText(*number));
+  }
   return {};
 }
 

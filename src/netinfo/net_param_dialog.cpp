@@ -16,7 +16,13 @@ CNetParamDialog::CNetParamDialog(NetDataType data_type, ProtocolTypeEnum protoco
       data_type_(data_type),
       protocol_(protocol),
       names_(std::move(names)),
-      mapped_(std::move(mapped)) {}
+      mapped_(std::move(mapped)) {
+  OnDoubleClicked(kTreeParams, [this] {
+    const auto& tree = GetDlgItem<CTreeCtrl>(kTreeParams);
+    const CTreeCtrl::Hit& hit = tree.GetHit();
+    if (hit.item && hit.part == TreeHitPart::kLabel && !tree.ItemHasChildren(hit.item)) OnOK();
+  });
+}
 
 void CNetParamDialog::OnInitDialog() {
   CDialog::OnInitDialog();

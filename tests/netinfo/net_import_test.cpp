@@ -1,8 +1,9 @@
-#include <functional>
+#include <algorithm>
 
 #include "host/netdb/db_mapper.h"
 #include "manager/io_manager.h"
 #include "netinfo/net_import_page2.h"
+#include "platform/file.h"
 #include "resources/dialog_9007.h"
 #include "resources/dialog_9017.h"
 #include "resources/dialog_9018.h"

@@ -76,8 +76,9 @@ TEST_F(NetImportCommand, GivesDistancesToTheNextLogImport) {
   const json header{{"kind", "store"}, {"version", 160}, {"test_type", 1}, {"date", "2024-05-17"}};
   WriteText(folder_.native() / "drive.jsonl", header.dump() + "\n" + td.dump() + "\n" + lte.dump() + "\n");
   ASSERT_EQ(0, Run("log make drive.jsonl drive.log").exit_code);
+  std::filesystem::copy_file(folder_.native() / "p.qlp", folder_.native() / "q.qlp");
   EXPECT_NEAR(1110.4, FieldOfFirstRow("drive.log --stream 'drive_RV2230_TD(1)' --project p.qlp", 2387), 1.0);
-  EXPECT_NEAR(1110.4, FieldOfFirstRow("drive.log --stream 'drive_TESSARY_TN300_LTE(2)' --project p.qlp", 2382), 1.0);
+  EXPECT_NEAR(1110.4, FieldOfFirstRow("drive.log --stream 'drive_TESSARY_TN300_LTE(2)' --project q.qlp", 2382), 1.0);
 }
 
 TEST_F(NetImportCommand, AScriptPlaysThePersonInTheWizard) {
@@ -86,13 +87,11 @@ TEST_F(NetImportCommand, AScriptPlaysThePersonInTheWizard) {
 {"press": 9001}
 {"files": ["td.xlsx"]}
 {"button": "next"}
-{"answer": "ok"}
 {"choose": [9126, "小区"]}
 {"button": "next"}
 {"select": [9034, [3]]}
 {"press": 9015}
 {"button": "finish"}
-{"answer": "ok"}
 {"press": 9035}
 {"select": [9044, ["TD-SCDMA 小区/CI"]]}
 {"button": "ok"}

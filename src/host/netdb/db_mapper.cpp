@@ -119,6 +119,9 @@ void DBMapper::Store(NetDataType data_type, ProtocolTypeEnum protocol, const std
   const CString table = TableOf(data_type, protocol);
   report_.counts = network_->PutRows(table, report_.parameters, next);
   report_.table = table;
+  Log(LogLevel::kInfo, std::string(table.view()) + ": " + std::to_string(rows.size()) + " rows, " +
+                           std::to_string(report_.counts.added) + " new, " + std::to_string(report_.counts.replaced) +
+                           " replaced");
 }
 
 bool DBMapper::TableExists(const CString& table) { return network_ != nullptr && network_->HoldsRows(table); }

@@ -34,8 +34,8 @@ constexpr NetworkTable kTables[] = {
     {"tbl_Cell_LTE",  // a cell identity is not required: without one the cell is known by what else there is
      "MCC INTEGER, MNC INTEGER, CI INTEGER, CellName TEXT, SiteName TEXT, "
      "Longitude REAL, Latitude REAL, PCI INTEGER, EARFCN INTEGER, Frequency REAL",
-     "ifnull(MCC, -1), ifnull(MNC, -1), ifnull(CI, 'PCI ' || PCI || ' ' || ifnull(EARFCN, '') || ' ' || "
-     "ifnull(Frequency, '') || ' ' || Longitude || ' ' || Latitude)", kLteCellKeys},
+     "ifnull(MCC, -1), ifnull(MNC, -1), ifnull(CI, 'PCI ' || ifnull(PCI, '') || ' ' || ifnull(EARFCN, '') || ' ' || "
+     "ifnull(Frequency, '') || ' ' || ifnull(Longitude, '') || ' ' || ifnull(Latitude, ''))", kLteCellKeys},
     {"tbl_AdjCell",
      "ServCellMCC INTEGER, ServCellMNC INTEGER, ServCellCI INTEGER, "
      "NborCellMCC INTEGER, NborCellMNC INTEGER, NborCellCI INTEGER",
