@@ -20,25 +20,22 @@ int RowOf(const CListCtrl& list, const CString& heading) {
   return row;
 }
 
-void ChooseParameter(CDialog& dialog, const CString& name) {
-  auto& tree = dialog.GetDlgItem<CTreeCtrl>(kTreeParams);
+HTREEITEM ItemOf(const CTreeCtrl& tree, const CString& name) {
   HTREEITEM item = tree.GetChildItem(tree.GetRootItem());
   while (item && tree.GetItemText(item) != name) item = tree.GetNextSiblingItem(item);
   if (!item) throw Error("this kind of data has no parameter \"" + GbkToUtf8(name) + "\"");
-  tree.UserSelect(item);
+  return item;
 }
 
 }  // namespace
 
-bool NetWizardUser::Fill(CPropertySheet& sheet) {
-  if (sheet.FindPage(kDialogNetImport1) < 0) return false;
+void NetWizardUser::FillWizard(CPropertySheet& sheet) {
   try {
     FillPages(sheet);
   } catch (const UiRefused& refusal) {
     throw Error(refusal.what());
   }
   if (sheet.IsRunning()) sheet.UserClose();
-  return true;
 }
 
 void NetWizardUser::FillPages(CPropertySheet& sheet) {
@@ -102,24 +99,30 @@ void NetWizardUser::PressForRow(CDialog& page, int button, const std::pair<CStri
     throw Error("the heading \"" + GbkToUtf8(answer.first) + "\" is a parameter's name and cannot get one of your own");
 }
 
-bool NetWizardUser::Fill(CDialog& dialog) {
-  const int id = dialog.GetTemplate().id;
-  if (id != kDialogParam && id != kDialogCustomNet) return false;
-  const CString answer = std::exchange(answer_, CString());
+void NetWizardUser::ChooseParameter(CDialog& dialog) {
+  Answer(dialog, [](CDialog& picker, const CString& answer) {
+    auto& tree = picker.GetDlgItem<CTreeCtrl>(kTreeParams);
+    tree.UserSelect(ItemOf(tree, answer));
+    picker.UserPress(kIdOk);
+  });
+}
+
+void NetWizardUser::TypeName(CDialog& dialog) {
+  Answer(dialog, [](CDialog& naming, const CString& answer) {
+    auto& name = naming.GetDlgItem<CEdit>(kEditCustomName);
+    name.UserType(answer);
+    if (name.GetWindowText() == answer) naming.UserPress(kIdOk);
+  });
+}
+
+// A dialog that did not take the answer, which a message has said, is cancelled.
+void NetWizardUser::Answer(CDialog& dialog, void (*give)(CDialog&, const CString&)) {
   try {
-    if (id == kDialogParam) {
-      ChooseParameter(dialog, answer);
-      dialog.UserPress(kIdOk);
-    } else {
-      auto& name = dialog.GetDlgItem<CEdit>(kEditCustomName);
-      name.UserType(answer);
-      if (name.GetWindowText() == answer) dialog.UserPress(kIdOk);
-    }
+    give(dialog, std::exchange(answer_, CString()));
   } catch (const UiRefused& refusal) {
     throw Error(refusal.what());
   }
   if (dialog.IsRunning()) dialog.UserClose();
-  return true;
 }
 
 }  // namespace loom

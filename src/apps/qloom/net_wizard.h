@@ -23,12 +23,14 @@ class NetWizardUser {
  public:
   explicit NetWizardUser(NetWizardAnswers answers) : answers_(std::move(answers)) {}
 
-  // False for a window that is not the wizard's.
-  bool Fill(CPropertySheet& sheet);
-  bool Fill(CDialog& dialog);
+  // The wizard, and the two dialogs that its second page shows.
+  void FillWizard(CPropertySheet& sheet);
+  void ChooseParameter(CDialog& dialog);
+  void TypeName(CDialog& dialog);
 
  private:
   void FillPages(CPropertySheet& sheet);
+  void Answer(CDialog& dialog, void (*give)(CDialog&, const CString&));
   void PressFinish(CPropertySheet& sheet) const;
   void FillMapping(CDialog& page);
   void PressForRow(CDialog& page, int button, const std::pair<CString, CString>& answer);
