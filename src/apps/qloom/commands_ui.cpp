@@ -24,7 +24,7 @@ const std::map<std::string, FacadeCommand> kCommands{
     {"import-net",
      [](CIOManager& manager, ImporterTypeEnum) {
        ProtocolTypeEnum protocol = kProtocolTdScdma;
-       return manager.ImportNetInfo(protocol);
+       return manager.ImportNetInfo(protocol) > 0 ? int{kImportDone} : int{kImportFailed};
      }},
     {"combine",
      [](CIOManager& manager, ImporterTypeEnum) {
