@@ -5,10 +5,12 @@
 #include <cstdlib>
 #include <memory_resource>
 #include <string>
+#include <vector>
 
 #include "components/factory.h"
 #include "components/log_store.h"
 #include "fuzz/target.h"
+#include "host/logstore/window_reader.h"
 #include "platform/error.h"
 #include "platform/notes.h"
 
@@ -53,6 +55,31 @@ void ReadAll(CLogFileManager& log) {
   log.GetRecordEndTime();
 }
 
+constexpr TimeWindow kAllTimes{INT64_MIN, INT64_MAX};
+
+std::vector<std::uint64_t> Positions(auto& reader) {
+  std::vector<std::uint64_t> positions;
+  for (LogPacket packet; reader.Next(packet);)
+    if (kAllTimes.Holds(packet.time_ns)) positions.push_back(packet.position_bytes);
+  return positions;
+}
+
+// A time index that holds good leads to every record that reading from front to back finds.
+void ReadByIndex(const CString& path) {
+  LogReader reader(path);
+  const auto index = reader.ReadIndex();
+  if (!index) return;
+  std::vector<std::uint64_t> found;
+  try {
+    WindowReader records(reader, *index, kAllTimes);
+    found = Positions(records);
+  } catch (const FormatError&) {
+    return;
+  }
+  reader.Rewind();
+  if (found != Positions(reader)) std::abort();
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -64,9 +91,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (opened != (CLogFileManager::GetLogFileVersion(file.Folder() + file.Name()) == log.GetLogFileVersion() &&
                  log.GetLogFile() != nullptr))
     std::abort();
-  if (opened)
+  if (!opened && notes.IsEmpty()) std::abort();
+  if (opened) {
     ReadAll(log);
-  else if (notes.IsEmpty())
-    std::abort();
+    ReadByIndex(file.Folder() + file.Name());
+  }
   return 0;
 }

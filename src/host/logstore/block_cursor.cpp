@@ -30,6 +30,12 @@ const std::byte* BlockCursor::Fill(std::uint32_t count) {
   return buffer_.data();
 }
 
+void BlockCursor::ContinueAt(std::uint64_t position_bytes) {
+  at_ = position_bytes;
+  damage_.reset();
+  if (at_ < buffer_position_ || at_ > buffer_end_) buffer_position_ = buffer_end_ = at_;
+}
+
 bool BlockCursor::Damaged(const std::string& reason) {
   damage_.emplace(at_, reason);
   return false;

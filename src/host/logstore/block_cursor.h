@@ -37,6 +37,8 @@ class BlockCursor {
   // Why Next stopped before the end of the file.
   const std::optional<FormatError>& damage() const { return damage_; }
   std::uint64_t Position() const { return at_; }  // of the next block
+  // Goes on with the block there, past damage too; a position in the file.
+  void ContinueAt(std::uint64_t position_bytes);
 
  private:
   const std::byte* Need(std::uint32_t count);

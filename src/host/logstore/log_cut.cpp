@@ -25,6 +25,35 @@ std::optional<LogReader> OpenSource(const CString& source, const CString& target
   }
 }
 
+// False, with a note when there is an index that does not hold good, when the target is not written.
+bool CutByIndex(LogReader& reader, const CString& target, const TimeWindow& window) {
+  const auto index = reader.ReadIndex();
+  if (!index) return false;
+  Notes unheard;  // whatever is to be noted makes the index wrong, and reading the whole log tells it again
+  try {
+    const NotesScope scope(unheard);
+    WindowReader records(reader, *index, window);
+    LogWriter log(target, reader.header());
+    for (LogPacket packet; records.Next(packet);) log.Append(packet);
+    if (!unheard.IsEmpty()) throw FormatError(index->end_bytes, "the log holds what its index does not tell");
+    reader.RequireUnchanged();
+    log.Finish();
+    return true;
+  } catch (const FormatError& error) {
+    CurrentNotes().Add("time index not used", reader.path(), error.position_bytes(), error.reason());
+    return false;
+  }
+}
+
+void CutWhole(LogReader& reader, const CString& target, const TimeWindow& window) {
+  reader.Rewind();
+  LogWriter log(target, reader.header());
+  for (LogPacket packet; reader.Next(packet);)
+    if (window.Holds(packet.time_ns)) log.Append(packet);
+  reader.RequireUnchanged();
+  log.Finish();
+}
+
 }  // namespace
 
 TimeWindow WindowOfSeconds(const LocalTime& first, const LocalTime& last) {
@@ -36,11 +65,7 @@ bool CutLog(const CString& source, const CString& target, const TimeWindow& wind
   std::optional<LogReader> reader = OpenSource(source, target);
   if (!reader) return false;
   try {
-    LogWriter log(target, reader->header());
-    for (LogPacket packet; reader->Next(packet);)
-      if (packet.time_ns >= window.start_ns && packet.time_ns < window.end_ns) log.Append(packet);
-    reader->RequireUnchanged();
-    log.Finish();
+    if (!CutByIndex(*reader, target, window)) CutWhole(*reader, target, window);
   } catch (const FileError& error) {
     if (error.path() != target) throw;
     CurrentNotes().Add("log not written", target, error.position_bytes(), error.reason());

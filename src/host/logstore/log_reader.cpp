@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/logstore/pcapng.h"
+#include "host/logstore/trailer_cursor.h"
 #include "platform/byte_reader.h"
 #include "platform/notes.h"
 
@@ -12,8 +13,6 @@ namespace loom {
 namespace {
 
 using namespace pcapng;
-
-constexpr int kTrailersSearched = 16;  // blocks in front of the end among which the statistics are looked for
 
 struct Option {
   std::uint16_t code = kOptionEnd;
@@ -100,6 +99,17 @@ LogHeader ReadLogHeader(const InputFile& file, BlockCursor& cursor) {
 LogReader::LogReader(const CString& path, std::uint32_t piece_bytes) : file_(path), cursor_(file_, piece_bytes) {
   file_.ExpectSequentialReading();
   header_ = ReadLogHeader(file_, cursor_);
+  header_end_bytes_ = cursor_.Position();
+}
+
+void LogReader::ContinueAt(std::uint64_t position_bytes) {
+  cursor_.ContinueAt(position_bytes);
+  ended_ = false;
+}
+
+void LogReader::Rewind() {
+  ContinueAt(header_end_bytes_);
+  interfaces_.clear();
 }
 
 double LogReader::ShareRead() const {
@@ -190,26 +200,17 @@ bool LogReader::Next(LogPacket& packet) {
   return false;
 }
 
-// The statistics block is among the last blocks of the file: they are walked backward by their closing lengths.
+// The statistics block is among the last blocks of the file.
 std::optional<LogTimes> LogReader::TimesFromStatistics() const {
   BlockCursor cursor(file_);
   Block first;
   if (!cursor.Next(first) || !cursor.Next(first) || first.type != kInterfaceDescription) return std::nullopt;
   const std::uint8_t resolution = ParseInterface(first).time_resolution;
-  std::uint64_t end = file_.Size();
-  for (int i = 0; i < kTrailersSearched && end >= kBlockOverhead; ++i) {
-    std::array<std::byte, 4> closing{};
-    file_.ReadAt(end - closing.size(), closing);
-    const std::uint32_t length = ByteReader(closing).U32();
-    if (length % 4 != 0 || length < kBlockOverhead || length > kMaxBlockBytes || length > end) return std::nullopt;
-    end -= length;
-    std::vector<std::byte> bytes(length);
-    file_.ReadAt(end, bytes);
-    ByteReader block(bytes, end);
-    const std::uint32_t type = block.U32();
-    if (block.U32() != length || type == kEnhancedPacket || type == kSectionHeader) return std::nullopt;
-    if (type != kInterfaceStatistics) continue;
-    const auto ticks = StatisticsTicks(block.Part(length - kBlockOverhead));
+  TrailerCursor trailers(file_);
+  for (Trailer trailer; trailers.Next(trailer);) {
+    if (trailer.type != kInterfaceStatistics) continue;
+    const std::vector<std::byte> body = trailers.Body(trailer);
+    const auto ticks = StatisticsTicks(ByteReader(body, trailer.BodyPosition()));
     if (!ticks) return std::nullopt;
     return LogTimes{Nanoseconds(ticks->first, resolution), Nanoseconds(ticks->second, resolution)};
   }

@@ -9,6 +9,7 @@
 
 #include "host/logstore/block_cursor.h"
 #include "host/logstore/log_header.h"
+#include "host/logstore/time_index.h"
 #include "platform/file.h"
 
 namespace loom {
@@ -39,6 +40,9 @@ class LogReader {
   const LogHeader& header() const { return header_; }
   bool Next(LogPacket& packet);  // false at the end of the log
   double ShareRead() const;      // 0 to 1
+  // Goes on with the block there, a position in the file; the interfaces described so far hold on.
+  void ContinueAt(std::uint64_t position_bytes);
+  void Rewind();  // to the first block behind the header
 
   // Throws FileError when somebody has written to the log since it was opened.
   void RequireUnchanged() const { file_.RequireUnchanged(); }
@@ -46,6 +50,8 @@ class LogReader {
   // From the statistics at the end of the file, from all records where a tool dropped them; nothing when there is no
   // record. Does not disturb reading.
   std::optional<LogTimes> ReadTimes() const;
+  // The time index at the end of the file, as far as it can be checked there. Does not disturb reading.
+  std::optional<TimeIndex> ReadIndex() const { return ReadTimeIndex(file_); }
 
  private:
   // How the packets of an interface are read. Ticks are a negative power of 10 or of 2 of a second.
@@ -65,6 +71,7 @@ class LogReader {
   InputFile file_;
   LogHeader header_;
   BlockCursor cursor_;
+  std::uint64_t header_end_bytes_ = 0;
   std::vector<Interface> interfaces_;
   bool ended_ = false;
 };

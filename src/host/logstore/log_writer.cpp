@@ -12,6 +12,8 @@ namespace {
 
 using namespace pcapng;
 
+constexpr std::uint32_t kStatisticsBytes = 64;  // of a log with records
+
 // What is no time of day counts as midnight.
 std::uint64_t TimeOfDayNanoseconds(double time_s) {
   const bool sound = time_s >= 0.0 && time_s < kEndOfTimes_s;
@@ -32,8 +34,10 @@ void EndOptions(ByteWriter& out) { PutOption(out, kOptionEnd, 0); }
 
 }  // namespace
 
-LogWriter::LogWriter(const CString& path, const LogHeader& header)
-    : file_(path), midnight_ns_(static_cast<std::uint64_t>(MidnightSeconds(header.day)) * 1'000'000'000U) {
+LogWriter::LogWriter(const CString& path, const LogHeader& header, std::uint64_t stretch_bytes)
+    : file_(path),
+      midnight_ns_(static_cast<std::uint64_t>(MidnightSeconds(header.day)) * 1'000'000'000U),
+      index_(stretch_bytes) {
   WriteSectionHeader(header);
   WriteInterface();
 }
@@ -103,6 +107,7 @@ void LogWriter::CountRecord(std::uint64_t time_ns) {
   start_ns_ = record_count_ == 0 ? time_ns : std::min(start_ns_, time_ns);
   end_ns_ = std::max(end_ns_, time_ns);
   ++record_count_;
+  index_.Add(file_.Position(), static_cast<std::int64_t>(time_ns));
 }
 
 void LogWriter::Append(const LogPacket& packet) {
@@ -134,7 +139,16 @@ void LogWriter::WriteStatistics() {
   EndBlock();
 }
 
+void LogWriter::WriteIndex() {
+  if (!index_.IsWorthWriting()) return;
+  const std::uint64_t file_size = file_.Position() + index_.BlockBytes() + kStatisticsBytes;
+  ByteWriter block = BeginBlock(kCustomDropped);
+  index_.WriteBody(block, file_size);
+  EndBlock();
+}
+
 void LogWriter::Finish() {
+  WriteIndex();
   WriteStatistics();
   file_.Commit();
 }

@@ -7,6 +7,7 @@
 
 #include "host/logstore/log_header.h"
 #include "host/logstore/log_reader.h"
+#include "host/logstore/time_index.h"
 #include "platform/byte_reader.h"
 #include "platform/file.h"
 
@@ -15,7 +16,9 @@ namespace loom {
 // Writes one log. The file appears, complete, with Finish(); without it nothing of it stays. Throws FileError.
 class LogWriter {
  public:
-  LogWriter(const CString& path, const LogHeader& header);
+  // `stretch_bytes` is how much of the log one entry of its time index covers.
+  LogWriter(const CString& path, const LogHeader& header,
+            std::uint64_t stretch_bytes = TimeIndexBuilder::kStretchBytes);
 
   // A coded record and its time, seconds from the midnight of the log's day. A record longer than
   // pcapng::kMaxRecordBytes is refused with FileError.
@@ -29,6 +32,7 @@ class LogWriter {
   void WriteSectionHeader(const LogHeader& header);
   void WriteInterface();
   void WriteStatistics();
+  void WriteIndex();
   void CountRecord(std::uint64_t time_ns);
   ByteWriter BeginBlock(std::uint32_t type);
   void EndBlock();
@@ -36,6 +40,7 @@ class LogWriter {
   AtomicFile file_;
   std::vector<std::byte> block_;
   std::uint64_t midnight_ns_;
+  TimeIndexBuilder index_;
   std::uint64_t record_count_ = 0;
   std::uint64_t start_ns_ = 0;
   std::uint64_t end_ns_ = 0;

@@ -10,6 +10,7 @@ inline constexpr std::uint32_t kSectionHeader = 0x0A0D0D0A;  // reads the same i
 inline constexpr std::uint32_t kInterfaceDescription = 1;
 inline constexpr std::uint32_t kInterfaceStatistics = 5;
 inline constexpr std::uint32_t kEnhancedPacket = 6;
+inline constexpr std::uint32_t kCustomDropped = 0x40000BAD;  // a custom block that tools drop when they rewrite a file
 
 inline constexpr std::uint32_t kByteOrderMagic = 0x1A2B3C4D;
 inline constexpr std::uint32_t kSwappedMagic = 0x4D3C2B1A;
@@ -22,6 +23,7 @@ inline constexpr std::uint16_t kOptionEndTime = 3;
 inline constexpr std::uint16_t kOptionReceived = 4;
 
 inline constexpr std::uint32_t kEnterpriseNumber = 32473;  // reserved for documentation by RFC 5612
+inline constexpr std::uint32_t kTimeIndex = 1;             // what a custom block of that number holds
 inline constexpr std::uint16_t kLinkTypeUser0 = 147;
 inline constexpr std::uint8_t kNanoseconds = 9;
 
