@@ -36,7 +36,7 @@ class IDBMapper {
   virtual int StoreRows(NetDataType data_type, ProtocolTypeEnum protocol, const std::vector<CString>& parameters,
                         const std::vector<CString>& attributes, const std::vector<NetInfoRow>& rows) = 0;
   // 11. Whether the table ("tbl_Cell" and so on) is there and holds rows to be used.
-  virtual bool TableExists(const CString& table) = 0;
+  virtual bool TableExists(CString table) = 0;
   // 12. Position of a cell in degrees; -255, -255 when the key is unknown or fits more than one cell.
   // TD-SCDMA key: LAC in the high and cell id in the low 16 bits; LTE key: physical cell id in the high 16 bits, MHz in
   // the low ones.

@@ -9,6 +9,7 @@
 namespace loom {
 namespace {
 
+constexpr std::int32_t kMostColumns = 702;        // A to ZZ
 constexpr std::int32_t kRecordsPerSheet = 65534;  // beside the header
 constexpr const char* kFirstCell = "A1";
 constexpr std::string_view kInvalidText = "-255";
@@ -45,7 +46,7 @@ void Arrange(Data& data, COleSafeArray& table, const std::vector<CString>& colum
   if (data.GetRowCount() > 0) data.EndReading();
 }
 
-// Letters of a column from 0: at most two, which serves 702 columns; the server refuses what comes out beyond.
+// Letters of a column from 0: at most two.
 std::string ColumnLetters(std::int32_t column) {
   const std::int32_t quotient = column / 26;
   if (quotient < 1) return {static_cast<char>(65 + column)};
@@ -104,7 +105,10 @@ void CExcelExporter::SplitSafeArray(COleSafeArray* table, std::vector<COleSafeAr
 
 void CExcelExporter::WriteMultiSheetFile(COleSafeArray* table) {
   const std::int32_t last_row = table->GetUBound(1);
-  const std::string letters = ColumnLetters(table->GetUBound(2));
+  const std::int32_t columns = table->GetUBound(2) + 1;
+  if (columns < 1 || columns > kMostColumns)
+    throw AutomationError("a table has 1 to 702 columns, not " + std::to_string(columns));
+  const std::string letters = ColumnLetters(columns - 1);
   std::vector<std::int32_t> piece_rows;
   CaculateArray(last_row + 1, piece_rows);
   // Behind a table in pieces that ended with the last sheet there is none in advance.

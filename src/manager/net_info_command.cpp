@@ -1,8 +1,6 @@
-#include <exception>
-
 #include "manager/io_manager.h"
 #include "netinfo/net_info_importer.h"
-#include "platform/log.h"
+#include "platform/completes.h"
 
 namespace loom {
 
@@ -10,11 +8,7 @@ int CIOManager::ImportNetInfo(ProtocolTypeEnum& protocol) {
   auto* const importer = dynamic_cast<CNetInfoImporter*>(GetImporterByType(kImporterNetInfo));
   if (importer == nullptr) return 0;
   int result = 0;
-  try {
-    result = importer->Import("", nullptr);
-  } catch (const std::exception& error) {
-    Log(LogLevel::kError, error.what());
-  }
+  Completes([&] { result = importer->Import("", nullptr); });
   protocol = importer->GetProtocolType();
   return result;
 }

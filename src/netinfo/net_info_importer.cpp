@@ -41,8 +41,7 @@ CString CpiGroupMessage(NetCheck check) {
 
 CNetInfoImporter::CNetInfoImporter() { importer_type_ = kImporterNetInfo; }
 
-int CNetInfoImporter::Import(const CString&, ILogfile** logfile) {
-  if (logfile != nullptr) *logfile = nullptr;
+int CNetInfoImporter::Import(const CString&, ILogfile**) {
   // Nothing of one run but its scalars survives into the next.
   struct Emptied {
     CNetInfoImporter& importer;
@@ -124,7 +123,8 @@ int CNetInfoImporter::Judge(const NetCheckResult& result, const CString& kind) {
     fault_text_ = Format("\r\n数据页“%s”第%u行“%s”列的值“%s”不是整数！"_gbk, worksheet_, fault.sheet_row,
                          mapping_.source_columns[*fault.column], ShownValue(row->values[*fault.column]));
   }
-  CurrentNotes().Add(kind.view(), file_path_, GbkToUtf8(worksheet_) + " row " + std::to_string(fault.sheet_row),
+  CurrentNotes().Add(fault.column ? "value that is no integer" : kind.view(), file_path_,
+                     GbkToUtf8(worksheet_) + " row " + std::to_string(fault.sheet_row),
                      fault.column ? "a value is no integer" : "the check stopped here");
   return static_cast<int>(result.check);
 }

@@ -25,7 +25,8 @@ class NetImportCommand : public ::testing::Test {
   void Write(const std::string& name, const Rows& rows) { XlsxBuilder().Rows(rows).Write(folder_.File(CString(name))); }
   ProgramRun Run(const std::string& arguments) const { return RunQloom(folder_.native(), arguments); }
   double FieldOfFirstRow(const std::string& arguments, int ie) const {
-    for (const json& field : Run("rows " + arguments).Lines().at(0)["fields"]) {
+    const json row = Run("rows " + arguments).Lines().at(0);
+    for (const json& field : row["fields"]) {
       if (field[0] == ie) return field[1];
     }
     return -1;

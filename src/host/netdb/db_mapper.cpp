@@ -1,6 +1,5 @@
 #include "host/netdb/db_mapper.h"
 
-#include <exception>
 #include <tuple>
 
 #include "components/field_value.h"
@@ -9,27 +8,12 @@
 #include "host/netdb/network_worksheet.h"
 #include "host/netdb/parameter_catalogue.h"
 #include "host/netdb/text_config.h"
+#include "platform/completes.h"
 #include "platform/encoding.h"
 #include "platform/log.h"
 #include "platform/notes.h"
 
 namespace loom {
-namespace {
-
-// Whether the work succeeded; why it did not goes to the log.
-template <class Work>
-bool Succeeds(Work work) {
-  try {
-    work();
-    return true;
-  } catch (const std::exception& error) {
-    Log(LogLevel::kError, error.what());
-    return false;
-  }
-}
-
-}  // namespace
-
 DBMapper& DBMapper::Instance() {
   static DBMapper mapper;
   return mapper;
@@ -43,18 +27,18 @@ IWorkbookReader& DBMapper::Workbook() const {
 int DBMapper::OpenWorkbook(CString path) {
   CloseWorkbook();
   path_ = path;
-  return Succeeds([&] { workbook_ = OpenWorkbookReader(path); });
+  return Completes([&] { workbook_ = OpenWorkbookReader(path); });
 }
 
 void DBMapper::CloseWorkbook() { workbook_.reset(); }
 
 int DBMapper::GetWorksheetNames(std::vector<CString>& names) {
-  return Succeeds([&] { names = Workbook().SheetNames(); });
+  return Completes([&] { names = Workbook().SheetNames(); });
 }
 
 int DBMapper::GetColumnHeadings(CString worksheet, std::list<CString>& headings,
                                 std::map<CString, CString>& attributes) {
-  return Succeeds([&] {
+  return Completes([&] {
     const ParameterCatalogue catalogue = ParameterCatalogue::Load(GetChosenConfigFolder());
     headings.clear();
     attributes.clear();
@@ -67,7 +51,7 @@ int DBMapper::GetColumnHeadings(CString worksheet, std::list<CString>& headings,
 
 int DBMapper::GetParameterCatalogue(NetDataType data_type, ProtocolTypeEnum protocol, std::vector<CString>& names,
                                     std::vector<CString>& attributes) {
-  return Succeeds([&] {
+  return Completes([&] {
     const ParameterCatalogue catalogue = ParameterCatalogue::Load(GetChosenConfigFolder());
     names.clear();
     attributes.clear();
@@ -84,7 +68,7 @@ int DBMapper::ReadRows(CString worksheet, ProtocolTypeEnum, const std::vector<CS
   report_.worksheet = worksheet;
   report_.source_columns = source_columns;
   rows.clear();
-  const bool is_read = Succeeds([&] { rows = NetworkWorksheet(Workbook(), path_, worksheet).Rows(source_columns); });
+  const bool is_read = Completes([&] { rows = NetworkWorksheet(Workbook(), path_, worksheet).Rows(source_columns); });
   report_.rows_read = rows.size();
   return is_read;
 }
@@ -95,7 +79,7 @@ int DBMapper::StoreRows(NetDataType data_type, ProtocolTypeEnum protocol, const 
   report_.attributes = attributes;
   report_.table.Empty();
   report_.counts = {};
-  return Succeeds([&] { Store(data_type, protocol, rows); });
+  return Completes([&] { Store(data_type, protocol, rows); });
 }
 
 void DBMapper::Store(NetDataType data_type, ProtocolTypeEnum protocol, const std::vector<NetInfoRow>& rows) {
@@ -124,7 +108,7 @@ void DBMapper::Store(NetDataType data_type, ProtocolTypeEnum protocol, const std
                            " replaced");
 }
 
-bool DBMapper::TableExists(const CString& table) { return network_ != nullptr && network_->HoldsRows(table); }
+bool DBMapper::TableExists(CString table) { return network_ != nullptr && network_->HoldsRows(table); }
 
 void DBMapper::GetCellPosition(std::int32_t cell_key, double& longitude, double& latitude) {
   longitude = latitude = kInvalidDouble;
@@ -133,11 +117,11 @@ void DBMapper::GetCellPosition(std::int32_t cell_key, double& longitude, double&
 }
 
 bool DBMapper::SaveTextConfig(CString path, const CProjectTxtFile& record) {
-  return Succeeds([&] { WriteTextConfig(path, record); });
+  return Completes([&] { WriteTextConfig(path, record); });
 }
 
 bool DBMapper::LoadTextConfig(CString path, CProjectTxtFile& record) {
-  return Succeeds([&] { ReadTextConfig(path, record); });
+  return Completes([&] { ReadTextConfig(path, record); });
 }
 
 }  // namespace loom

@@ -36,7 +36,7 @@ class DBMapper final : public IDBMapper {
                std::vector<NetInfoRow>& rows) override;
   int StoreRows(NetDataType data_type, ProtocolTypeEnum protocol, const std::vector<CString>& parameters,
                 const std::vector<CString>& attributes, const std::vector<NetInfoRow>& rows) override;
-  bool TableExists(const CString& table) override;
+  bool TableExists(CString table) override;
   void GetCellPosition(std::int32_t cell_key, double& longitude, double& latitude) override;
   bool SaveTextConfig(CString path, const CProjectTxtFile& record) override;
   bool LoadTextConfig(CString path, CProjectTxtFile& record) override;

@@ -155,6 +155,17 @@ NetworkDatabase::Counts NetworkDatabase::PutRows(const CString& table_name, cons
   });
 }
 
+std::vector<CString> NetworkDatabase::ColumnsOf(const CString& table_name) {
+  std::vector<CString> columns;
+  std::string_view rest = KnownTable(table_name).columns;
+  while (!rest.empty()) {
+    const std::string_view column = rest.substr(0, rest.find(','));
+    columns.emplace_back(column.substr(0, column.find(' ')));
+    rest.remove_prefix(std::min(rest.size(), column.size() + 2));
+  }
+  return columns;
+}
+
 std::vector<NetworkRow> NetworkDatabase::ListRows(const CString& table_name) {
   const NetworkTable& table = KnownTable(table_name);
   std::vector<NetworkRow> rows;

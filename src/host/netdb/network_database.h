@@ -38,6 +38,8 @@ class NetworkDatabase {
   Counts PutRows(const CString& table, const std::vector<CString>& columns, const NextRow& next);
   // The rows with their values that are not empty, columns in the table's order. Throws Error for an unknown table.
   std::vector<NetworkRow> ListRows(const CString& table);
+  // The columns that the table has from the start. Throws Error for an unknown table.
+  static std::vector<CString> ColumnsOf(const CString& table);
 
   bool HoldsRows(const CString& table);  // false for an unknown table too
   // Degrees of the one cell with the key; empty when no cell or more than one has it, or its position is not known.

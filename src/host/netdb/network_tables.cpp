@@ -31,11 +31,13 @@ constexpr NetworkTable kTables[] = {
      "MCC INTEGER, MNC INTEGER, LAC INTEGER, CI INTEGER, CellName TEXT, SiteName TEXT, "
      "Longitude REAL, Latitude REAL, BCCH INTEGER, BSIC INTEGER",
      "ifnull(MCC, -1), ifnull(MNC, -1), LAC, CI", nullptr},
-    {"tbl_Cell_LTE",  // a cell identity is not required: without one the cell is known by what else there is
-     "MCC INTEGER, MNC INTEGER, CI INTEGER, CellName TEXT, SiteName TEXT, "
+    {"tbl_Cell_LTE",  // a cell identity is not required: without one the cell is known by what else there is; one of
+                      // 8 bits is that of a cell of its eNodeB (3GPP TS 36.413)
+     "MCC INTEGER, MNC INTEGER, eNodeBID INTEGER, CI INTEGER, CellName TEXT, SiteName TEXT, "
      "Longitude REAL, Latitude REAL, PCI INTEGER, EARFCN INTEGER, Frequency REAL",
-     "ifnull(MCC, -1), ifnull(MNC, -1), ifnull(CI, 'PCI ' || ifnull(PCI, '') || ' ' || ifnull(EARFCN, '') || ' ' || "
-     "ifnull(Frequency, '') || ' ' || ifnull(Longitude, '') || ' ' || ifnull(Latitude, ''))", kLteCellKeys},
+     "ifnull(MCC, -1), ifnull(MNC, -1), CASE WHEN CI < 256 THEN ifnull(eNodeBID, -1) ELSE -1 END, "
+     "ifnull(CI, 'PCI ' || ifnull(PCI, '') || ' ' || ifnull(EARFCN, '') || ' ' || ifnull(Frequency, '') || ' ' || "
+     "ifnull(Longitude, '') || ' ' || ifnull(Latitude, '') || ' ' || ifnull(CellName, ''))", kLteCellKeys},
     {"tbl_AdjCell",
      "ServCellMCC INTEGER, ServCellMNC INTEGER, ServCellCI INTEGER, "
      "NborCellMCC INTEGER, NborCellMNC INTEGER, NborCellCI INTEGER",

@@ -47,12 +47,16 @@ std::vector<Heading> HeadingsOf(std::uint32_t row, std::span<const WorksheetCell
   std::set<CString> taken;
   for (const WorksheetCell& cell : cells) {
     if (const CString text = TextOf(cell); !text.IsEmpty()) headings.push_back({cell.column, text}), taken.insert(text);
+    const bool is_text = cell.kind == WorksheetCell::Kind::kText || cell.kind == WorksheetCell::Kind::kNumber;
+    if (!is_text && place != nullptr)
+      place->Note("heading that is no text", row, "column " + std::to_string(cell.column + 1) + " is left out");
   }
   std::set<CString> used;
+  std::map<CString, int> next_numbers;
   for (Heading& heading : headings) {
     if (used.insert(heading.text).second) continue;
     CString numbered;
-    int number = 2;
+    int& number = next_numbers.try_emplace(heading.text, 2).first->second;
     do numbered = Format("%s (%d)", heading.text, number++);
     while (taken.contains(numbered));
     if (place != nullptr) place->Note("heading that comes again", row, GbkToUtf8(numbered));

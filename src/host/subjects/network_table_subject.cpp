@@ -35,6 +35,7 @@ void AddColumnsOf(const NetworkRow& row, std::vector<CString>& columns) {
 NetworkTableSubject::NetworkTableSubject(NetworkDatabase& database, const CString& table)
     : rows_(database.ListRows(table)), kind_(KindOf(table)) {
   for (const NetworkRow& row : rows_) AddColumnsOf(row, columns_);
+  if (columns_.empty()) columns_ = NetworkDatabase::ColumnsOf(table);
 }
 
 CString NetworkTableSubject::GetFieldText(const CString& field) {

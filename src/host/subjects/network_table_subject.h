@@ -14,7 +14,7 @@ class NetworkTableSubject final : public ISubject, public IRecordsetData {
   // Throws Error for an unknown table.
   NetworkTableSubject(NetworkDatabase& database, const CString& table);
 
-  // The columns that hold a value in any row, in the table's order.
+  // The columns that hold a value in any row, in the table's order; all of an empty table.
   const std::vector<CString>& Columns() const { return columns_; }
 
   std::int32_t GetSubjectKind() const override { return kind_; }

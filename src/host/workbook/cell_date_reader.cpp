@@ -32,7 +32,7 @@ std::optional<double> TimeOfDay(std::string_view text) {
   for (int at = 0; at < 3; ++at) {
     const std::size_t colon = text.find(':');
     const auto value = ParseDouble(text.substr(0, colon));
-    if (!value || *value < 0 || (at < 2 && text.substr(0, colon).size() > 2)) return std::nullopt;
+    if (!value || !(*value >= 0) || (at < 2 && text.substr(0, colon).size() > 2)) return std::nullopt;
     parts[at] = *value;
     if (colon == std::string_view::npos) {
       if (at == 0 || parts[0] >= 24 || parts[1] >= 60 || parts[2] >= 60) return std::nullopt;

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <optional>
 
+#include "platform/encoding.h"
+
 namespace loom {
 namespace {
 
@@ -66,6 +68,13 @@ void DecodeEscapes(std::string& utf8) {
     AppendUtf8(character, decoded);
   }
   utf8 = std::move(decoded);
+}
+
+CString SheetName(std::string_view utf8, std::set<CString>& taken) {
+  const CString name = Utf8ToGbkOr(utf8, '?');
+  CString distinct = name;
+  for (int number = 2; !taken.insert(distinct).second; ++number) distinct = Format("%s (%d)", name, number);
+  return distinct;
 }
 
 void StringElement::OnStart(std::string_view name) {

@@ -1,13 +1,19 @@
 #pragma once
 
+#include <set>
 #include <string>
 #include <string_view>
+
+#include "platform/cstring.h"
 
 namespace loom {
 
 // Replaces the escapes _xHHHH_ (UTF-16 units; ECMA-376 Part 1, 22.9.2.19) of a text in place. A unit that stands for no
 // character becomes U+FFFD.
 void DecodeEscapes(std::string& utf8);
+
+// The name of a sheet as it can be shown; one that is `taken` gets a running number.
+CString SheetName(std::string_view utf8, std::set<CString>& taken);
 
 // Gathers the text of a string element (si, is): plain and rich runs, without phonetic ones. Depths count from the
 // string element, which has 0.

@@ -2,8 +2,11 @@
 
 #include <freexl.h>
 
+#include <set>
+
 #include "host/workbook/biff_formula_reader.h"
 #include "host/workbook/cell_date_reader.h"
+#include "host/workbook/cell_text_reader.h"
 #include "platform/encoding.h"
 #include "platform/error.h"
 
@@ -29,11 +32,12 @@ class XlsReader final : public IWorkbookReader {
     if (result != FREEXL_OK) Fail(OpenFailure(result), result);
     if (Info(FREEXL_BIFF_PASSWORD) == FREEXL_BIFF_OBFUSCATED) throw FileError(path, 0, "is encrypted");
     const unsigned sheets = Info(FREEXL_BIFF_SHEET_COUNT);
+    std::set<CString> taken;
     for (unsigned sheet = 0; sheet < sheets; ++sheet) {
       const char* name = nullptr;
       const int named = freexl_get_worksheet_name(handle_.get(), static_cast<unsigned short>(sheet), &name);
       if (named != FREEXL_OK || name == nullptr) Fail("has a sheet without a name", named);
-      names_.push_back(Utf8ToGbkOr(name, '?'));
+      names_.push_back(SheetName(name, taken));
     }
   }
 

@@ -11,6 +11,7 @@ namespace loom {
 namespace {
 
 constexpr std::size_t kMostSheets = 10'000;
+constexpr std::size_t kMostRelations = 100'000;
 constexpr std::size_t kTextBlock_bytes = 256 * 1024;
 
 struct Relation {
@@ -46,9 +47,10 @@ std::string ResolvedPart(const std::string& folder, std::string_view target) {
 
 class RelationsHandler final : public XmlPartHandler {
  public:
-  explicit RelationsHandler(std::string folder) : folder_(std::move(folder)) {}
+  RelationsHandler(const ZipReader& archive, std::string folder) : archive_(archive), folder_(std::move(folder)) {}
   void OnStart(std::string_view name, const XmlAttributes& attributes, int) override {
     if (name != "Relationship" || attributes.Get("TargetMode") == "External") return;
+    if (relations.size() == kMostRelations) throw FileError(archive_.path(), 0, "has too many relationships");
     const std::string_view type = attributes.Get("Type");
     relations.try_emplace(std::string(attributes.Get("Id")), Relation{std::string(type.substr(type.rfind('/') + 1)),
                                                                       ResolvedPart(folder_, attributes.Get("Target"))});
@@ -56,13 +58,14 @@ class RelationsHandler final : public XmlPartHandler {
   Relations relations;
 
  private:
+  const ZipReader& archive_;
   std::string folder_;
 };
 
 Relations ReadRelations(const ZipReader& archive, const std::string& part) {
   const std::string folder = FolderOfPart(part);
   const std::string relations_part = folder + "_rels/" + part.substr(folder.size()) + ".rels";
-  RelationsHandler handler(folder);
+  RelationsHandler handler(archive, folder);
   if (!archive.Has(relations_part)) return {};
   XmlPartReader(archive.Open(relations_part), handler).ReadAll();
   return std::move(handler.relations);

@@ -1,10 +1,11 @@
 #include "host/workbook/xlsx_reader.h"
 
 #include <optional>
+#include <set>
 
+#include "host/workbook/cell_text_reader.h"
 #include "host/workbook/xlsx_parts_reader.h"
 #include "host/workbook/xlsx_sheet_reader.h"
-#include "platform/encoding.h"
 
 namespace loom {
 namespace {
@@ -12,7 +13,8 @@ namespace {
 class XlsxReader final : public IWorkbookReader {
  public:
   explicit XlsxReader(const CString& path) : archive_(path), parts_(ReadXlsxParts(archive_)) {
-    for (const XlsxSheet& sheet : parts_.sheets) names_.push_back(Utf8ToGbkOr(sheet.name, '?'));
+    std::set<CString> taken;
+    for (const XlsxSheet& sheet : parts_.sheets) names_.push_back(SheetName(sheet.name, taken));
     if (parts_.styles && archive_.Has(*parts_.styles)) date_styles_ = ReadDateStyles(archive_, *parts_.styles);
   }
 

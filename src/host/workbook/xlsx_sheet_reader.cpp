@@ -95,6 +95,7 @@ void XlsxSheetReader::BeginRow(const XmlAttributes& attributes) {
   const auto number = attributes.Find("r");
   const auto row = number ? ParseInt<std::uint32_t>(*number) : row_ + 1;
   if (!row || *row == 0 || *row > kMostRows) reader_.Fail("a row has no usable number");
+  if (*row <= row_) reader_.Fail("row " + std::to_string(*row) + " is out of order");
   row_ = *row;
   next_column_ = 0;
 }

@@ -15,7 +15,7 @@ constexpr unsigned kEncryptedFlag = 1;
 
 // A part that is larger than this and more than so many times its packed size is no workbook's. Sheets of a million
 // rows shrink to a twentieth, a hundredth at most.
-constexpr std::uint64_t kHarmless_bytes = std::uint64_t{128} << 20;
+constexpr std::uint64_t kHarmless_bytes = std::uint64_t{32} << 20;
 constexpr std::uint64_t kHighestRatio = 150;
 constexpr std::uint64_t kLargestPart_bytes = std::uint64_t{4} << 30;
 
