@@ -1,18 +1,15 @@
-#include <exception>
-
 #include "manager/io_manager.h"
-#include "platform/log.h"
+#include "platform/completes.h"
 
 namespace loom {
 
 int CIOManager::ExportTxt() {
-  try {
-    IExporter* exporter = GetExporterByType(kExporterText);
-    return exporter ? exporter->Export() : 0;
-  } catch (const std::exception& error) {
-    Log(LogLevel::kError, error.what());
-    return 0;
-  }
+  int result = 0;
+  Completes([&] {
+    IExporter* const exporter = GetExporterByType(kExporterText);
+    if (exporter != nullptr) result = exporter->Export();
+  });
+  return result;
 }
 
 }  // namespace loom

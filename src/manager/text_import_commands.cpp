@@ -152,14 +152,14 @@ int CIOManager::ImportRecordedText(const CProjectTxtFile& record, const CString&
 }
 
 int CIOManager::MatchTextFiles(const ColumnMap& columns, const CProjectTxtFile* record, CString path) {
-  int count = 0;
-  const bool is_read = Completes([&] {
+  int count = -1;  // no first line
+  Completes([&] {
     TextLines lines(path);
     std::string_view line;
     if (lines.Next(line)) count = CountTitleTokens(line, record->GetSeparate());
   });
   const std::int32_t largest = columns.empty() ? -1 : columns.rbegin()->first;
-  return is_read && count > largest && record->GetStreamType() != kInvalidInt ? 1 : 0;
+  return count > largest && record->GetStreamType() != kInvalidInt ? 1 : 0;
 }
 
 }  // namespace loom

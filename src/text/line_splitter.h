@@ -19,6 +19,7 @@ class LineSplitter {
   // many were cut off.
   void Split(std::string_view line, std::vector<std::string_view>& cells,
              std::size_t most = static_cast<std::size_t>(-1)) const;
+  std::string_view Separator() const { return separator_.view(); }  // the one in force
 
  private:
   void SplitAtByte(std::string_view line, std::vector<std::string_view>& cells, std::size_t most) const;

@@ -4,6 +4,7 @@
 #include "platform/ui/message_box.h"
 #include "resources/dialog_9026.h"
 #include "text/separator.h"
+#include "text/separator_edit.h"
 
 namespace loom {
 
@@ -11,7 +12,7 @@ CTextExportWizPage3::CTextExportWizPage3() : CPropertyPage(kTextExport3Template)
   OnClicked(kRadioExportTab, [this] { UseSeparator("\t"); });
   OnClicked(kRadioExportComma, [this] { UseSeparator(","); });
   OnClicked(kRadioExportSemicolon, [this] { UseSeparator(";"); });
-  OnClicked(kRadioExportCustom, [this] { UseCustomSeparator(); });
+  OnClicked(kRadioExportCustom, [this] { GetDlgItem(kEditExportCustom).EnableWindow(true); });
   OnChange(kEditExportCustom, [this] { ReadCustomSeparator(); });
   OnClicked(kCheckExportHeader, [this] { FollowHeader(); });
   OnClicked(kButtonExportBrowse, [this] { Browse(); });
@@ -45,23 +46,8 @@ void CTextExportWizPage3::UseSeparator(const char* separator) {
   GetDlgItem(kEditExportCustom).EnableWindow(false);
 }
 
-// A symbol typed earlier is in force again.
-void CTextExportWizPage3::UseCustomSeparator() {
-  GetDlgItem(kEditExportCustom).EnableWindow(true);
-  ReadCustomSeparator();
-}
-
 void CTextExportWizPage3::ReadCustomSeparator() {
-  auto& edit = GetDlgItem<CEdit>(kEditExportCustom);
-  const CString text = edit.GetWindowText();
-  if (text.IsEmpty()) return;
-  if (IsSeparatorSymbol(text[0])) {
-    separator_ = WidenedSeparator(text);
-    return;
-  }
-  ShowMessageBox("请输入一个符号"_gbk);
-  edit.SetWindowText("");
-  separator_.Empty();
+  if (const auto symbol = TypedSeparator(GetDlgItem<CEdit>(kEditExportCustom))) separator_ = WidenedSeparator(*symbol);
 }
 
 void CTextExportWizPage3::FollowHeader() {

@@ -32,7 +32,6 @@ class CTextExportWizPage3 final : public CPropertyPage {
 
  private:
   void UseSeparator(const char* separator);
-  void UseCustomSeparator();
   void ReadCustomSeparator();
   void FollowHeader();
   void Browse();

@@ -138,11 +138,12 @@ int WriteStreamAsText(TextExportSettings settings, IDataStream* stream, std::vec
   parameters.push_back(kDistance);
   parameters.push_back(kTimeStamp);
   const CWaitCursor wait;
-  InsertUnlessThere(parameters, kLatitude);
-  InsertUnlessThere(parameters, kLongitude);
-  InsertInFront(parameters, kRecordTime);
   try {
-    StreamTextWriter(settings, *stream, parameters).Write();
+    StreamTextWriter writer(settings, *stream, parameters);
+    InsertUnlessThere(parameters, kLatitude);
+    InsertUnlessThere(parameters, kLongitude);
+    InsertInFront(parameters, kRecordTime);
+    writer.Write();
     return 1;
   } catch (const std::exception& error) {
     Log(LogLevel::kError, error.what());

@@ -8,6 +8,7 @@
 #include "platform/ui/message_box.h"
 #include "resources/dialog_9001.h"
 #include "text/separator.h"
+#include "text/separator_edit.h"
 #include "text/text_import_pages.h"
 #include "text/text_lines.h"
 
@@ -112,19 +113,10 @@ void CTextImportWizPage2::OnCustomSeparator() {
   UseSeparator(custom_separator_);
 }
 
-// The edit holds one character, of which only the first byte needs to be looked at.
 void CTextImportWizPage2::OnCustomEdited() {
-  auto& edit = GetDlgItem<CEdit>(kEditCustomSeparator);
-  const CString typed = edit.GetWindowText();
-  if (typed.IsEmpty()) return;
-  if (IsSeparatorSymbol(typed[0])) {
-    custom_separator_ = typed.Left(1);
-    if (custom_separator_ != typed) edit.SetWindowText(custom_separator_);
-    return UseSeparator(custom_separator_);
-  }
-  ShowMessageBox("请输入一个符号"_gbk);
-  edit.SetWindowText(CString());
-  custom_separator_.Empty();
+  const auto symbol = TypedSeparator(GetDlgItem<CEdit>(kEditCustomSeparator));
+  if (!symbol) return;
+  custom_separator_ = *symbol;
   UseSeparator(custom_separator_);
 }
 

@@ -30,7 +30,7 @@ int PreviewColumnCount(const std::vector<PreviewRow>& rows) {
 }
 
 int PreviewColumnWidth(int column_count) {
-  return column_count * kPreviewColumnPx > kWidestListPx ? kWidestListPx / column_count : kPreviewColumnPx;
+  return column_count > kWidestListPx / kPreviewColumnPx ? kWidestListPx / column_count : kPreviewColumnPx;
 }
 
 void ShowPreview(CListCtrl& list, const std::vector<PreviewRow>& rows, int column_width) {

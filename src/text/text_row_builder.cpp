@@ -35,6 +35,7 @@ TextRowBuilder::TextRowBuilder(std::vector<TextColumn> columns, const CString& s
       time_(data_format),
       data_format_(data_format),
       notes_(notes) {
+  line_end_ = TrimmedCell(splitter_.Separator());
   if (!columns_.empty()) most_cells_ = columns_.back().number + 1;
 }
 
@@ -44,6 +45,15 @@ void TextRowBuilder::Fill(CMemDataRow& row, std::string_view line, std::int32_t 
   FillFields(row, PrepareCells(), time_s);
   if (!is_regular_) ListFieldsOneByOne(row);
   row.InitFilterByIENumber(row.GetParamID().size());
+}
+
+// Trimmed, and without the separator that ends the line where it changes no number.
+std::string_view TextRowBuilder::Prepared(const TextColumn& column) const {
+  const std::string_view cell = TrimmedCell(cells_[column.number]);
+  const bool is_number = column.type == kFieldShort || column.type == kFieldInt || column.type == kFieldFloat;
+  if (column.number + 1 != cells_.size() || !is_number || column.is_time) return cell;
+  const bool ends_line = !line_end_.empty() && cell.size() > line_end_.size() && cell.ends_with(line_end_);
+  return ends_line ? cell.substr(0, cell.size() - line_end_.size()) : cell;
 }
 
 // Trims the cells of the columns; how many fields they become and how much room their texts take.
@@ -57,7 +67,7 @@ TextRowBuilder::Sizes TextRowBuilder::PrepareCells() {
       continue;
     }
     std::string_view& cell = cells_[column.number];
-    cell = TrimmedCell(cell);
+    cell = Prepared(column);
     if (column.is_time || cell.empty()) continue;
     ++sizes.fields;
     if (column.type == kFieldText) sizes.text_bytes += cell.size() + 1;

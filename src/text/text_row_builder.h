@@ -50,6 +50,7 @@ class TextRowBuilder {
     std::size_t text_bytes = 0;
   };
   Sizes PrepareCells();
+  std::string_view Prepared(const TextColumn& column) const;
   void SetTime(CMemDataRow& row, std::string_view cell, TextRange& time_s);
   uniFieldValue Convert(CMemDataRow& row, const TextColumn& column, std::string_view cell);
   std::int32_t IntOf(const TextColumn& column, std::string_view cell);
@@ -66,6 +67,7 @@ class TextRowBuilder {
   TimeTextConverter time_;
   CString data_format_;
   RowNotes& notes_;
+  std::string_view line_end_;            // what the separator leaves at the end of a line
   std::vector<std::string_view> cells_;  // of the newest line; those of columns trimmed
 };
 

@@ -10,11 +10,14 @@ namespace loom {
 
 int CListCtrl::InsertColumn(int at, const CString& heading, int width, ColumnAlignment alignment) {
   at = std::clamp(at, 0, GetColumnCount());
+  const bool is_last = at == GetColumnCount();
   columns_.insert(columns_.begin() + at, Column{heading, std::max(0, width), alignment});
   for (Row& row : rows_) {
     if (at < static_cast<int>(row.cells.size())) row.cells.insert(row.cells.begin() + at, CString());
   }
-  for (int& column : order_) column += column >= at ? 1 : 0;
+  if (!is_last) {
+    for (int& column : order_) column += column >= at ? 1 : 0;
+  }
   order_.insert(order_.begin() + at, at);
   Touch();
   return at;
@@ -33,7 +36,11 @@ void CListCtrl::DeleteColumn(int at) {
 }
 
 void CListCtrl::DeleteAllColumns() {
-  while (GetColumnCount() > 0) DeleteColumn(GetColumnCount() - 1);
+  columns_.clear();
+  order_.clear();
+  for (Row& row : rows_) row.cells.clear();
+  scroll_x_ = 0;
+  Touch();
 }
 
 void CListCtrl::SetColumnWidth(int at, int width) {
@@ -155,6 +162,7 @@ int CListCtrl::GetTotalWidth() const {
 }
 
 void CListCtrl::Scroll(int across_px) {
+  if (across_px == 0 && scroll_x_ == 0) return;  // nothing to bring back into range
   scroll_x_ = std::clamp(scroll_x_ + across_px, 0, std::max(0, GetTotalWidth() - GetClientWidth()));
   Touch();
 }
