@@ -47,6 +47,7 @@ bool ReadTimes(const CString& path, LogInformation& information) {
     information.end = date + CString(log.GetRecordEndTime().toString());
   } catch (const std::exception& error) {
     Log(LogLevel::kError, error.what());
+    log.CloseReadingFile();
     return false;
   }
   log.CloseReadingFile();

@@ -92,10 +92,12 @@ CLogfilePartitionDlg::TimeRange CLogfilePartitionDlg::ReadStoreRange(const CStri
   const auto [folder, file_name] = SplitPath(path);
   CLogFileManager log;
   if (log.OpenFile(folder, file_name, 0) == 0) throw FileError(path, 0, "cannot be opened as a log");
+  const struct Closing {
+    CLogFileManager& log;
+    ~Closing() { log.CloseReadingFile(); }
+  } closing{log};
   CDTFile& file = *log.GetLogFile();
-  const TimeRange range{OnDayOf(file, log.GetRecordStartTime()), OnDayOf(file, log.GetRecordEndTime())};
-  log.CloseReadingFile();
-  return range;
+  return {OnDayOf(file, log.GetRecordStartTime()), OnDayOf(file, log.GetRecordEndTime())};
 }
 
 CLogfilePartitionDlg::TimeRange CLogfilePartitionDlg::ReadAutoTestRange(const CString& path) {

@@ -35,7 +35,10 @@ auto Retry(Call call) {
 
 std::string ResolveLinks(const std::string& native) {
   const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(native.c_str(), nullptr), &std::free);
-  return resolved ? resolved.get() : native;
+  if (resolved) return resolved.get();
+  std::error_code failure;  // the file is new, or a link to one that is
+  const std::filesystem::path target = std::filesystem::read_symlink(native, failure);
+  return failure ? native : (std::filesystem::path(native).parent_path() / target).native();
 }
 
 std::string NativeFolderOf(const std::string& native) {

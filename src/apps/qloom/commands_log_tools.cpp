@@ -4,6 +4,7 @@
 #include <set>
 
 #include "apps/qloom/commands.h"
+#include "platform/log.h"
 #include "platform/ui/date_time_ctrl.h"
 #include "platform/ui/list_ctrl.h"
 #include "resources/dialog_9003.h"
@@ -74,7 +75,10 @@ BatchResult FillCombine(CDialog& dialog, BatchFrontEnd& person, const CombineOpt
   person.SetFiles({AbsolutePath(options.out)});
   dialog.UserPress(kButtonCombineTarget);
   const bool can_merge = !target().IsEmpty() && dialog.GetDlgItem(kIdOk).IsWindowEnabled();
-  if (can_merge) dialog.UserPress(kIdOk);
+  if (can_merge)
+    dialog.UserPress(kIdOk);
+  else if (!target().IsEmpty())
+    Log(LogLevel::kError, "fewer than two logs are listed, there is nothing to merge");
   const bool merged = can_merge && target().IsEmpty();
   dialog.UserPress(kIdCancel);
   return merged ? done : kBatchNothing;

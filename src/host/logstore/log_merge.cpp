@@ -1,5 +1,7 @@
 #include "host/logstore/log_merge.h"
 
+#include <sys/resource.h>
+
 #include <algorithm>
 #include <deque>
 #include <optional>
@@ -11,6 +13,7 @@
 #include "host/logstore/record_codec.h"
 #include "platform/error.h"
 #include "platform/file.h"
+#include "platform/log.h"
 #include "platform/notes.h"
 
 namespace loom {
@@ -144,6 +147,14 @@ std::optional<LogHeader> MergedHeader(MergeSources& sources) {
   return header;
 }
 
+// A merge holds all its logs open.
+void AllowManyOpenFiles() {
+  rlimit files{};
+  if (getrlimit(RLIMIT_NOFILE, &files) != 0 || files.rlim_cur >= files.rlim_max) return;
+  files.rlim_cur = files.rlim_max;
+  if (setrlimit(RLIMIT_NOFILE, &files) != 0) Log(LogLevel::kWarning, "the limit of open files stays as it is");
+}
+
 struct OpenedSources {
   MergeSources sources;
   bool is_refused = false;
@@ -151,6 +162,7 @@ struct OpenedSources {
 };
 
 OpenedSources OpenSources(std::span<const CString> paths, const CString& target, bool (*accepts)(LogKind)) {
+  AllowManyOpenFiles();
   OpenedSources opened;
   const std::size_t piece_bytes = std::clamp<std::size_t>(kReadBuffersBytes / std::max<std::size_t>(paths.size(), 1),
                                                           kSmallestPieceBytes, BlockCursor::kPieceBytes);

@@ -217,6 +217,22 @@ std::optional<LogTimes> LogReader::TimesFromStatistics() const {
   return std::nullopt;
 }
 
+// Statistics at the end of a file of several sections tell of the last one only.
+bool LogReader::CoversFirstRecord(const LogTimes& times) const {
+  BlockCursor cursor(file_);
+  std::vector<Interface> interfaces;
+  for (Block block; cursor.Next(block);) {
+    if (block.type == kInterfaceDescription) interfaces.push_back(ParseInterface(block));
+    if (block.type != kEnhancedPacket) continue;
+    ByteReader body(block.body, block.BodyPosition());
+    const std::uint32_t interface = body.U32("interface");
+    if (interface >= interfaces.size()) return false;
+    const std::int64_t time_ns = Nanoseconds(ReadStamp(body), interfaces[interface].time_resolution);
+    return time_ns >= times.start_ns && time_ns <= times.end_ns;
+  }
+  return false;
+}
+
 std::optional<LogTimes> LogReader::TimesFromRecords() const {
   Notes unheard;  // reading the log tells them
   const NotesScope scope(unheard);
@@ -232,7 +248,7 @@ std::optional<LogTimes> LogReader::TimesFromRecords() const {
 
 std::optional<LogTimes> LogReader::ReadTimes() const {
   try {
-    if (const auto times = TimesFromStatistics()) return times;
+    if (const auto times = TimesFromStatistics(); times && CoversFirstRecord(*times)) return times;
   } catch (const FormatError&) {
     // Damaged statistics say nothing; the records do.
   }

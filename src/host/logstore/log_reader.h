@@ -65,6 +65,7 @@ class LogReader {
   void ReadPacket(const Block& block, LogPacket& packet);
   void NoteSkipped(std::uint64_t position_bytes, const std::string& reason) const;
   std::optional<LogTimes> TimesFromStatistics() const;
+  bool CoversFirstRecord(const LogTimes& times) const;
   std::optional<LogTimes> TimesFromRecords() const;
   static std::int64_t Nanoseconds(std::uint64_t ticks, std::uint8_t resolution);
 
