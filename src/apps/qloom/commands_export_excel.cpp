@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <iostream>
 
 #include "apps/qloom/commands.h"
@@ -109,8 +110,10 @@ void CheckOptions(const ExcelOptions& options) {
 
 int RunExportExcel(const CommandLine& line, const ExcelOptions& options) {
   const bool has_source = !options.source.logs.empty();
-  Session session(line.common, AnswersFrom(line.common, options.source),
-                  has_source ? FirstLog(options.source) : CString());
+  Session session(
+      line.common,
+      has_source ? SourceAnswersFrom(line.common, options.source) : AnswersFrom(line.common, options.source),
+      has_source ? FirstLog(options.source) : CString());
   LogReport report(session);
   const int imported = has_source ? ImportSource(session.manager(), options.source, report) : kBatchDone;
   int exit_code = report.ExitCodeOf(imported);
@@ -132,11 +135,13 @@ int RunExportExcel(const CommandLine& line, const ExcelOptions& options) {
 
 void AddExportExcelCommand(CLI::App& app, CommandLine& line) {
   const auto options = std::make_shared<ExcelOptions>();
-  CLI::App* command = AddCommand(app, line, "export-excel", "Import a log and write streams of it as a workbook");
-  command->add_option("SOURCE", options->source.logs, "Log, or intermediate file")->expected(1);
+  CLI::App* command =
+      AddCommand(app, line, "export-excel", "Import a log or a text file and write streams of it as a workbook");
+  command->add_option("SOURCE", options->source.logs, "Log, intermediate file or text file")->expected(1);
   AddNodeOption(*command, options->source);
   AddHandsetOptions(*command, options->source);
   command->add_flag("--intermediate", options->source.intermediate, "The source is an intermediate file");
+  AddTextImportOptions(*command, options->source.text, "source-");
   command->add_option("--stream", options->streams, "Name of a stream; each becomes a sheet");
   command->add_option("--net", options->network_tables, "Network-element table of the project, as a sheet");
   command->add_option("--ie", options->columns, "Columns, the same for every sheet (default: everything recorded)");
@@ -146,6 +151,7 @@ void AddExportExcelCommand(CLI::App& app, CommandLine& line) {
   command->add_flag("--tables", options->tables, "Hand the rows over as ready tables");
   command->callback([&line, options] {
     CheckOptions(*options);
+    if (std::filesystem::path(options->out).extension().empty()) options->out += ".xlsx";
     line.run = [&line, options] { return RunExportExcel(line, *options); };
   });
 }

@@ -1,9 +1,11 @@
 #include "host/workbook/workbook_server.h"
 
 #include <spawn.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <system_error>
 
@@ -27,12 +29,19 @@ bool HasDisplay() { return std::getenv("DISPLAY") != nullptr || std::getenv("WAY
 // Leaves the file to the program that the desktop has for it.
 void OpenOnDesktop(const CString& path) {
   if (!HasDisplay()) return;
-  std::string program = "xdg-open";
+  // The shell leaves the program to itself and ends at once.
+  std::string program = "sh";
+  std::string option = "-c";
+  std::string command = "xdg-open \"$1\" >/dev/null 2>&1 &";
   std::string file = GbkPathToNative(path);
-  char* const arguments[] = {program.data(), file.data(), nullptr};
+  char* const arguments[] = {program.data(), option.data(), command.data(), program.data(), file.data(), nullptr};
   pid_t child = 0;
-  if (const int error = posix_spawnp(&child, program.c_str(), nullptr, nullptr, arguments, environ))
+  if (const int error = posix_spawnp(&child, program.c_str(), nullptr, nullptr, arguments, environ)) {
     Log(LogLevel::kWarning, "the workbook cannot be shown: " + std::system_category().message(error));
+    return;
+  }
+  while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
+  }
 }
 
 }  // namespace

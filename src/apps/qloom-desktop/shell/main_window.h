@@ -73,6 +73,7 @@ class MainWindow final : public QMainWindow {
   void ImportText() { session_.manager().ImportTxt(); }
   void ExportText() { session_.manager().ExportTxt(); }
   void ExportExcel();
+  std::vector<IDataStream*> StreamsToExport() const;  // those selected in the project, else the one in front
   void ImportNetwork();
   void ShowAbout();
   bool HasTextImport() { return session_.HasTextImport(); }

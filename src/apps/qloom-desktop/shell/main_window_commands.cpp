@@ -1,10 +1,17 @@
+#include <QGuiApplication>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTabWidget>
+#include <deque>
 
 #include "apps/qloom-desktop/front_end/qt_text.h"
 #include "apps/qloom-desktop/shell/main_window.h"
+#include "apps/qloom-desktop/shell/project_tree.h"
+#include "apps/qloom-desktop/shell/stream_tab.h"
+#include "host/subjects/stream_subject.h"
+#include "host/workbook/workbook_server.h"
 #include "platform/ui/file_dialog.h"
 #include "platform/ui/message_box.h"
 #include "platform/ui/template.h"
@@ -214,8 +221,37 @@ void MainWindow::ImportIntermediate() {
   session_.manager().OpenImmediateLogFile(paths);
 }
 
+std::vector<IDataStream*> MainWindow::StreamsToExport() const {
+  std::vector<IDataStream*> streams = tree_->SelectedStreams();
+  if (streams.empty() && tables_->currentWidget())
+    streams.push_back(&static_cast<StreamTab*>(tables_->currentWidget())->stream());
+  return streams;
+}
+
 void MainWindow::ExportExcel() {
-  if (IExporter* const exporter = session_.manager().GetExporterByType(kExporterExcel)) exporter->Export();
+  const std::vector<IDataStream*> streams = StreamsToExport();
+  if (streams.empty()) {
+    ShowMessageBox(FromQt(Text(shell::kSelectStreams)), MessageIcon::kInformation);
+    return;
+  }
+  CFileDialog dialog(false, "xlsx", CString(), CFileDialog::kOverwritePrompt, Filter(shell::kWorkbooks));
+  if (dialog.DoModal() != kIdOk) return;
+  std::deque<StreamSubject> rows;
+  std::vector<CString> sheet_names;
+  std::vector<std::vector<CString>> columns;
+  for (IDataStream* const stream : streams) {
+    rows.emplace_back(*stream);
+    sheet_names.push_back(stream->GetName());
+    columns.push_back(ColumnsOfStream(*stream));
+  }
+  std::vector<ISubject*> subjects;
+  for (StreamSubject& subject : rows) subjects.push_back(&subject);
+  WorkbookServer& server = session_.host().workbooks();
+  const std::size_t saved = server.SavedPaths().size();
+  server.SaveNextAs(dialog.GetPathName());
+  server.OpenSaved(QGuiApplication::platformName() != QLatin1String("offscreen"));
+  session_.manager().GetExporterByType(kExporterExcel)->Export(CString(), subjects, sheet_names, columns);
+  if (server.SavedPaths().size() > saved) Tell(PathToQt(server.SavedPaths().back()));
 }
 
 void MainWindow::ImportNetwork() {

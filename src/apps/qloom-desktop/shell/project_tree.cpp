@@ -1,6 +1,7 @@
 #include "apps/qloom-desktop/shell/project_tree.h"
 
 #include <QMenu>
+#include <QTreeWidgetItemIterator>
 #include <set>
 
 #include "apps/qloom-desktop/front_end/qt_text.h"
@@ -27,6 +28,7 @@ QTreeWidgetItem* AddChild(QTreeWidgetItem* parent, const QString& text, int imag
 ProjectTree::ProjectTree(QWidget* parent) : QTreeWidget(parent) {
   setObjectName(QStringLiteral("project_tree"));
   setHeaderHidden(true);
+  setSelectionMode(QAbstractItemView::ExtendedSelection);
   setContextMenuPolicy(Qt::CustomContextMenu);
   connect(this, &QTreeWidget::itemActivated, this, [this](const QTreeWidgetItem* item) { Activate(*item); });
   connect(this, &QTreeWidget::customContextMenuRequested, this, [this](const QPoint& place) { ShowMenu(place); });
@@ -101,6 +103,16 @@ ImporterTypeEnum ProjectTree::NodeAt(const QPoint& place) const {
   while (item && item->parent()) item = item->parent();
   const int node = item ? item->data(0, kNodeRole).toInt() : kImporterOutdoorLog;
   return node == kImporterText ? kImporterOutdoorLog : static_cast<ImporterTypeEnum>(node);
+}
+
+std::vector<IDataStream*> ProjectTree::SelectedStreams() const {
+  std::vector<IDataStream*> streams;
+  for (QTreeWidgetItemIterator item(const_cast<ProjectTree*>(this)); *item; ++item) {
+    const QVariant stream = (*item)->data(0, kStreamRole);
+    const bool is_selected = (*item)->isSelected() || ((*item)->parent() && (*item)->parent()->isSelected());
+    if (stream.isValid() && is_selected) streams.push_back(streams_[stream.toUInt()]);
+  }
+  return streams;
 }
 
 void ProjectTree::Activate(const QTreeWidgetItem& item) {

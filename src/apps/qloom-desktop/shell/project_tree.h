@@ -17,6 +17,8 @@ class ProjectTree final : public QTreeWidget {
 
   // Of the item at a place, or of the current one where nothing is there.
   ImporterTypeEnum NodeAt(const QPoint& place) const;
+  // Those selected, and those of selected logs, in the tree's order.
+  std::vector<IDataStream*> SelectedStreams() const;
   void SetStreamOpener(std::function<void(IDataStream&)> opener) { open_stream_ = std::move(opener); }
   void SetLogRemover(std::function<void(const CString& path)> remover) { remove_log_ = std::move(remover); }
   // Opens a log that the project lists and that is not loaded.

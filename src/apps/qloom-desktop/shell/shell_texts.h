@@ -60,7 +60,9 @@ inline constexpr ShellText kUntitled           {"未命名项目", "Untitled pro
 inline constexpr ShellText kNotLoaded          {"（未载入）", "(not loaded)"};
 inline constexpr ShellText kProjectFiles       {"项目文件 (*.qlp)", "Project files (*.qlp)"};
 inline constexpr ShellText kLogFiles           {"日志文件 (*.log)", "Log files (*.log)"};
+inline constexpr ShellText kWorkbooks          {"工作簿 (*.xlsx)", "Workbooks (*.xlsx)"};
 inline constexpr ShellText kAllFiles           {"所有文件 (*)", "All files (*)"};
+inline constexpr ShellText kSelectStreams      {"请在项目中选择要导出的日志或数据流。", "Select logs or streams in the project to export."};
 inline constexpr ShellText kAskSave            {"项目已修改，是否保存？", "The project has changed. Save it?"};
 inline constexpr ShellText kSave               {"保存(&S)", "&Save"};
 inline constexpr ShellText kDiscard            {"不保存(&D)", "&Discard"};
