@@ -128,10 +128,22 @@ TEST_F(Desktop, AProjectThatIsNoneIsRefusedAndTheOpenOneStays) {
   EXPECT_EQ(folder.File("a.qlp"), session->project().FilePath());
 }
 
-TEST_F(Desktop, CommandsThatThisBuildLacksAreDisabled) {
-  EXPECT_EQ(session->HasTextImport(), Action("import_text").isEnabled());
-  EXPECT_EQ(session->HasExcelExport(), Action("export_excel").isEnabled());
-  EXPECT_TRUE(Action("import_outdoor").isEnabled());
+TEST_F(Desktop, StreamsOfASelectedLogBecomeAWorkbook) {
+  for (const char* const name : {"import_text", "export_text", "export_excel", "import_network"})
+    EXPECT_TRUE(Action(name).isEnabled()) << name;
+  person.Click(QStringLiteral("ok"));  // nothing is selected yet
+  Action("export_excel").trigger();
+  window->ImportFiles(kImporterOutdoorLog, {MakeLog("merged_600")});
+  Tree().topLevelItem(0)->child(0)->setSelected(true);
+  const CString workbook = folder.File("drive.xlsx");
+  person.Then("name", [=] {
+    Person::Find<QLineEdit>("fileNameEdit")->setText(PathToQt(workbook));
+    qobject_cast<QDialog*>(Person::Window())->accept();
+  });
+  Action("export_excel").trigger();
+  const std::vector<std::byte> bytes = ReadWholeFile(workbook);
+  ASSERT_GT(bytes.size(), 1000u);
+  EXPECT_EQ(std::byte{'P'}, bytes[0]);
 }
 
 TEST_F(Desktop, LogsAreCombinedInTheirOwnWindow) {

@@ -7,6 +7,7 @@
 #include <QDialog>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 #include <deque>
 #include <functional>
 #include <string>
@@ -89,6 +90,15 @@ class Person {
     QTest::mouseClick(button, Qt::LeftButton, {}, is_box ? QPoint(8, button->height() / 2) : QPoint());
   }
 
+  // A button pressed by its accelerator comes up, and is clicked, a moment later.
+  static bool IsButtonDown() {
+    if (!Window()) return false;
+    const auto buttons = Window()->findChildren<QAbstractButton*>();
+    return std::any_of(buttons.begin(), buttons.end(), [](const QAbstractButton* button) {
+      return button->isDown() && !button->inherits("QToolButton");
+    });
+  }
+
   void Schedule() {
     QTimer::singleShot(5, &context_, [this] { PlayNext(); });
   }
@@ -99,6 +109,7 @@ class Person {
       return Schedule();
     }
     waits_ = 0;
+    if (IsButtonDown()) return Schedule();
     if (!acts_on_progress_ && Window() && Window()->objectName() == QStringLiteral("progress")) return Schedule();
     if (steps_.empty()) {
       if (QWidget* const left = Window()) {

@@ -98,10 +98,7 @@ TEST_F(IOManagerTest, MemoryIsWrittenAtOffsetsThatAreNoPageBorders) {
   manager_.CloseFileMap(nullptr);
 }
 
-TEST_F(IOManagerTest, CommandsWithoutAnImporterGiveNothing) {
-  ProtocolTypeEnum protocol = kProtocolGsm;
-  EXPECT_EQ(0, manager_.ImportNetInfo(protocol));
-  EXPECT_EQ(kProtocolGsm, protocol);
+TEST_F(IOManagerTest, AMissingIntermediateFileIsMadeEmptyAndNoted) {
   std::vector<CString> paths{folder_.File("a.int")};
   manager_.OpenImmediateLogFile(paths);
   EXPECT_EQ(1u, notes_.Count("not imported"));
