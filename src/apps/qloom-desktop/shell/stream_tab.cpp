@@ -51,6 +51,7 @@ StreamTab::StreamTab(IDataStream& stream, QWidget* parent)
   rows.setSectionResizeMode(QHeaderView::Fixed);
   rows.setDefaultSectionSize(fontMetrics().height() + kRowMarginPx);
   rows.hide();
+  table_->horizontalHeader()->setTextElideMode(Qt::ElideRight);
   table_->horizontalHeader()->setDefaultSectionSize(letter * kColumnWidthChars);
   table_->setModel(model_);
   table_->horizontalHeader()->resizeSection(1, fontMetrics().horizontalAdvance(QLatin1String(kWidestTime)));
