@@ -11,6 +11,7 @@
 #include <random>
 #include <string>
 
+#include "components/row_cursor.h"
 #include "host/application.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
@@ -32,7 +33,7 @@ constexpr std::int32_t kLongitudeId = 2379;
 constexpr const char* kLayout = "yyyy-mm-dd hh:nn:ss.ms";
 
 std::int32_t IdOf(std::size_t column) {
-  if (column == 0) return kTimeIeId;
+  if (column == 0) return kRecordTimeIe;
   const auto number = static_cast<std::int32_t>(column);
   return column < 3 ? kLongitudeId + number - 1 : kFirstId + number;
 }

@@ -1,14 +1,11 @@
 // Any bytes as a log file: it is refused or read to its end.
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <memory_resource>
-#include <string>
 #include <vector>
 
 #include "components/factory.h"
 #include "components/log_store.h"
+#include "fuzz/memory_file.h"
 #include "fuzz/target.h"
 #include "host/logstore/window_reader.h"
 #include "platform/error.h"
@@ -17,22 +14,6 @@
 namespace {
 
 using namespace loom;
-
-// A file in memory with a path.
-class MemoryFile {
- public:
-  MemoryFile(const std::uint8_t* data, std::size_t size) : descriptor_(memfd_create("fuzz", MFD_CLOEXEC)) {
-    if (descriptor_ < 0 || write(descriptor_, data, size) != static_cast<ssize_t>(size)) std::abort();
-  }
-  MemoryFile(const MemoryFile&) = delete;
-  MemoryFile& operator=(const MemoryFile&) = delete;
-  ~MemoryFile() { close(descriptor_); }
-  CString Folder() const { return "/proc/self/fd/"; }
-  CString Name() const { return CString(std::to_string(descriptor_)); }
-
- private:
-  int descriptor_;
-};
 
 void ReadAll(CLogFileManager& log) {
   const auto decoder = CFactory::Instance().CreateDecoder();

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "components/dual_protocol.h"
 #include "platform/byte_reader.h"
 #include "platform/cstring.h"
 #include "platform/encoding.h"
@@ -18,7 +19,7 @@ namespace loom::intermediate {
 inline constexpr std::array<std::uint8_t, 16> kMagic = {0x00, 0x08, 0x43, 0xD0, 0x27, 0x74, 0xC9, 0x46,
                                                         0x92, 0x7E, 0xB3, 0xA0, 0xEE, 0x47, 0xD0, 0x63};
 inline constexpr std::uint32_t kFormatVersion = 750;
-inline constexpr const char* kDualProtocol = "DOUBLEPROTOCOL";
+using loom::kDualProtocol;
 
 // From the start of the file.
 inline constexpr std::size_t kFileHeaderAt = 16;

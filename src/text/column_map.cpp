@@ -3,11 +3,12 @@
 #include <algorithm>
 
 #include "components/project.h"
+#include "components/row_cursor.h"
 
 namespace loom {
 
 bool HasTimeColumn(const ColumnMap& map) {
-  return std::ranges::any_of(map, [](const auto& entry) { return g_project->GetIEID(entry.second) == kTimeIeId; });
+  return std::ranges::any_of(map, [](const auto& entry) { return g_project->GetIEID(entry.second) == kRecordTimeIe; });
 }
 
 CString IeOfTitle(const CString& title) {

@@ -12,7 +12,6 @@ namespace loom {
 using ColumnMap = std::map<std::int32_t, CString>;
 
 inline constexpr const char* kTimeColumnName = "RecordTime";
-inline constexpr std::int32_t kTimeIeId = 2;
 
 // Whether one of the names is the time's in the open project, without which a map cannot be used.
 bool HasTimeColumn(const ColumnMap& map);

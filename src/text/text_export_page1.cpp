@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "components/dual_protocol.h"
 #include "resources/dialog_9020.h"
 #include "resources/images.h"
 
@@ -26,7 +27,7 @@ void CTextExportWizPage1::BuildTree() {
   for (const auto& [path, log] : logs_) {
     const HTREEITEM log_item = tree.InsertItem(log->GetName(), kImageLogFile, root);
     for (IDataStream* const stream : log->GetStreams()) {
-      if (stream->GetProtocol() == "DOUBLEPROTOCOL") continue;
+      if (stream->GetProtocol() == kDualProtocol) continue;
       const HTREEITEM item = tree.InsertItem(stream->GetName(), kImageStream, log_item);
       tree.SetItemData(item, reinterpret_cast<std::intptr_t>(stream));
     }

@@ -4,7 +4,9 @@
 #include <optional>
 #include <set>
 
+#include "components/dual_protocol.h"
 #include "components/project.h"
+#include "conversion/ie_ids.h"
 #include "platform/completes.h"
 #include "platform/encoding.h"
 #include "platform/path.h"
@@ -15,8 +17,6 @@
 namespace loom {
 namespace {
 
-constexpr std::int32_t kLongitudeId = 2379;
-constexpr std::int32_t kLatitudeId = 2380;
 constexpr std::int32_t kKeyRowStep = 500;
 constexpr int kProgressEnd = 1000;
 constexpr int kProgressStep = 100;
@@ -146,8 +146,8 @@ int CTextImporter::ReadLines(Run& run, TextLines& lines) {
 }
 
 void CTextImporter::ReadPosition(Run& run, const CMemDataRow& row) const {
-  const auto longitude = DegreesIn(row, kLongitudeId, 180.0);
-  const auto latitude = longitude ? DegreesIn(row, kLatitudeId, 90.0) : std::nullopt;
+  const auto longitude = DegreesIn(row, ie::kLongitude, 180.0);
+  const auto latitude = longitude ? DegreesIn(row, ie::kLatitude, 90.0) : std::nullopt;
   if (!latitude) return;
   run.longitude.Add(*longitude);
   run.latitude.Add(*latitude);
@@ -198,7 +198,7 @@ bool CTextImporter::PrepareProtocol() {
     (Contains(gsm_ies_, name) ? has_gsm : has_td_scdma) = true;
   }
   if (has_gsm && has_td_scdma) {
-    protocol_ = "DOUBLEPROTOCOL";
+    protocol_ = kDualProtocol;
   } else if (has_gsm || has_td_scdma) {
     protocol_ = has_gsm ? "GSM" : "TD-SCDMA";
   }

@@ -5,6 +5,7 @@
 #include <limits>
 #include <set>
 
+#include "components/dual_protocol.h"
 #include "components/stream_info.h"
 
 namespace loom {
@@ -89,7 +90,7 @@ void AddEachOnce(const std::list<CString>& first, const std::list<CString>& seco
 void MergeStreams(IDataStream& td_stream, IDataStream& gsm_stream, DataStream& merged) {
   merged.SetRowCount(MergeRows(td_stream, gsm_stream, merged));
   MergeBounds(td_stream, gsm_stream, merged);
-  merged.SetProtocol("DOUBLEPROTOCOL");
+  merged.SetProtocol(kDualProtocol);
   merged.SetFilterOperator(td_stream.GetFilterOperator());
   merged.SetStreamClass(td_stream.GetStreamClass());
   AddEachOnce(td_stream.GetIENames(), gsm_stream.GetIENames(), [&](const CString& name) { merged.AddIEName(name); });
