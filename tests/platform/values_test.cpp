@@ -3,9 +3,13 @@
 #include <stdlib.h>
 #include <time.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <span>
+#include <vector>
 
+#include "platform/bulk_memory.h"
 #include "platform/clock.h"
 #include "platform/error.h"
 #include "platform/log.h"
@@ -116,6 +120,24 @@ TEST(Notes, KeepTheFirstPlacesOfAKindAndCountTheRest) {
   notes.Clear();
   EXPECT_EQ(0u, notes.Count("unknown tag"));
   CurrentNotes().Clear();
+}
+
+TEST(BulkMemory, PiecesLieApartAsTheyWereAskedFor) {
+  BulkMemory memory;
+  std::vector<std::span<std::uint8_t>> pieces;
+  for (std::size_t at = 0; at < 3000; ++at) {
+    const std::size_t alignment = std::size_t{1} << at % 7;
+    const std::size_t bytes = at % 1000 == 999 ? 40'000'000 : at * 37 % 5000;
+    auto* const start = static_cast<std::uint8_t*>(memory.allocate(bytes, alignment));
+    EXPECT_EQ(0u, reinterpret_cast<std::uintptr_t>(start) % alignment);
+    pieces.emplace_back(start, bytes);
+    std::ranges::fill(pieces.back(), static_cast<std::uint8_t>(at));
+  }
+  for (std::size_t at = 0; at < pieces.size(); ++at) {
+    const auto is_its_own = [&](std::uint8_t byte) { return byte == static_cast<std::uint8_t>(at); };
+    EXPECT_TRUE(std::ranges::all_of(pieces[at], is_its_own)) << at;
+  }
+  EXPECT_THROW(static_cast<void>(memory.allocate(std::size_t{1} << 60, 8)), std::bad_alloc);
 }
 
 TEST(Log, GoesToTheSinkThatIsSet) {

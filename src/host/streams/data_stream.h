@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "components/stream_manager.h"
+#include "platform/bulk_memory.h"
 
 namespace loom {
 
@@ -69,7 +70,7 @@ class DataStream final : public IDataStream {
   const std::vector<const IDataStream*>& Sources() const { return sources_; }
 
  private:
-  std::pmr::monotonic_buffer_resource memory_;
+  BulkMemory memory_;
   RowMap* rows_;               // in memory_, never destroyed
   MergedRowMap* merged_rows_;  // likewise
   RowMap* key_rows_;           // likewise
