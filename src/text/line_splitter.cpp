@@ -2,8 +2,8 @@
 
 #include <bit>
 #include <cstdint>
-#include <cstring>
 
+#include "text/byte_words.h"
 #include "text/separator.h"
 
 namespace loom {
@@ -23,15 +23,6 @@ std::size_t FindSeparator(std::string_view line, std::string_view separator, std
     from += GbkCharLength(line, from);
   }
   return std::string_view::npos;
-}
-
-// The high bit of each of eight bytes that equals the one repeated in `pattern`.
-std::uint64_t EqualBytes(const char* bytes, std::uint64_t pattern) {
-  constexpr std::uint64_t kLow7 = 0x7F7F7F7F7F7F7F7F;
-  std::uint64_t word;
-  std::memcpy(&word, bytes, sizeof word);
-  word ^= pattern;
-  return ~(((word & kLow7) + kLow7) | word | kLow7);
 }
 
 }  // namespace
@@ -65,10 +56,10 @@ void LineSplitter::SplitAtByte(std::string_view line, std::vector<std::string_vi
     start = place + 1;
     return cells.size() == most;
   };
-  if constexpr (std::endian::native == std::endian::little) {
-    const std::uint64_t pattern = 0x0101010101010101 * static_cast<unsigned char>(separator);
-    for (; end - at >= 8; at += 8) {
-      for (std::uint64_t hits = EqualBytes(at, pattern); hits != 0; hits &= hits - 1) {
+  if constexpr (kHasWords) {
+    const std::uint64_t pattern = kEach * static_cast<unsigned char>(separator);
+    for (; end - at >= std::ptrdiff_t{kWordBytes}; at += kWordBytes) {
+      for (std::uint64_t hits = EqualBytes(WordAt(at), pattern); hits != 0; hits &= hits - 1) {
         if (cut(at + (std::countr_zero(hits) >> 3))) return;
       }
     }

@@ -30,7 +30,7 @@ std::string_view Mid(std::string_view text, std::ptrdiff_t from, std::ptrdiff_t 
 }
 
 int IntAt(std::string_view text, std::ptrdiff_t from, std::ptrdiff_t count) {
-  return CellInt(Mid(text, from, count)).value;
+  return CellInt(Mid(text, from, count), text.data() + text.size()).value;
 }
 
 struct Date {
