@@ -143,8 +143,7 @@ class Bench {
     writer.Begin(stream_, selection_switch_, *row);
     SignallingPass pass;
     for (auto _ : bench) {
-      row->GetParamID().resize(fields);
-      row->GetParamValue().resize(fields);
+      row->ResizeFields(fields);
       pass.ApplySignalling(record, stream_.state, writer);
       benchmark::DoNotOptimize(row.get());
     }

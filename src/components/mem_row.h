@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <map>
-#include <memory>
 #include <memory_resource>
 #include <new>
 #include <optional>
@@ -99,24 +99,18 @@ class CMemDataRowBase {
 // for scanners the spectrum. All memory comes from one memory resource.
 class CMemDataRow final : public CMemDataRowBase {
  public:
-  using IdVector = std::pmr::vector<std::int32_t>;
-  using ValueVector = std::pmr::vector<uniFieldValue>;
-
-  explicit CMemDataRow(std::pmr::memory_resource* memory = std::pmr::get_default_resource())
-      : ids_(memory), values_(memory), texts_(memory), spectrum_(nullptr) {}
-  // Copies own their texts; a copy into a memory resource takes exactly the room it needs.
+  explicit CMemDataRow(std::pmr::memory_resource* memory = std::pmr::get_default_resource()) : memory_(memory) {}
+  // Copies own their texts and take exactly the room they need.
   CMemDataRow(const CMemDataRow& other) : CMemDataRow(other, std::pmr::get_default_resource()) {}
-  CMemDataRow(const CMemDataRow& other, std::pmr::memory_resource* memory)
-      : ids_(other.ids_, memory), values_(other.values_, memory), texts_(other.texts_, memory), spectrum_(nullptr) {
-    CopyBase(other, memory);
-    if (other.spectrum_ != nullptr) SetFFTReport(*other.spectrum_);
-  }
+  CMemDataRow(const CMemDataRow& other, std::pmr::memory_resource* memory) : memory_(memory) { CopyFrom(other); }
   CMemDataRow& operator=(const CMemDataRow& other) {
     Copy(other);
     return *this;
   }
   ~CMemDataRow() override {
-    DropFilters(ids_.get_allocator().resource());
+    DropFilters(memory_);
+    DropFields();
+    DropTexts();
     DropSpectrum();
   }
 
@@ -128,52 +122,71 @@ class CMemDataRow final : public CMemDataRowBase {
   // First field with the id, if any.
   std::optional<uniFieldValue> GetIEValueByID(std::int32_t id) const {
     const std::size_t at = Find(id);
-    return at < ids_.size() ? std::optional(values_[at]) : std::nullopt;
+    return at < value_count_ ? std::optional(Values()[at]) : std::nullopt;
   }
-  bool Holds(std::int32_t id) const { return Find(id) < ids_.size(); }
+  bool Holds(std::int32_t id) const { return Find(id) < id_count_; }
 
   // Replaces the first field with the id, or appends it.
   void AddIE(std::int32_t id, uniFieldValue value) {
     const std::size_t at = Find(id);
-    if (at < ids_.size()) {
-      values_[at] = value;
+    if (at < value_count_) {
+      Values()[at] = value;
     } else {
       QuickAddIE(id, value);
     }
   }
   // Appends without looking for an earlier field of the id.
   void QuickAddIE(std::int32_t id, uniFieldValue value) {
-    ids_.push_back(id);
-    values_.push_back(value);
+    if (std::max(id_count_, value_count_) == field_room_) MakeRoom(std::size_t{field_room_} + 1);
+    ids_[id_count_++] = id;
+    Values()[value_count_++] = value;
   }
   // Appends fields; as many ids as values.
   void QuickAddIEs(std::span<const std::int32_t> ids, std::span<const uniFieldValue> values) {
-    ids_.insert(ids_.end(), ids.begin(), ids.end());
-    values_.insert(values_.end(), values.begin(), values.end());
+    MakeRoom(std::max(id_count_, value_count_) + ids.size());
+    std::ranges::copy(ids, ids_ + id_count_);
+    std::ranges::copy(values, Values() + value_count_);
+    id_count_ += static_cast<std::uint32_t>(ids.size());
+    value_count_ += static_cast<std::uint32_t>(values.size());
   }
   void RemoveIE(std::int32_t id) {
     const std::size_t at = Find(id);
-    if (at == ids_.size()) return;
-    ids_.erase(ids_.begin() + static_cast<std::ptrdiff_t>(at));
-    values_.erase(values_.begin() + static_cast<std::ptrdiff_t>(at));
+    if (at == id_count_) return;
+    std::copy(ids_ + at + 1, ids_ + id_count_--, ids_ + at);
+    if (at < value_count_) std::copy(Values() + at + 1, Values() + value_count_--, Values() + at);
   }
 
-  IdVector& GetParamID() { return ids_; }
-  const IdVector& GetParamID() const { return ids_; }
-  ValueVector& GetParamValue() { return values_; }
-  const ValueVector& GetParamValue() const { return values_; }
+  // Valid until fields are added.
+  std::span<std::int32_t> GetParamID() { return {ids_, id_count_}; }
+  std::span<const std::int32_t> GetParamID() const { return {ids_, id_count_}; }
+  std::span<uniFieldValue> GetParamValue() { return {Values(), value_count_}; }
+  std::span<const uniFieldValue> GetParamValue() const { return {Values(), value_count_}; }
+
+  // As many ids and values as that; what is new has no value yet.
+  void ResizeFields(std::size_t count) {
+    MakeRoom(count);
+    id_count_ = value_count_ = static_cast<std::uint32_t>(count);
+  }
+  // Other ids for the values that are there, not necessarily as many.
+  void SetParamID(std::span<const std::int32_t> ids) {
+    MakeRoom(ids.size());
+    std::ranges::copy(ids, ids_);
+    id_count_ = static_cast<std::uint32_t>(ids.size());
+  }
 
   // Keeps a copy of the bytes, zero-terminated, and gives its handle (never 0) for uniFieldValue::Text.
   std::uint32_t AddText(std::string_view bytes) {
-    const auto handle = static_cast<std::uint32_t>(texts_.size()) + 1;
-    texts_.insert(texts_.end(), bytes.begin(), bytes.end());
-    texts_.push_back('\0');
+    const std::uint32_t handle = text_bytes_ + 1;
+    const std::size_t needed = text_bytes_ + bytes.size() + 1;
+    if (needed > text_room_) ReserveTexts(std::max(needed, 2 * std::size_t{text_room_}));
+    *std::ranges::copy(bytes, texts_ + text_bytes_).out = '\0';
+    text_bytes_ = static_cast<std::uint32_t>(needed);
     return handle;
   }
   // The text of a handle up to its terminator; empty for 0 and for a handle that is not of this row.
   std::string_view GetText(std::uint32_t handle) const {
-    if (handle == 0 || handle > texts_.size()) return {};
-    return std::string_view(texts_.data() + handle - 1);
+    if (handle == 0 || handle > text_bytes_) return {};
+    return std::string_view(texts_ + handle - 1);
   }
 
   // Spectrum samples of a scanner row; empty when there are none.
@@ -184,52 +197,99 @@ class CMemDataRow final : public CMemDataRowBase {
   void SetFFTReport(std::span<const float> samples) {
     DropSpectrum();
     spectrum_ =
-        std::pmr::polymorphic_allocator<>(Memory()).new_object<std::pmr::vector<float>>(samples.begin(), samples.end());
+        std::pmr::polymorphic_allocator<>(memory_).new_object<std::pmr::vector<float>>(samples.begin(), samples.end());
   }
 
-  void Reserve(std::size_t fields) {
-    ids_.reserve(fields);
-    values_.reserve(fields);
+  void Reserve(std::size_t fields) { MakeRoom(fields); }
+  void ReserveTexts(std::size_t bytes) {  // of all texts, each with its terminator
+    if (bytes <= text_room_) return;
+    auto* const texts = static_cast<char*>(memory_->allocate(Count(bytes), 1));
+    std::copy_n(texts_, text_bytes_, texts);
+    const std::uint32_t used = text_bytes_;
+    DropTexts();
+    texts_ = texts;
+    text_bytes_ = used;
+    text_room_ = static_cast<std::uint32_t>(bytes);
   }
-  void ReserveTexts(std::size_t bytes) { texts_.reserve(bytes); }  // of all texts, each with its terminator
-  // Gives unused room back.
-  void Shrink() {
-    ids_.shrink_to_fit();
-    values_.shrink_to_fit();
-  }
-  // Empties the row.
+  // Empties the row; its room stays.
   void Release() {
-    ids_.clear();
-    values_.clear();
-    texts_.clear();
+    id_count_ = value_count_ = 0;
+    text_bytes_ = 0;
     DropSpectrum();
   }
   void Copy(const CMemDataRow& other) {
-    if (this == &other) return;
-    CopyBase(other, Memory());
-    ids_ = other.ids_;
-    values_ = other.values_;
-    texts_ = other.texts_;
-    DropSpectrum();
+    if (this != &other) CopyFrom(other);
+  }
+  bool LivesIn(const std::pmr::memory_resource* memory) const { return memory_ == memory; }
+
+ private:
+  std::pmr::memory_resource* Memory() const override { return memory_; }
+  std::size_t Find(std::int32_t id) const {
+    std::size_t at = 0;
+    while (at < id_count_ && ids_[at] != id) ++at;
+    return at;
+  }
+  // Behind the room for ids.
+  uniFieldValue* Values() const { return reinterpret_cast<uniFieldValue*>(ids_ + field_room_); }
+
+  // Counts of fields and bytes have 32 bits.
+  static std::size_t Count(std::size_t count) {
+    if (count > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
+    return count;
+  }
+  static constexpr std::size_t kFieldBytes = sizeof(std::int32_t) + sizeof(uniFieldValue);
+
+  void MakeRoom(std::size_t fields) {
+    if (fields > field_room_) Grow(fields);
+  }
+  [[gnu::noinline]] void Grow(std::size_t fields) {
+    const std::size_t room = Count(field_room_ == 0 ? fields : std::max(fields, 2 * std::size_t{field_room_}));
+    auto* const ids = static_cast<std::int32_t*>(memory_->allocate(room * kFieldBytes, alignof(std::int32_t)));
+    std::copy_n(ids_, id_count_, ids);
+    std::copy_n(Values(), value_count_, reinterpret_cast<uniFieldValue*>(ids + room));
+    const std::uint32_t id_count = id_count_;
+    const std::uint32_t value_count = value_count_;
+    DropFields();
+    ids_ = ids;
+    field_room_ = static_cast<std::uint32_t>(room);
+    id_count_ = id_count;
+    value_count_ = value_count;
+  }
+  void DropFields() {
+    if (field_room_ > 0) memory_->deallocate(ids_, field_room_ * kFieldBytes, alignof(std::int32_t));
+    id_count_ = value_count_ = field_room_ = 0;
+  }
+  void DropTexts() {
+    if (text_room_ > 0) memory_->deallocate(texts_, text_room_, 1);
+    text_bytes_ = text_room_ = 0;
+  }
+  void DropSpectrum() {
+    if (spectrum_ != nullptr) std::pmr::polymorphic_allocator<>(memory_).delete_object(spectrum_);
+    spectrum_ = nullptr;
+  }
+  void CopyFrom(const CMemDataRow& other) {
+    CopyBase(other, memory_);
+    Release();
+    MakeRoom(std::max(other.id_count_, other.value_count_));
+    std::copy_n(other.ids_, other.id_count_, ids_);
+    std::copy_n(other.Values(), other.value_count_, Values());
+    id_count_ = other.id_count_;
+    value_count_ = other.value_count_;
+    ReserveTexts(other.text_bytes_);
+    std::copy_n(other.texts_, other.text_bytes_, texts_);
+    text_bytes_ = other.text_bytes_;
     if (other.spectrum_ != nullptr) SetFFTReport(*other.spectrum_);
   }
 
- private:
-  std::pmr::memory_resource* Memory() const override { return ids_.get_allocator().resource(); }
-  std::size_t Find(std::int32_t id) const {
-    std::size_t at = 0;
-    while (at < ids_.size() && ids_[at] != id) ++at;
-    return at;
-  }
-  void DropSpectrum() {
-    if (spectrum_ != nullptr) std::pmr::polymorphic_allocator<>(Memory()).delete_object(spectrum_);
-    spectrum_ = nullptr;
-  }
-
-  IdVector ids_;
-  ValueVector values_;
-  std::pmr::vector<char> texts_;
-  std::pmr::vector<float>* spectrum_;
+  std::pmr::memory_resource* memory_;
+  std::int32_t* ids_ = nullptr;  // one piece of memory with room for the ids and, behind it, for the values
+  char* texts_ = nullptr;
+  std::pmr::vector<float>* spectrum_ = nullptr;
+  std::uint32_t field_room_ = 0;
+  std::uint32_t id_count_ = 0;
+  std::uint32_t value_count_ = 0;
+  std::uint32_t text_room_ = 0;
+  std::uint32_t text_bytes_ = 0;
 };
 
 // Rows of a stream by row number, from 1. Rows live in the map's own memory resource, which the stream owns and
@@ -243,15 +303,6 @@ inline CMemDataRow* StoreRow(RowMap& rows, std::int32_t number, const CMemDataRo
   auto* stored = new (place) CMemDataRow(row, memory);
   rows.insert_or_assign(rows.end(), number, stored);
   return stored;
-}
-
-// An empty row under a number above those that are there, to be filled in place.
-inline CMemDataRow* AppendRow(RowMap& rows, std::int32_t number) {
-  std::pmr::memory_resource* memory = rows.get_allocator().resource();
-  void* place = memory->allocate(sizeof(CMemDataRow), alignof(CMemDataRow));
-  auto* row = new (place) CMemDataRow(memory);
-  rows.emplace_hint(rows.end(), number, row);
-  return row;
 }
 
 // A row of a merged dual-protocol stream: the source row and its numbers in the two source streams (0 = not from it).

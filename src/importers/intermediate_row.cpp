@@ -60,11 +60,10 @@ uniFieldValue ReadValue(std::uint32_t type, std::span<const std::byte> value, CM
 
 // Room for as many fields as the bytes could hold is made once; the loop then only stores.
 void ReadFields(ByteReader data, const CString& path, CMemDataRow& row) {
-  auto& ids = row.GetParamID();
-  auto& values = row.GetParamValue();
-  std::size_t count = ids.size();
-  ids.resize(count + data.Remaining() / intermediate::kDescriptorBytes);
-  values.resize(ids.size());
+  std::size_t count = row.GetParamID().size();
+  row.ResizeFields(count + data.Remaining() / intermediate::kDescriptorBytes);
+  const std::span<std::int32_t> ids = row.GetParamID();
+  const std::span<uniFieldValue> values = row.GetParamValue();
   while (data.Has(intermediate::kDescriptorBytes)) {
     const FieldDescriptor field = FieldDescriptor::FromBits(data.U32());
     if (!data.Has(field.length_bytes)) [[unlikely]] {
@@ -81,8 +80,7 @@ void ReadFields(ByteReader data, const CString& path, CMemDataRow& row) {
     values[count] = ReadValue(field.type, value, row);
     ++count;
   }
-  ids.resize(count);
-  values.resize(count);
+  row.ResizeFields(count);
   if (!data.AtEnd()) {
     CurrentNotes().Add(kRowCutShort, path, data.Position(),
                        std::to_string(data.Remaining()) + " bytes are left, too few for a field");

@@ -120,6 +120,7 @@ int CTextImporter::ReadLines(Run& run, TextLines& lines) {
   TextRowBuilder builder(Columns(), separator_, data_format_, notes);
   RowMap& rows = *run.stream->GetRows();
   RowMap& key_rows = *run.stream->GetKeyRows();
+  CMemDataRow row;
   std::string_view line;
   std::uint64_t line_number = 0;
   if (first_line_flag_ != 0 && lines.Next(line)) {
@@ -135,8 +136,8 @@ int CTextImporter::ReadLines(Run& run, TextLines& lines) {
     }
     notes.SetLine(++line_number);
     if (line_number == 1) NoteEncoding(run.path, line);
-    CMemDataRow& row = *AppendRow(rows, ++run.row_count);
-    builder.Fill(row, line, run.row_count, run.time_s);
+    builder.Fill(row, line, ++run.row_count, run.time_s);
+    StoreRow(rows, run.row_count, row);
     ReadPosition(run, row);
     if (run.row_count == 1 || run.row_count % kKeyRowStep == 0) StoreRow(key_rows, run.row_count, row);
   }

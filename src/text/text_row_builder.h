@@ -41,23 +41,19 @@ class TextRowBuilder {
   TextRowBuilder(std::vector<TextColumn> columns, const CString& separator, const CString& data_format,
                  RowNotes& notes);
 
-  // Fills an empty row; its time, when it is valid, extends `time_s`.
+  // Replaces what the row holds; its time, when it is valid, extends `time_s`.
   void Fill(CMemDataRow& row, std::string_view line, std::int32_t number, TextRange& time_s);
 
  private:
-  struct Sizes {
-    std::size_t fields = 0;
-    std::size_t text_bytes = 0;
-  };
-  Sizes PrepareCells();
-  std::string_view Prepared(const TextColumn& column) const;
   void SetTime(CMemDataRow& row, std::string_view cell, TextRange& time_s);
   uniFieldValue Convert(CMemDataRow& row, const TextColumn& column, std::string_view cell);
-  std::int32_t IntOf(const TextColumn& column, std::string_view cell);
-  float FloatOf(const TextColumn& column, std::string_view cell);
+  template <class Number>
+  [[gnu::cold]] void NoteNumber(const TextColumn& column, std::string_view cell, Number stored);
   bool TruthOf(const TextColumn& column, std::string_view cell);
   std::uint32_t AddText(CMemDataRow& row, const TextColumn& column, std::string_view cell);
-  void FillFields(CMemDataRow& row, const Sizes& sizes, TextRange& time_s);
+  void FillFields(CMemDataRow& row, TextRange& time_s);
+  std::string_view WithoutLineEnd(const TextColumn& column, std::string_view cell) const;
+  void NoteMissingCells();
   void ListFieldsOneByOne(CMemDataRow& row) const;
 
   std::vector<TextColumn> columns_;
@@ -69,6 +65,7 @@ class TextRowBuilder {
   RowNotes& notes_;
   std::string_view line_end_;            // what the separator leaves at the end of a line
   std::vector<std::string_view> cells_;  // of the newest line; those of columns trimmed
+  const char* line_end_at_ = nullptr;
 };
 
 }  // namespace loom

@@ -8,6 +8,7 @@
 #include "platform/file_map.h"
 #include "tests/importers/import_test.h"
 #include "tests/support/intermediate_builder.h"
+#include "tests/support/row_fields.h"
 
 namespace loom::testing {
 namespace {
@@ -113,8 +114,8 @@ TEST_F(IntermediateImportTest, EveryFieldComesBackAsItWasWritten) {
   const CMemDataRow& row = *stream->GetRows()->at(1);
   EXPECT_EQ(12.5, row.GetRecordTime());
   EXPECT_EQ(77, row.GetSynFieldValue());
-  ASSERT_EQ((CMemDataRow::IdVector{140, 2379, 141, 5, 35, 35, 262143}), row.GetParamID());
-  const auto& values = row.GetParamValue();
+  ASSERT_EQ((std::vector<std::int32_t>{140, 2379, 141, 5, 35, 35, 262143}), IdsOf(row));
+  const auto values = row.GetParamValue();
   EXPECT_EQ(-70000, values[0].int_value);
   EXPECT_EQ(116.25f, values[1].float_value);
   EXPECT_EQ(0xFF01, values[2].int_value);
@@ -148,7 +149,7 @@ TEST_F(IntermediateImportTest, FieldsThatCannotBeStoredAreLeftOutWithANote) {
   ILogfile* logfile = ImportBytes(BuildIntermediateFile({{"A(1)", "GSM", rows}}).bytes);
   ASSERT_TRUE(logfile);
   ASSERT_EQ(5u, RowsOf(*logfile).size());
-  for (const auto& [number, row] : RowsOf(*logfile)) EXPECT_EQ(CMemDataRow::IdVector{140}, row->GetParamID()) << number;
+  for (const auto& [number, row] : RowsOf(*logfile)) EXPECT_EQ(std::vector<std::int32_t>{140}, IdsOf(*row)) << number;
   EXPECT_EQ(7u, notes_.Count("field of an intermediate file not stored"));
   EXPECT_EQ(2u, notes_.Count("row of an intermediate file cut short"));
 }

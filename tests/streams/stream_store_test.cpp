@@ -29,6 +29,40 @@ class StreamStoreTest : public ::testing::Test {
   StreamStore& store_ = StreamStore::Instance();
 };
 
+TEST(MemoryRow, KeepsFieldsTextsAndCopiesApart) {
+  CMemDataRow row;
+  std::vector<std::uint32_t> handles;
+  for (std::int32_t id = 0; id < 300; ++id) {
+    row.QuickAddIE(id % 250, uniFieldValue(id));
+    handles.push_back(row.AddText(std::string(static_cast<std::size_t>(id % 40), 'x') + std::to_string(id)));
+  }
+  row.AddIE(7, uniFieldValue(-7));   // the first of two
+  row.AddIE(900, uniFieldValue(9));  // new
+  row.RemoveIE(0);
+  row.RemoveIE(12345);
+  row.QuickAddIEs(std::vector<std::int32_t>{901, 902}, std::vector<uniFieldValue>(2, uniFieldValue(1.5f)));
+  CMemDataRow copy(row);
+  CMemDataRow other;
+  other.AddIE(1, uniFieldValue(1));
+  other.SetFFTReport(std::vector<float>(3, 1.0f));
+  row.Release();
+  row.QuickAddIE(1, uniFieldValue(0));
+  row = other;
+  other = copy;
+  EXPECT_EQ(302u, other.GetParamID().size());
+  EXPECT_EQ(302u, other.GetParamValue().size());
+  EXPECT_EQ(-7, other.GetIEValueByID(7)->int_value);
+  EXPECT_EQ(250, other.GetIEValueByID(0)->int_value);
+  EXPECT_EQ(1.5f, other.GetIEValueByID(902)->float_value);
+  EXPECT_FALSE(other.GetIEValueByID(12345));
+  EXPECT_EQ(std::string(19, 'x') + "299", other.GetText(handles[299]));
+  EXPECT_EQ("0", other.GetText(handles[0]));
+  EXPECT_EQ("", other.GetText(handles[299] + 1000));
+  EXPECT_EQ(0u, other.GetFFTReportPoints());
+  EXPECT_EQ(3u, row.GetFFTReportPoints());
+  EXPECT_EQ(1u, row.GetParamID().size());
+}
+
 // "T2" is row 2 of the TD-SCDMA stream, "G1" row 1 of the GSM stream.
 std::string Order(IDataStream& merged) {
   std::string order;

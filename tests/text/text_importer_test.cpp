@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "platform/path.h"
+#include "tests/support/row_fields.h"
 #include "tests/text/navigator_test.h"
 
 namespace loom::testing {
@@ -162,8 +163,7 @@ TEST_F(TextImporterTest, AnElementThatIsMappedTwiceLosesItsFirstFieldToAnEmptyCe
   const ColumnMap columns{{0, "Number"}, {1, "Decimal"}, {2, "Number"}};
   const ILogfile* log = Import("t\n1,2,3\n1,2, \n,2,3\n", columns);
   EXPECT_EQ((Fields{{4, 1}, {5, 2}, {4, 3}}), FieldsOf(RowOf(log, 1)));
-  EXPECT_EQ((std::vector<std::int32_t>{5, 4}),
-            std::vector<std::int32_t>(RowOf(log, 2).GetParamID().begin(), RowOf(log, 2).GetParamID().end()));
+  EXPECT_EQ((std::vector<std::int32_t>{5, 4}), IdsOf(RowOf(log, 2)));
   EXPECT_EQ(2u, RowOf(log, 2).GetParamValue().size());
   EXPECT_EQ((Fields{{5, 2}, {4, 3}}), FieldsOf(RowOf(log, 3)));
   EXPECT_EQ(1u, notes_.Count("information element mapped twice"));

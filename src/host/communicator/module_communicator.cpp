@@ -16,8 +16,7 @@ constexpr std::int32_t kIeLatitude = 2380;
 
 // The row itself when it lives in the stream's memory, else a copy there.
 CMemDataRow* KeepRow(RowMap& rows, std::int32_t number, CMemDataRow* row) {
-  if (row->GetParamID().get_allocator().resource() != rows.get_allocator().resource())
-    return StoreRow(rows, number, *row);
+  if (!row->LivesIn(rows.get_allocator().resource())) return StoreRow(rows, number, *row);
   rows.emplace_hint(rows.end(), number, row);
   return row;
 }

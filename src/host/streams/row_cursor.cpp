@@ -32,7 +32,7 @@ RowCursor::LastSeen& RowCursor::SeenOf(std::int32_t ie_id) {
 // Makes the next row the current one. From the end: the first field of an id is the one that counts.
 void RowCursor::TakeNextRow() {
   row_ = next_++->second;
-  const CMemDataRow::IdVector& ids = row_->GetParamID();
+  const std::span<const std::int32_t> ids = row_->GetParamID();
   for (std::size_t position = ids.size(); position-- > 0;) {
     const auto id = static_cast<std::uint32_t>(ids[position]);
     LastSeen& seen = id < seen_.size() ? seen_[id] : SeenOf(ids[position]);
@@ -43,7 +43,7 @@ void RowCursor::TakeNextRow() {
 
 void RowCursor::Append(std::int32_t ie_id, LastSeen& seen, std::string& out) const {
   if (seen.type == kFieldNone) seen.type = g_memDataType->GetType(ie_id);
-  const CMemDataRow::ValueVector& values = seen.row->GetParamValue();
+  const std::span<const uniFieldValue> values = seen.row->GetParamValue();
   if (seen.position >= values.size()) return;
   const uniFieldValue value = values[seen.position];
   switch (seen.type) {
