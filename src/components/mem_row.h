@@ -121,8 +121,13 @@ class CMemDataRow final : public CMemDataRowBase {
 
   // First field with the id, if any.
   std::optional<uniFieldValue> GetIEValueByID(std::int32_t id) const {
+    const uniFieldValue* const value = FindIE(id);
+    return value != nullptr ? std::optional(*value) : std::nullopt;
+  }
+  // The same in place, null without one; valid until fields are added.
+  const uniFieldValue* FindIE(std::int32_t id) const {
     const std::size_t at = Find(id);
-    return at < value_count_ ? std::optional(Values()[at]) : std::nullopt;
+    return at < value_count_ ? Values() + at : nullptr;
   }
   bool Holds(std::int32_t id) const { return Find(id) < id_count_; }
 

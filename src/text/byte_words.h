@@ -26,4 +26,15 @@ inline std::uint64_t EqualBytes(std::uint64_t word, std::uint64_t pattern) {
   return ~(((word & ~kHighBits) + ~kHighBits) | word | ~kHighBits);
 }
 
+// One bit for each of 64 bytes that equals the one repeated in `pattern`, the first one lowest.
+inline std::uint64_t EqualBytesOf64(const char* bytes, std::uint64_t pattern) {
+  constexpr std::uint64_t kToTopByte = 0x0102040810204080;  // bit 0 of byte n goes to bit 56 + n
+  std::uint64_t equal = 0;
+  for (std::size_t word = 0; word < 8; ++word) {
+    const std::uint64_t bits = EqualBytes(WordAt(bytes + word * kWordBytes), pattern) >> 7;
+    equal |= (bits * kToTopByte >> 56) << 8 * word;
+  }
+  return equal;
+}
+
 }  // namespace loom

@@ -58,6 +58,11 @@ void LineSplitter::SplitAtByte(std::string_view line, std::vector<std::string_vi
   };
   if constexpr (kHasWords) {
     const std::uint64_t pattern = kEach * static_cast<unsigned char>(separator);
+    for (; end - at >= 64; at += 64) {
+      for (std::uint64_t hits = EqualBytesOf64(at, pattern); hits != 0; hits &= hits - 1) {
+        if (cut(at + std::countr_zero(hits))) return;
+      }
+    }
     for (; end - at >= std::ptrdiff_t{kWordBytes}; at += kWordBytes) {
       for (std::uint64_t hits = EqualBytes(WordAt(at), pattern); hits != 0; hits &= hits - 1) {
         if (cut(at + (std::countr_zero(hits) >> 3))) return;

@@ -1,6 +1,8 @@
 #include "text/text_importer.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <optional>
 #include <set>
 
@@ -33,10 +35,11 @@ bool CompletesOrTells(const CString& message, Work work) {
   return false;
 }
 
-std::optional<double> DegreesIn(const CMemDataRow& row, std::int32_t id, double limit) {
-  const auto value = row.GetIEValueByID(id);
-  if (!value || !(value->float_value >= -limit && value->float_value <= limit)) return std::nullopt;
-  return value->float_value;
+// NaN where the row has none, or one that is none.
+double DegreesIn(const CMemDataRow& row, std::int32_t id, float limit) {
+  const uniFieldValue* const value = row.FindIE(id);
+  const bool is_valid = value != nullptr && std::abs(value->float_value) <= limit;
+  return is_valid ? value->float_value : std::numeric_limits<double>::quiet_NaN();
 }
 
 // Files are in the GBK code page; of another encoding the rows hold the bytes as they stand.
@@ -147,11 +150,11 @@ int CTextImporter::ReadLines(Run& run, TextLines& lines) {
 }
 
 void CTextImporter::ReadPosition(Run& run, const CMemDataRow& row) const {
-  const auto longitude = DegreesIn(row, ie::kLongitude, 180.0);
-  const auto latitude = longitude ? DegreesIn(row, ie::kLatitude, 90.0) : std::nullopt;
-  if (!latitude) return;
-  run.longitude.Add(*longitude);
-  run.latitude.Add(*latitude);
+  const double longitude = DegreesIn(row, ie::kLongitude, 180.0f);
+  const double latitude = DegreesIn(row, ie::kLatitude, 90.0f);
+  if (std::isnan(longitude) || std::isnan(latitude)) return;
+  run.longitude.Add(longitude);
+  run.latitude.Add(latitude);
 }
 
 void CTextImporter::FinishStream(Run& run) const {

@@ -1,9 +1,11 @@
 #include "text/time_text.h"
 
+#include <bit>
 #include <cmath>
 
 #include "components/dt_time.h"
 #include "components/field_value.h"
+#include "text/byte_words.h"
 #include "text/cell_number.h"
 
 namespace loom {
@@ -17,9 +19,14 @@ struct Pair {
   std::ptrdiff_t first = -1;
   std::ptrdiff_t last = -1;
   bool IsComplete() const { return first != last; }
-  void Add(std::ptrdiff_t at) {
-    if (first < 0) first = at;
-    last = at;
+  void Add(std::ptrdiff_t first_at, std::ptrdiff_t last_at) {
+    if (first < 0) first = first_at;
+    last = last_at;
+  }
+  // The bytes of a word that `text` has at `at`.
+  void Add(std::uint64_t equal_bytes, std::ptrdiff_t at) {
+    if (equal_bytes != 0)
+      Add(at + (std::countr_zero(equal_bytes) >> 3), at + ((63 - std::countl_zero(equal_bytes)) >> 3));
   }
 };
 
@@ -96,9 +103,17 @@ double TimeTextConverter::UnroundedSeconds(std::string_view text) {
   }
   Pair dashes;
   Pair colons;
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    if (text[at] == '-') dashes.Add(static_cast<std::ptrdiff_t>(at));
-    if (text[at] == ':') colons.Add(static_cast<std::ptrdiff_t>(at));
+  const auto size = static_cast<std::ptrdiff_t>(text.size());
+  std::ptrdiff_t at = 0;
+  for (; kHasWords && size - at >= std::ptrdiff_t{kWordBytes}; at += kWordBytes) {
+    const std::uint64_t word = WordAt(text.data() + at);
+    dashes.Add(EqualBytes(word, '-' * kEach), at);
+    colons.Add(EqualBytes(word, ':' * kEach), at);
+  }
+  for (; at < size; ++at) {
+    const char c = text[static_cast<std::size_t>(at)];
+    if (c == '-') dashes.Add(at, at);
+    if (c == ':') colons.Add(at, at);
   }
   if (!colons.IsComplete()) return kInvalidDouble;
   if (layout_->date == DateOrder::kNone) return SecondOfDay(text, colons, layout_->seconds);
