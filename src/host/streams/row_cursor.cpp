@@ -10,6 +10,14 @@ namespace {
 
 constexpr std::int32_t kHighestNearId = 100'000;
 
+// Rows are read once and are more than any cache holds. A stream keeps the fields of a row behind the row itself.
+inline void Prefetch(const CMemDataRow& row) {
+  constexpr std::size_t kUsualBytes = 384;
+  constexpr std::size_t kCacheLineBytes = 64;
+  const auto* const bytes = reinterpret_cast<const char*>(&row);
+  for (std::size_t at = 0; at < kUsualBytes; at += kCacheLineBytes) __builtin_prefetch(bytes + at);
+}
+
 inline char* PutText(std::string_view text, char* out) {
   if (text.size() != 1) return out + text.copy(out, text.size());
   *out = text.front();
@@ -71,6 +79,7 @@ std::optional<double> RowCursor::GetRecordTime() const {
 
 void RowCursor::TakeNextRow() {
   row_ = next_++->second;
+  if (!IsLastRow()) Prefetch(*next_->second);
   NoteValues();
 }
 
