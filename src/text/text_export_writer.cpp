@@ -1,8 +1,10 @@
 #include "text/text_export_writer.h"
 
 #include <algorithm>
+#include <cmath>
 #include <exception>
-#include <string>
+#include <optional>
+#include <span>
 #include <string_view>
 
 #include "components/dt_time.h"
@@ -12,6 +14,7 @@
 #include "platform/log.h"
 #include "platform/notes.h"
 #include "platform/number.h"
+#include "platform/text_buffer.h"
 #include "platform/ui/wait_cursor.h"
 
 namespace loom {
@@ -43,41 +46,49 @@ class StreamTextWriter {
     if (settings_.write_header == 1) AppendHeader();
     PrepareColumns();
     WriteRows();
-    file_.Write(text_);
+    file_.Write(text_.view());
     file_.Commit();
   }
 
  private:
-  struct Column {
-    std::int32_t ie_id;
-    const ExportLimit* limit;  // null: none
+  // Columns that stand side by side and are written alike.
+  struct Run {
+    std::vector<std::uint32_t> columns;  // numbers of the cursor; one where there is a limit, and for the record time
+    const ExportLimit* limit;            // null: none
+    bool is_record_time;
   };
 
   void AppendHeader() {
     for (std::size_t at = 0; at < names_.size(); ++at) {
-      if (at > 0) AppendSeparator();
-      text_ += names_[at];
-      if (settings_.write_units == 1) text_ += Format("(%s)", g_project->GetIEUnitByIEName(names_[at]));
+      if (at > 0) text_.Append(settings_.separator);
+      text_.Append(names_[at]);
+      if (settings_.write_units == 1) text_.Append(Format("(%s)", g_project->GetIEUnitByIEName(names_[at])));
     }
-    text_ += kLineEnd;
+    text_.Append(kLineEnd);
   }
 
   void PrepareColumns() {
+    std::vector<std::int32_t> ids;
     for (const CString& name : names_) {
-      const std::int32_t id = g_project->GetIEID(name);
-      if (id == kInvalidInt)
+      ids.push_back(g_project->GetIEID(name));
+      if (ids.back() == kInvalidInt)
         CurrentNotes().Add("information element unknown", settings_.file_name, "column '" + GbkToUtf8(name) + "'",
                            "the catalogue has no such name, its column stays blank");
-      if (settings_.limits != nullptr) {
-        const auto limit = settings_.limits->find(name);
-        if (limit != settings_.limits->end()) limits_.insert_or_assign(id, limit->second);
-      }
-      columns_.push_back({id, nullptr});
+      if (settings_.limits == nullptr) continue;
+      const auto limit = settings_.limits->find(name);
+      if (limit != settings_.limits->end()) limits_.insert_or_assign(ids.back(), limit->second);
     }
-    for (Column& column : columns_) {
-      const auto limit = limits_.find(column.ie_id);
-      if (limit != limits_.end()) column.limit = &limit->second;
-    }
+    for (const std::int32_t id : ids) AddColumn(id);
+  }
+
+  void AddColumn(std::int32_t ie_id) {
+    const auto found = limits_.find(ie_id);
+    const ExportLimit* const limit = found != limits_.end() ? &found->second : nullptr;
+    const bool is_record_time = ie_id == kRecordTimeIe;
+    const bool is_plain = limit == nullptr && !is_record_time;
+    if (!is_plain || runs_.empty() || runs_.back().limit != nullptr || runs_.back().is_record_time)
+      runs_.push_back({.columns = {}, .limit = limit, .is_record_time = is_record_time});
+    runs_.back().columns.push_back(cursor_->AddColumn(ie_id));
   }
 
   void WriteRows() {
@@ -86,50 +97,56 @@ class StreamTextWriter {
       AppendRow();
       last_is_written = cursor_->IsLastRow();
       if (text_.size() < kBlockBytes) continue;
-      file_.Write(text_);
-      text_.clear();
+      file_.Write(text_.view());
+      text_.Clear();
     }
   }
 
   void AppendRow() {
-    for (const Column& column : columns_) {
-      if (&column != columns_.data()) AppendSeparator();
-      const std::size_t start = text_.size();
-      if (settings_.fill_gaps == 1)
-        cursor_->AppendFilledValue(column.ie_id, text_);
-      else
-        cursor_->AppendValue(column.ie_id, text_);
-      FinishCell(column, start);
+    for (const Run& run : runs_) {
+      if (&run != runs_.data()) text_.Append(settings_.separator);
+      if (run.is_record_time) {
+        AppendRecordTime(run.limit);
+      } else if (run.limit != nullptr) {
+        AppendLimited(run.columns, *run.limit);
+      } else {
+        cursor_->AppendValues(run.columns, layout_, text_);
+      }
     }
-    text_ += kLineEnd;
+    text_.Append(kLineEnd);
   }
 
-  void AppendSeparator() {
-    if (settings_.separator.GetLength() == 1)
-      text_ += settings_.separator[0];
-    else
-      text_ += settings_.separator;
+  static bool IsOutside(double value, const ExportLimit& limit) {
+    return value < limit.minimum || value > limit.maximum;
   }
 
-  void FinishCell(const Column& column, std::size_t start) {
-    const auto cell = [&] { return std::string_view(text_).substr(start); };
-    const auto replace = [&](std::string_view by) { text_.replace(start, std::string::npos, by); };
-    if (text_.size() == start) text_ += kBlank[0];
-    if (column.limit != nullptr && cell() != kInvalid) {
-      const double value = PrefixDouble(cell());
-      if (value < column.limit->minimum || value > column.limit->maximum) replace(kInvalid);
-    }
-    if (column.ie_id == kRecordTimeIe && cell() != kBlank)
-      replace(CDTTime(PrefixDouble(cell())).ToString(kDateAndTime));
+  void AppendLimited(std::span<const std::uint32_t> column, const ExportLimit& limit) {
+    const std::size_t start = text_.size();
+    cursor_->AppendValues(column, layout_, text_);
+    const std::string_view cell = text_.view().substr(start);
+    if (cell == kInvalid || !IsOutside(PrefixDouble(cell), limit)) return;
+    text_.Truncate(start);
+    text_.Append(kInvalid);
+  }
+
+  // What is invalid is written as a time all the same.
+  void AppendRecordTime(const ExportLimit* limit) {
+    const std::optional<double> time_s = cursor_->GetRecordTime();
+    const double value = time_s.value_or(0);  // a blank counts as 0
+    const bool is_invalid = !std::isfinite(value) || (limit != nullptr && IsOutside(value, *limit));
+    if (!time_s && !is_invalid) return text_.Append(kBlank);
+    text_.SetEnd(time_text_.Put(is_invalid ? kInvalidDouble : value, text_.Room(DateTimeText::kRoom)));
   }
 
   const TextExportSettings& settings_;
   std::unique_ptr<IRowCursor> cursor_;
   const std::vector<CString>& names_;
   AtomicFile file_;
-  std::vector<Column> columns_;
   std::map<std::int32_t, ExportLimit> limits_;  // by IE id
-  std::string text_;                            // of the lines not yet in the file
+  std::vector<Run> runs_;                       // of every row
+  const RowLayout layout_{settings_.separator, kBlank, settings_.fill_gaps == 1};
+  DateTimeText time_text_{kDateAndTime};
+  TextBuffer text_;  // of the lines not yet in the file
 };
 
 }  // namespace

@@ -112,6 +112,19 @@ TEST(DTTime, ReadsBackToTheMillisecondAlsoWhenTheClockChanges) {
   }
 }
 
+TEST(DTTime, AClockThatChangesWithinAQuarterOfAnHourIsSeenInEveryText) {
+  const TimeZone zone("America/St_Johns");  // back from 00:01 of November 7 to 23:01, an hour that day 6 has twice
+  DateTimeText text(127);
+  for (const auto& [time_s, expected] :
+       {std::pair(1289097059.5, "2010-11-07 00:00:59.500"), std::pair(1289097060.0, "2010-11-06 24:01:00.000"),
+        std::pair(1289097001.0, "2010-11-07 00:00:01.000")}) {
+    char made[DateTimeText::kRoom];
+    EXPECT_EQ(expected, std::string(made, text.Put(time_s, made)));
+    EXPECT_EQ(CDTTime(time_s).ToString(127), expected);
+    EXPECT_EQ(CDTTime(time_s).ToString(126), expected + 11) << "the other layout in between";
+  }
+}
+
 TEST(Measures, ComparesNumbersAndMakesKeys) {
   EXPECT_TRUE(IsEqualDouble(1, 1 + 9e-7));
   EXPECT_FALSE(IsEqualDouble(1, 1 + 2e-6));

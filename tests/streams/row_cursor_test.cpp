@@ -26,16 +26,15 @@ class RowCursorTest : public ::testing::Test {
   void Store(const CMemDataRow& row) {
     StoreRow(*stream_.GetRows(), static_cast<int>(stream_.GetRows()->size()) + 1, row);
   }
-  static std::string Value(IRowCursor& cursor, std::int32_t id) {
-    std::string text;
-    cursor.AppendValue(id, text);
-    return text;
+  static std::string Values(IRowCursor& cursor, std::initializer_list<std::int32_t> ids, const RowLayout& layout) {
+    std::vector<std::uint32_t> columns;
+    for (const std::int32_t id : ids) columns.push_back(cursor.AddColumn(id));
+    TextBuffer text;
+    cursor.AppendValues(columns, layout, text);
+    return std::string(text.view());
   }
-  static std::string Filled(IRowCursor& cursor, std::int32_t id) {
-    std::string text;
-    cursor.AppendFilledValue(id, text);
-    return text;
-  }
+  static std::string Value(IRowCursor& cursor, std::int32_t id) { return Values(cursor, {id}, {}); }
+  static std::string Filled(IRowCursor& cursor, std::int32_t id) { return Values(cursor, {id}, {.fill_gaps = true}); }
 
   HostApplication host_{
       {.config_folder = CString(QLOOM_SOURCE_DIR "/config"), .project_path = {}, .recent_logs_path = {}}};
@@ -64,6 +63,27 @@ TEST_F(RowCursorTest, ValuesAreTextsByTheTypeOfTheirElement) {
   EXPECT_EQ("8", Value(*cursor, -3));
   EXPECT_EQ("", Value(*cursor, 147));
   EXPECT_EQ("", Value(*cursor, kInvalidInt));
+  EXPECT_EQ(1715910000.125, cursor->GetRecordTime());
+}
+
+TEST_F(RowCursorTest, ValuesOfARowStandBetweenSeparatorsWithBlanksForWhatIsMissingOrEmpty) {
+  const std::string long_text(1000, 'x');
+  for (const std::string& text : {std::string(), long_text, std::string("-255")}) {
+    CMemDataRow row;
+    row.QuickAddIE(kMessageName, uniFieldValue::Text(row.AddText(text)));
+    row.QuickAddIE(kRscp, uniFieldValue(text.empty() ? -1'234'567'890 : 1'000'000));
+    Store(row);
+  }
+  const auto cursor = stream_.MakeRowCursor();
+  const auto next = [&] {
+    const std::string values =
+        Values(*cursor, {kMessageName, kRscp, 147, kRscp}, {.separator = ": ", .blank = "none", .fill_gaps = true});
+    cursor->Move(1);
+    return values;
+  };
+  EXPECT_EQ("none: -1234567890: none: -1234567890", next());
+  EXPECT_EQ(long_text + ": 1000000: none: 1000000", next());
+  EXPECT_EQ("-255: 1000000: none: 1000000", next());
 }
 
 TEST_F(RowCursorTest, AGapIsFilledWithTheLastValueBeforeItAndOnlyThen) {
@@ -75,6 +95,7 @@ TEST_F(RowCursorTest, AGapIsFilledWithTheLastValueBeforeItAndOnlyThen) {
   std::string plain;
   std::string filled;
   const auto cursor = stream_.MakeRowCursor();
+  cursor->AddColumn(kRscp);
   for (int at = 0; at < 6; ++at, cursor->Move(1)) {
     EXPECT_EQ(at == 5, cursor->IsLastRow());
     plain += Value(*cursor, kRscp) + "|";
@@ -98,12 +119,13 @@ TEST_F(RowCursorTest, AStreamWithoutRowsStandsOnItsLastRowAndHasNoValues) {
   EXPECT_TRUE(cursor->IsLastRow());
   EXPECT_EQ("", Value(*cursor, kRecordTimeIe));
   EXPECT_EQ("", Filled(*cursor, kRscp));
+  EXPECT_FALSE(cursor->GetRecordTime());
 }
 
-std::string TextOf(float value) {
-  std::string text;
-  AppendNumber(value, text);
-  return text;
+template <class Number>
+std::string TextOf(Number value) {
+  char text[kNumberRoom];
+  return std::string(text, PutNumber(value, text));
 }
 
 TEST(ValueText, NumbersHaveTheFewestDigitsThatReadBack) {
@@ -130,7 +152,7 @@ TEST(ValueText, NumbersHaveTheFewestDigitsThatReadBack) {
   for (const auto& [value, text] : cases) EXPECT_EQ(text, TextOf(value));
 }
 
-TEST(ValueText, EveryFloatReadsBackAndIsAsShortAsTheLibraryMakesIt) {
+TEST(ValueText, EveryNumberReadsBackAndIsAsShortAsTheLibraryMakesIt) {
   std::mt19937 random(7);
   const auto check = [](float value) {
     const std::string text = TextOf(value);
@@ -145,6 +167,9 @@ TEST(ValueText, EveryFloatReadsBackAndIsAsShortAsTheLibraryMakesIt) {
     if (std::isfinite(any)) check(any);
     check(static_cast<float>(static_cast<int>(random() % 2'000'001) - 1'000'000) / 10'000.0f);
     check(static_cast<float>(random() % 20'000'000) / 16.0f);
+    const auto number = static_cast<std::int32_t>(static_cast<std::uint32_t>(random()) >> random() % 32);
+    ASSERT_EQ(std::to_string(number), TextOf(number));
+    ASSERT_EQ(std::to_string(-number - 1), TextOf(-number - 1));
   }
 }
 

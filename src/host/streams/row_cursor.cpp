@@ -1,5 +1,7 @@
 #include "host/streams/row_cursor.h"
 
+#include <algorithm>
+
 #include "components/project.h"
 #include "host/streams/value_text.h"
 
@@ -8,11 +10,60 @@ namespace {
 
 constexpr std::int32_t kHighestNearId = 100'000;
 
+// Rows are read once and are more than any cache holds. A stream keeps the fields of a row behind the row itself.
+inline void Prefetch(const CMemDataRow& row) {
+  constexpr std::size_t kUsualBytes = 384;
+  constexpr std::size_t kCacheLineBytes = 64;
+  const auto* const bytes = reinterpret_cast<const char*>(&row);
+  for (std::size_t at = 0; at < kUsualBytes; at += kCacheLineBytes) __builtin_prefetch(bytes + at);
+}
+
+inline char* PutText(std::string_view text, char* out) {
+  if (text.size() != 1) return out + text.copy(out, text.size());
+  *out = text.front();
+  return out + 1;
+}
+
 }  // namespace
 
+RowCursor::RowCursor(const RowMap& rows) : rows_(rows), cells_(1), columns_(kRecordTimeIe + 1) {
+  RowCursor::GoToFirstRow();
+}
+
+RowCursor::Kind RowCursor::KindOf(std::int32_t ie_id) {
+  if (ie_id == kRecordTimeIe) return Kind::kRecordTime;
+  switch (g_memDataType->GetType(ie_id)) {
+    case kFieldBool:
+      return Kind::kBool;
+    case kFieldText:
+      return Kind::kText;
+    case kFieldShort:
+      return Kind::kShort;
+    case kFieldFloat:
+      return Kind::kFloat;
+    default:
+      return Kind::kInt;
+  }
+}
+
+std::uint32_t& RowCursor::ColumnToAdd(std::int32_t ie_id) {
+  if (ie_id < 0 || ie_id > kHighestNearId) return far_columns_[ie_id];
+  const auto at = static_cast<std::size_t>(ie_id);
+  if (at >= columns_.size()) columns_.resize(at + 1);
+  return columns_[at];
+}
+
+std::uint32_t RowCursor::AddColumn(std::int32_t ie_id) {
+  std::uint32_t& column = ColumnToAdd(ie_id);
+  if (column != 0) return column;
+  column = static_cast<std::uint32_t>(cells_.size());
+  cells_.push_back({.kind = KindOf(ie_id)});
+  if (row_ != nullptr) NoteValues();
+  return column;
+}
+
 void RowCursor::GoToFirstRow() {
-  seen_.clear();
-  far_ids_.clear();
+  for (Cell& cell : cells_) cell.row = nullptr;
   next_ = rows_.begin();
   row_ = nullptr;
   if (next_ != rows_.end()) TakeNextRow();
@@ -22,61 +73,73 @@ void RowCursor::Move(std::int32_t rows) {
   for (; rows > 0 && !IsLastRow(); --rows) TakeNextRow();
 }
 
-RowCursor::LastSeen& RowCursor::SeenOf(std::int32_t ie_id) {
-  if (ie_id < 0 || ie_id > kHighestNearId) return far_ids_[ie_id];
-  const auto at = static_cast<std::size_t>(ie_id);
-  if (at >= seen_.size()) seen_.resize(at + 1);
-  return seen_[at];
+std::optional<double> RowCursor::GetRecordTime() const {
+  return row_ != nullptr ? std::optional(row_->GetRecordTime()) : std::nullopt;
 }
 
-// Makes the next row the current one. From the end: the first field of an id is the one that counts.
 void RowCursor::TakeNextRow() {
   row_ = next_++->second;
-  const std::span<const std::int32_t> ids = row_->GetParamID();
-  for (std::size_t position = ids.size(); position-- > 0;) {
-    const auto id = static_cast<std::uint32_t>(ids[position]);
-    LastSeen& seen = id < seen_.size() ? seen_[id] : SeenOf(ids[position]);
-    seen.row = row_;
-    seen.position = static_cast<std::uint32_t>(position);
+  if (!IsLastRow()) Prefetch(*next_->second);
+  NoteValues();
+}
+
+inline std::uint32_t RowCursor::ColumnOf(std::int32_t ie_id) const {
+  const auto at = static_cast<std::uint32_t>(ie_id);
+  if (at < columns_.size()) return columns_[at];
+  if (at <= kHighestNearId || far_columns_.empty()) return 0;
+  const auto found = far_columns_.find(ie_id);
+  return found != far_columns_.end() ? found->second : 0;
+}
+
+// Those of the current row. From the end: the first field of an id is the one that counts.
+void RowCursor::NoteValues() {
+  const auto& ids = row_->GetParamID();
+  const auto& values = row_->GetParamValue();
+  for (std::size_t at = std::min(ids.size(), values.size()); at-- > 0;) {
+    Cell& cell = cells_[ColumnOf(ids[at])];
+    cell.row = row_;
+    cell.value = values[at];
   }
+  cells_[columns_[kRecordTimeIe]].row = row_;
 }
 
-void RowCursor::Append(std::int32_t ie_id, LastSeen& seen, std::string& out) const {
-  if (seen.type == kFieldNone) seen.type = g_memDataType->GetType(ie_id);
-  const std::span<const uniFieldValue> values = seen.row->GetParamValue();
-  if (seen.position >= values.size()) return;
-  const uniFieldValue value = values[seen.position];
-  switch (seen.type) {
-    case kFieldBool:
-      out += value.bool_value != 0 ? '1' : '0';
-      break;
-    case kFieldText:
-      out += seen.row->GetText(value.text);
-      break;
-    case kFieldShort:
-      AppendNumber(std::int32_t{static_cast<std::int16_t>(value.short_value)}, out);
-      break;
-    case kFieldFloat:
-      AppendNumber(value.float_value, out);
-      break;
-    default:
-      AppendNumber(value.int_value, out);
-      break;
+void RowCursor::AppendValues(std::span<const std::uint32_t> columns, const RowLayout& layout, TextBuffer& out) {
+  const std::size_t cell_room = kNumberRoom + layout.separator.size() + layout.blank.size();
+  std::size_t room = columns.size() * cell_room;
+  char* end = out.Room(room);
+  for (const std::uint32_t& column : columns) {
+    if (&column != columns.data()) end = PutText(layout.separator, end);
+    const Cell& cell = cells_[column];
+    const bool is_held = cell.row == row_ || layout.fill_gaps;
+    switch (cell.row != nullptr && is_held ? cell.kind : Kind::kAbsent) {
+      case Kind::kAbsent:
+        end = PutText(layout.blank, end);
+        break;
+      case Kind::kInt:
+        end = PutNumber(cell.value.int_value, end);
+        break;
+      case Kind::kShort:
+        end = PutNumber(std::int32_t{static_cast<std::int16_t>(cell.value.short_value)}, end);
+        break;
+      case Kind::kFloat:
+        end = PutNumber(cell.value.float_value, end);
+        break;
+      case Kind::kBool:
+        *end++ = cell.value.bool_value != 0 ? '1' : '0';
+        break;
+      case Kind::kText: {
+        const std::string_view text = cell.row->GetText(cell.value.text);
+        out.SetEnd(end);
+        end = PutText(text.empty() ? layout.blank : text, out.Room(text.size() + room));
+        break;
+      }
+      case Kind::kRecordTime:
+        end = PutNumber(row_->GetRecordTime(), end);
+        break;
+    }
+    room -= cell_room;
   }
-}
-
-void RowCursor::AppendValue(std::int32_t ie_id, std::string& out) {
-  if (row_ == nullptr) return;
-  if (ie_id == kRecordTimeIe) return AppendNumber(row_->GetRecordTime(), out);
-  LastSeen& seen = SeenOf(ie_id);
-  if (seen.row == row_) Append(ie_id, seen, out);
-}
-
-void RowCursor::AppendFilledValue(std::int32_t ie_id, std::string& out) {
-  if (row_ == nullptr) return;
-  if (ie_id == kRecordTimeIe) return AppendNumber(row_->GetRecordTime(), out);
-  LastSeen& seen = SeenOf(ie_id);
-  if (seen.row != nullptr) Append(ie_id, seen, out);
+  out.SetEnd(end);
 }
 
 }  // namespace loom

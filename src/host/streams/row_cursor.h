@@ -10,34 +10,40 @@
 
 namespace loom {
 
-// Notes for every information element the row that gave it last, so that asking for a value searches no row.
+// Notes the values of its columns while it passes the rows, so that asking for a value searches no row.
 class RowCursor final : public IRowCursor {
  public:
-  explicit RowCursor(const RowMap& rows) : rows_(rows) { RowCursor::GoToFirstRow(); }
+  explicit RowCursor(const RowMap& rows);
 
+  std::uint32_t AddColumn(std::int32_t ie_id) override;
   void GoToFirstRow() override;
   bool IsLastRow() const override { return next_ == rows_.end(); }
   void Move(std::int32_t rows) override;
-  void AppendValue(std::int32_t ie_id, std::string& out) override;
-  void AppendFilledValue(std::int32_t ie_id, std::string& out) override;
+  std::optional<double> GetRecordTime() const override;
+  void AppendValues(std::span<const std::uint32_t> columns, const RowLayout& layout, TextBuffer& out) override;
 
  private:
-  // Where an element was seen last, up to the current row.
-  struct LastSeen {
+  enum class Kind : std::int32_t { kAbsent, kInt, kShort, kFloat, kBool, kText, kRecordTime };
+
+  // The value of a column that was passed last.
+  struct Cell {
     const CMemDataRow* row = nullptr;
-    std::uint32_t position = 0;
-    MemTableFieldTypeEnum type = kFieldNone;  // none: not looked up yet
+    uniFieldValue value = {};
+    Kind kind = Kind::kInt;
   };
 
-  LastSeen& SeenOf(std::int32_t ie_id);
+  static Kind KindOf(std::int32_t ie_id);
+  std::uint32_t& ColumnToAdd(std::int32_t ie_id);
+  std::uint32_t ColumnOf(std::int32_t ie_id) const;
   void TakeNextRow();
-  void Append(std::int32_t ie_id, LastSeen& seen, std::string& out) const;
+  void NoteValues();
 
   const RowMap& rows_;
-  RowMap::const_iterator next_;                         // behind the current row
-  const CMemDataRow* row_ = nullptr;                    // null without rows
-  std::vector<LastSeen> seen_;                          // by id
-  std::unordered_map<std::int32_t, LastSeen> far_ids_;  // ids that no catalogue has
+  RowMap::const_iterator next_;                                  // behind the current row
+  const CMemDataRow* row_ = nullptr;                             // null without rows
+  std::vector<Cell> cells_;                                      // by column; the first takes what nobody asked for
+  std::vector<std::uint32_t> columns_;                           // by id; 0: nobody asked
+  std::unordered_map<std::int32_t, std::uint32_t> far_columns_;  // of ids that no catalogue has
 };
 
 }  // namespace loom

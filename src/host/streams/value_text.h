@@ -1,14 +1,17 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <string>
 
 namespace loom {
 
+// Room that the text of a number needs.
+inline constexpr std::size_t kNumberRoom = 48;
+
 // Numbers as values of a stream are shown: the fewest digits that read back to the same number, no '+', exponents only
-// where a number would need many zeros, "-255" for what is not finite.
-void AppendNumber(float value, std::string& out);
-void AppendNumber(double value, std::string& out);
-void AppendNumber(std::int32_t value, std::string& out);
+// where a number would need many zeros, "-255" for what is not finite. Written at `out`; returns the end of the text.
+char* PutNumber(float value, char* out);
+char* PutNumber(double value, char* out);
+char* PutNumber(std::int32_t value, char* out);
 
 }  // namespace loom

@@ -8,7 +8,7 @@
 
 namespace loom {
 
-std::int32_t StreamSubject::IdOf(const CString& field) {
+std::uint32_t StreamSubject::ColumnOf(const CString& field) {
   if (next_column_ >= columns_.size() || columns_[next_column_].name != field) {
     const auto found =
         std::find_if(columns_.begin(), columns_.end(), [&](const Column& column) { return column.name == field; });
@@ -16,18 +16,18 @@ std::int32_t StreamSubject::IdOf(const CString& field) {
     if (found == columns_.end()) {
       const std::int32_t id = g_project->GetIEID(field);
       if (id < 0) throw Error("the catalogue has no information element \"" + GbkToUtf8(field) + "\"");
-      columns_.push_back({field, id});
+      columns_.push_back({field, cursor_.AddColumn(id)});
     }
   }
-  const std::int32_t id = columns_[next_column_].ie_id;
+  const std::uint32_t column = columns_[next_column_].column;
   next_column_ = next_column_ + 1 < columns_.size() ? next_column_ + 1 : 0;
-  return id;
+  return column;
 }
 
 CString StreamSubject::GetFieldText(const CString& field) {
-  text_.clear();
-  cursor_.AppendValue(IdOf(field), text_);
-  return CString(std::string_view(text_));
+  text_.Clear();
+  cursor_.AppendValue(ColumnOf(field), text_);
+  return CString(text_.view());
 }
 
 std::vector<CString> ColumnsOfStream(const IDataStream& stream) {

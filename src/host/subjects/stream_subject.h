@@ -1,11 +1,12 @@
 #pragma once
 
-#include <string>
+#include <cstdint>
 #include <vector>
 
 #include "components/data_subjects.h"
 #include "components/stream_manager.h"
 #include "host/streams/row_cursor.h"
+#include "platform/text_buffer.h"
 
 namespace loom {
 
@@ -27,15 +28,15 @@ class StreamSubject final : public ISubject, public IMemoryData {
  private:
   struct Column {
     CString name;
-    std::int32_t ie_id;
+    std::uint32_t column;  // of the cursor
   };
-  std::int32_t IdOf(const CString& field);
+  std::uint32_t ColumnOf(const CString& field);
 
   IDataStream& stream_;
   RowCursor cursor_;
   std::vector<Column> columns_;  // asked for so far
   std::size_t next_column_ = 0;  // fields are asked for in the same order in every row
-  std::string text_;
+  TextBuffer text_;
 };
 
 // What a stream is exported with unless told otherwise: time and position, then everything that it recorded.
