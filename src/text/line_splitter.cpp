@@ -1,5 +1,6 @@
 #include "text/line_splitter.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 
@@ -25,14 +26,22 @@ std::size_t FindSeparator(std::string_view line, std::string_view separator, std
   return std::string_view::npos;
 }
 
+std::size_t CountOf(char byte, std::string_view line) {
+  std::size_t count = 0;
+  for (; kHasWords && line.size() >= 64; line.remove_prefix(64))
+    count +=
+        static_cast<std::size_t>(std::popcount(EqualBytesOf64(line.data(), kEach * static_cast<unsigned char>(byte))));
+  return count + static_cast<std::size_t>(std::ranges::count(line, byte));
+}
+
 }  // namespace
 
 LineSplitter::LineSplitter(const CString& separator)
     : separator_(WidenedSeparator(separator)), is_plain_byte_(IsPlainByte(separator_)) {}
 
 void LineSplitter::Split(std::string_view line, std::vector<std::string_view>& cells, std::size_t most) const {
-  cells.clear();
   if (is_plain_byte_) return SplitAtByte(line, cells, most);
+  cells.clear();
   const std::string_view separator = separator_.view();
   std::size_t start = 0;
   while (cells.size() < most) {
@@ -46,15 +55,18 @@ void LineSplitter::Split(std::string_view line, std::vector<std::string_view>& c
 
 void LineSplitter::SplitAtByte(std::string_view line, std::vector<std::string_view>& cells, std::size_t most) const {
   const char separator = separator_[0];
+  cells.resize(most <= line.size() ? most : CountOf(separator, line) + 1);
+  std::string_view* cell = cells.data();
+  const std::string_view* const behind = cell + cells.size();
   const char* start = line.data();
   const char* at = start;
   const char* const line_end = start + line.size();
   // Behind this no separator counts: one in the last place belongs to the last cell.
   const char* const end = line.empty() ? start : line_end - 1;
-  const auto cut = [&](const char* place) {
-    cells.emplace_back(start, static_cast<std::size_t>(place - start));
+  const auto cut = [&](const char* place) __attribute__((always_inline)) {
+    *cell++ = {start, static_cast<std::size_t>(place - start)};
     start = place + 1;
-    return cells.size() == most;
+    return cell == behind;
   };
   if constexpr (kHasWords) {
     const std::uint64_t pattern = kEach * static_cast<unsigned char>(separator);
@@ -72,7 +84,8 @@ void LineSplitter::SplitAtByte(std::string_view line, std::vector<std::string_vi
   for (; at < end; ++at) {
     if (*at == separator && cut(at)) return;
   }
-  cells.emplace_back(start, static_cast<std::size_t>(line_end - start));
+  *cell++ = {start, static_cast<std::size_t>(line_end - start)};
+  cells.resize(static_cast<std::size_t>(cell - cells.data()));
 }
 
 }  // namespace loom
