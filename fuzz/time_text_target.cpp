@@ -15,6 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   CString text(std::string_view(reinterpret_cast<const char*>(data) + 1, size - 1));
   const double seconds = converter.Seconds(text);
   if (!std::isfinite(seconds)) std::abort();
+  if (converter.Seconds(text) != seconds) std::abort();  // also where it follows a time that starts alike
   converter.ConvertTimeText(text);
   if (PrefixDouble(text) != seconds) std::abort();
   if (layout == kTimeLayouts.size() && seconds != kInvalidDouble && seconds < 86400.0) std::abort();

@@ -139,7 +139,7 @@ int CTextImporter::ReadLines(Run& run, TextLines& lines) {
     }
     notes.SetLine(++line_number);
     if (line_number == 1) NoteEncoding(run.path, line);
-    builder.Fill(row, line, ++run.row_count, run.time_s);
+    builder.Fill(row, line, ++run.row_count, run.time_s, TextLines::kReadableBehind);
     StoreRow(rows, run.row_count, row);
     ReadPosition(run, row);
     if (run.row_count == 1 || run.row_count % kKeyRowStep == 0) StoreRow(key_rows, run.row_count, row);

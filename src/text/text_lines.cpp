@@ -42,7 +42,7 @@ bool TextLines::Fill() {
   const std::size_t begun = end_ - at_;
   if (capacity_ < begun + kBlockBytes) {
     capacity_ = std::max(2 * capacity_, begun + kBlockBytes);
-    auto larger = std::make_unique_for_overwrite<char[]>(capacity_);
+    auto larger = std::make_unique<char[]>(capacity_ + kReadableBehind);
     if (begun > 0) std::memcpy(larger.get(), buffer_.get() + at_, begun);
     buffer_ = std::move(larger);
   } else if (begun > 0) {

@@ -15,6 +15,8 @@ class TextLines {
  public:
   explicit TextLines(const CString& path);
 
+  static constexpr std::size_t kReadableBehind = 8;  // bytes behind every line that may be looked at
+
   // The next line without its end, valid until the next call; false behind the last one.
   bool Next(std::string_view& line);
 

@@ -39,12 +39,13 @@ TextRowBuilder::TextRowBuilder(std::vector<TextColumn> columns, const CString& s
   if (!columns_.empty()) most_cells_ = columns_.back().number + 1;
 }
 
-void TextRowBuilder::Fill(CMemDataRow& row, std::string_view line, std::int32_t number, TextRange& time_s) {
+void TextRowBuilder::Fill(CMemDataRow& row, std::string_view line, std::int32_t number, TextRange& time_s,
+                          std::size_t readable_behind) {
   row.SetRecordTime(kInvalidDouble);
   row.SetSynFieldValue(number);
   splitter_.Split(line, cells_, most_cells_);
   const bool ends_short = cells_.size() < most_cells_;
-  line_end_at_ = line.data() + line.size();
+  readable_end_ = line.data() + line.size() + readable_behind;
   FillFields(row, time_s);
   if (ends_short) NoteMissingCells();
   if (!is_regular_) ListFieldsOneByOne(row);
@@ -67,7 +68,7 @@ void TextRowBuilder::NoteNumber(const TextColumn& column, std::string_view cell,
 uniFieldValue TextRowBuilder::Convert(CMemDataRow& row, const TextColumn& column, std::string_view cell) {
   switch (column.type) {
     case kFieldFloat: {
-      const CellNumber<double> number = CellDouble(cell, line_end_at_);
+      const CellNumber<double> number = CellDouble(cell, readable_end_);
       const auto value = static_cast<float>(number.value);
       if (!number.is_whole) [[unlikely]]
         NoteNumber(column, cell, value);
@@ -75,7 +76,7 @@ uniFieldValue TextRowBuilder::Convert(CMemDataRow& row, const TextColumn& column
     }
     case kFieldInt:
     case kFieldShort: {
-      const CellNumber<std::int32_t> number = CellInt(cell, line_end_at_);
+      const CellNumber<std::int32_t> number = CellInt(cell, readable_end_);
       if (column.type == kFieldInt) {
         if (!number.is_whole) [[unlikely]]
           NoteNumber(column, cell, number.value);
@@ -152,7 +153,7 @@ void TextRowBuilder::ListFieldsOneByOne(CMemDataRow& row) const {
 }
 
 void TextRowBuilder::SetTime(CMemDataRow& row, std::string_view cell, TextRange& time_s) {
-  const double seconds = time_.Seconds(cell);
+  const double seconds = time_.Seconds(cell, readable_end_);
   row.SetRecordTime(seconds);
   time_s.Add(seconds);
   if (seconds == kInvalidDouble) {

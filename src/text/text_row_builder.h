@@ -42,7 +42,9 @@ class TextRowBuilder {
                  RowNotes& notes);
 
   // Replaces what the row holds; its time, when it is valid, extends `time_s`.
-  void Fill(CMemDataRow& row, std::string_view line, std::int32_t number, TextRange& time_s);
+  // `readable_behind` bytes behind the line may be looked at.
+  void Fill(CMemDataRow& row, std::string_view line, std::int32_t number, TextRange& time_s,
+            std::size_t readable_behind = 0);
 
  private:
   void SetTime(CMemDataRow& row, std::string_view cell, TextRange& time_s);
@@ -65,7 +67,7 @@ class TextRowBuilder {
   RowNotes& notes_;
   std::string_view line_end_;            // what the separator leaves at the end of a line
   std::vector<std::string_view> cells_;  // of the newest line; those of columns trimmed
-  const char* line_end_at_ = nullptr;
+  const char* readable_end_ = nullptr;
 };
 
 }  // namespace loom

@@ -57,16 +57,14 @@ Date DateIn(std::string_view text, const Pair& dashes, const TimeLayout& layout)
   return {year, leading, middle};
 }
 
-double SecondOfDay(std::string_view text, const Pair& colons, SecondsRule rule) {
+// What stands in front of the last colon.
+double SecondOfHead(std::string_view text, const Pair& colons, SecondsRule rule) {
   const double minutes = IntAt(text, colons.first - 2, 2) * 60.0 + IntAt(text, colons.first + 1, 2);
-  switch (rule) {
-    case SecondsRule::kMilliseconds:
-      return minutes * 60.0 + IntAt(text, colons.last - 2, 2) + CellDouble(Mid(text, colons.last + 1)).value * 0.001;
-    case SecondsRule::kTwoDigits:
-      return minutes * 60.0 + CellDouble(Mid(text, colons.last + 1, 2)).value;
-    default:
-      return minutes * 60.0 + CellDouble(Mid(text, colons.last + 1)).value;
-  }
+  return minutes * 60.0 + (rule == SecondsRule::kMilliseconds ? IntAt(text, colons.last - 2, 2) : 0);
+}
+
+double SecondsBehind(double number, SecondsRule rule) {
+  return rule == SecondsRule::kMilliseconds ? number * 0.001 : number;
 }
 
 // The number that the text of `seconds` with six decimals reads as. Where the product below, which may be off by a
@@ -91,15 +89,21 @@ TimeTextConverter::TimeTextConverter(const CString& layout_name) {
   }
 }
 
-double TimeTextConverter::Seconds(std::string_view text) {
-  const double seconds = UnroundedSeconds(text);
+double TimeTextConverter::Seconds(std::string_view text, const char* readable_end) {
+  const double seconds = UnroundedSeconds(text, readable_end);
   return std::isfinite(seconds) && seconds != kInvalidDouble ? AsItsText(seconds) : kInvalidDouble;
 }
 
-double TimeTextConverter::UnroundedSeconds(std::string_view text) {
+double TimeTextConverter::UnroundedSeconds(std::string_view text, const char* readable_end) {
   if (layout_ == nullptr) {
-    const double seconds = CellDouble(text).value;
+    const double seconds = CellDouble(text, readable_end).value;
     return seconds >= kFirstDay_s ? seconds : kInvalidDouble;
+  }
+  if (!head_.text.IsEmpty() && text.starts_with(head_.text)) {
+    const std::string_view rest = text.substr(head_.text.view().size());
+    const CellNumber<double> number = CellDouble(rest, readable_end);
+    if (number.is_whole && rest.find('-') == std::string_view::npos)
+      return head_.midnight_s + (head_.second_of_day + SecondsBehind(number.value, layout_->seconds));
   }
   Pair dashes;
   Pair colons;
@@ -116,11 +120,19 @@ double TimeTextConverter::UnroundedSeconds(std::string_view text) {
     if (c == ':') colons.Add(at, at);
   }
   if (!colons.IsComplete()) return kInvalidDouble;
-  if (layout_->date == DateOrder::kNone) return SecondOfDay(text, colons, layout_->seconds);
-  if (!dashes.IsComplete()) return kInvalidDouble;
-  const Date date = DateIn(text, dashes, *layout_);
-  if (!date.IsValid()) return kInvalidDouble;
-  return LocalMidnight(date.year, date.month, date.day) + SecondOfDay(text, colons, layout_->seconds);
+  double midnight_s = 0;
+  if (layout_->date != DateOrder::kNone) {
+    if (!dashes.IsComplete()) return kInvalidDouble;
+    const Date date = DateIn(text, dashes, *layout_);
+    if (!date.IsValid()) return kInvalidDouble;
+    midnight_s = LocalMidnight(date.year, date.month, date.day);
+  }
+  const double second_of_day = SecondOfHead(text, colons, layout_->seconds);
+  const std::string_view rest = Mid(text, colons.last + 1, layout_->seconds == SecondsRule::kTwoDigits ? 2 : -1);
+  // Where all that was read before the rest stands in front of the last colon.
+  if (layout_->seconds != SecondsRule::kTwoDigits && colons.first + 2 <= colons.last && dashes.last + 2 <= colons.last)
+    head_ = {CString(Mid(text, 0, colons.last + 1)), midnight_s, second_of_day};
+  return midnight_s + (second_of_day + SecondsBehind(CellDouble(rest).value, layout_->seconds));
 }
 
 double TimeTextConverter::LocalMidnight(int year, int month, int day) {

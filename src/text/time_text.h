@@ -45,16 +45,26 @@ class TimeTextConverter {
 
   // Seconds since 1970, or of the day in the layout without a date, as their text with six decimals says it;
   // kInvalidDouble for a text that does not fit the layout.
-  double Seconds(std::string_view text);
+  double Seconds(std::string_view text) { return Seconds(text, text.data() + text.size()); }
+  // Bytes up to `readable_end`, at or behind the text's end, may be looked at.
+  double Seconds(std::string_view text, const char* readable_end);
 
   // The text becomes those seconds with six decimals, or "-255".
   void ConvertTimeText(CString& text);
 
  private:
-  double UnroundedSeconds(std::string_view text);
+  double UnroundedSeconds(std::string_view text, const char* readable_end);
   double LocalMidnight(int year, int month, int day);
 
+  // What times that follow each other start with, up to the last colon.
+  struct Head {
+    CString text;
+    double midnight_s = 0;
+    double second_of_day = 0;  // without what stands behind the colon
+  };
+
   const TimeLayout* layout_ = nullptr;  // null: a number of seconds
+  Head head_;                           // of the newest time that has one; empty: none yet
   std::int32_t newest_day_ = -1;        // key of newest_midnight_s_
   double newest_midnight_s_ = 0;
   std::unordered_map<std::int32_t, double> midnights_s_;

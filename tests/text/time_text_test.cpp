@@ -35,10 +35,28 @@ TEST(TimeText, EveryLayoutReadsItsFields) {
       {"hh:nn:ss.ms mm-dd-yyyy", "08:15:30.25 03-05-20109", 29730.25},
   };
   for (const auto& [layout, text, seconds] : cases) {
-    EXPECT_DOUBLE_EQ(MidnightIn(layout) + seconds, TimeTextConverter(layout).Seconds(text)) << layout << ": " << text;
+    TimeTextConverter converter(layout);
+    EXPECT_DOUBLE_EQ(MidnightIn(layout) + seconds, converter.Seconds(text)) << layout << ": " << text;
+    EXPECT_DOUBLE_EQ(MidnightIn(layout) + seconds, converter.Seconds(text)) << "once more: " << text;
   }
   EXPECT_EQ(static_cast<double>(LocalMidnight({2010, 5, 3})) + 29730,
             TimeTextConverter("hh:nn:ss mm-dd-yyyy").Seconds("08:15:30 05-03-2010"));
+}
+
+TEST(TimeText, ATimeMeansTheSameWhateverCameBeforeIt) {
+  constexpr const char* kTexts[] = {"2010-03-05 08:15:30.25", "2010-03-05 08:15:31",   "2010-03-05 08:15:31-1",
+                                    "2010-03-05 08:15:1e-3",  "2010-03-05 08:15:7:12", "05-03-2010 08:15:30.9",
+                                    "05-03-2010 08:15:30.9x", "2010-03-05 08:15:",     "08:15:30.25 05-03-2010",
+                                    "2010-03-:15:5",          "2010-03-05 ::4",        "2010-03-05 08:15:44:5"};
+  for (const TimeLayout& layout : kTimeLayouts) {
+    TimeTextConverter converter(layout.name);
+    for (const char* before : kTexts) {
+      for (const char* text : kTexts) {
+        converter.Seconds(before);
+        EXPECT_EQ(TimeTextConverter(layout.name).Seconds(text), converter.Seconds(text)) << before << ", " << text;
+      }
+    }
+  }
 }
 
 TEST(TimeText, WhatDoesNotFitIsInvalid) {
