@@ -12,6 +12,7 @@
 #include "host/streams/stream_store.h"
 #include "host/streams/value_text.h"
 #include "platform/number.h"
+#include "tests/support/places.h"
 
 namespace loom {
 namespace {
@@ -37,8 +38,7 @@ class RowCursorTest : public ::testing::Test {
     return text;
   }
 
-  HostApplication host_{
-      {.config_folder = CString(QLOOM_SOURCE_DIR "/config"), .project_path = {}, .recent_logs_path = {}}};
+  HostApplication host_{testing::PlainHost()};
   IDataStream& stream_ = *StreamStore::Instance().MakeStream("a", kStreamOutdoorHandset);
 };
 
