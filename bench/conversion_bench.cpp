@@ -9,6 +9,7 @@
 #include "components/stream_info.h"
 #include "conversion/td_record_converter.h"
 #include "host/application.h"
+#include "tests/support/places.h"
 #include "tests/support/records.h"
 
 namespace loom {
@@ -150,8 +151,7 @@ class Bench {
   }
 
  private:
-  HostApplication host_{
-      {.config_folder = CString(QLOOM_SOURCE_DIR "/config"), .project_path = {}, .recent_logs_path = {}}};
+  HostApplication host_{testing::PlainHost()};
   ImpIESettings settings_;
   CTDRecordConverter converter_;
   struct_STREAMINFO stream_;

@@ -13,6 +13,7 @@
 #include "host/application.h"
 #include "platform/ui/dialog.h"
 #include "resources/dialog_9005.h"
+#include "tests/support/places.h"
 #include "text/ie_selection_tree.h"
 #include "text/parameter_navigator.h"
 
@@ -102,7 +103,6 @@ int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
   const QApplication application(argc, argv);
   benchmark::Initialize(&argc, argv);
-  const loom::HostApplication host(
-      {.config_folder = QLOOM_SOURCE_DIR "/config", .project_path = {}, .recent_logs_path = {}});
+  const loom::HostApplication host(loom::testing::PlainHost());
   benchmark::RunSpecifiedBenchmarks();
 }

@@ -21,6 +21,7 @@
 #include "host/workbook/workbook_server.h"
 #include "platform/encoding.h"
 #include "platform/number.h"
+#include "tests/support/places.h"
 
 namespace loom {
 namespace {
@@ -170,8 +171,7 @@ void BM_ExportStream(benchmark::State& state, HostApplication& host) {
 
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
-  loom::HostApplication host{
-      loom::HostOptions{.config_folder = QLOOM_SOURCE_DIR "/config", .project_path = {}, .recent_logs_path = {}}};
+  loom::HostApplication host(loom::testing::PlainHost());
   const auto add = [&](const char* name, auto run) {
     benchmark::RegisterBenchmark(name, [&host, run](benchmark::State& state) { run(state, host); })
         ->Unit(benchmark::kMillisecond)

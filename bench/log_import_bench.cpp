@@ -18,6 +18,7 @@
 #include "platform/encoding.h"
 #include "platform/file.h"
 #include "platform/path.h"
+#include "tests/support/places.h"
 
 namespace loom {
 namespace {
@@ -129,7 +130,7 @@ BENCHMARK(BM_Import)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
-  loom::HostApplication host(loom::HostOptions{loom::NativePathToGbk(QLOOM_SOURCE_DIR "/config"), {}, {}});
+  loom::HostApplication host(loom::testing::PlainHost());
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
 }

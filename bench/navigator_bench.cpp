@@ -4,18 +4,15 @@
 #include "host/application.h"
 #include "manager/import_file_dialog.h"
 #include "platform/ui/front_end.h"
+#include "tests/support/places.h"
 #include "text/ie_selection_page.h"
 #include "text/parameter_navigator.h"
 
 namespace loom {
 namespace {
 
-HostOptions Options() {
-  return {.config_folder = CString(QLOOM_SOURCE_DIR "/config"), .project_path = {}, .recent_logs_path = {}};
-}
-
 void LoadNavigatorFile(benchmark::State& state) {
-  const HostApplication host(Options());
+  const HostApplication host(testing::PlainHost());
   for (auto _ : state) {
     CMarkupMSXML navigator;
     if (!LoadNavigator(navigator)) return state.SkipWithError(navigator.GetError().c_str());
@@ -26,7 +23,7 @@ BENCHMARK(LoadNavigatorFile)->Unit(benchmark::kMillisecond);
 
 // From the opening of the page to its closing: the file read, the tree built.
 void ShowIeSelection(benchmark::State& state) {
-  const HostApplication host(Options());
+  const HostApplication host(testing::PlainHost());
   for (auto _ : state) {
     CImportWiz sheet("");
     CSelImportDialog page;

@@ -8,6 +8,7 @@
 #include "host/netdb/db_mapper.h"
 #include "host/netdb/network_worksheet.h"
 #include "platform/encoding.h"
+#include "tests/support/places.h"
 #include "tests/support/xlsx_builder.h"
 
 namespace loom {
@@ -108,8 +109,7 @@ void StoreRows(benchmark::State& state) {
   const auto rows = NetworkWorksheet(*workbook, path, "Sheet1").Rows(Headings());
   for (auto _ : state) {
     state.PauseTiming();
-    HostApplication host(
-        {.config_folder = CString(QLOOM_SOURCE_DIR "/config"), .project_path = {}, .recent_logs_path = {}});
+    HostApplication host(testing::PlainHost());
     state.ResumeTiming();
     const std::vector<CString> attributes(std::size(kHeadings), "free");
     if (DBMapper::Instance().StoreRows(kNetCell, kProtocolTdScdma, Headings(), attributes, rows) != 1)

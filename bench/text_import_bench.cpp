@@ -15,6 +15,7 @@
 #include "host/application.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
+#include "tests/support/places.h"
 #include "text/text_importer.h"
 #include "text/text_lines.h"
 
@@ -186,8 +187,7 @@ int main(int argc, char** argv) {
   using namespace loom;
   benchmark::Initialize(&argc, argv);
   const BenchFile file;
-  const HostApplication host(
-      Catalogue(), {.config_folder = CString(QLOOM_SOURCE_DIR "/config"), .project_path = {}, .recent_logs_path = {}});
+  const HostApplication host(Catalogue(), testing::PlainHost());
   const auto add = [&](const char* name, void (*run)(benchmark::State&, const BenchFile&)) {
     benchmark::RegisterBenchmark(name, [&file, run](benchmark::State& state) { run(state, file); })
         ->Unit(benchmark::kMillisecond)

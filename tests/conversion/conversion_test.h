@@ -15,6 +15,7 @@
 #include "components/stream_info.h"
 #include "conversion/td_record_converter.h"
 #include "host/application.h"
+#include "tests/support/places.h"
 #include "tests/support/records.h"
 
 namespace loom::testing {
@@ -81,8 +82,7 @@ class ConversionTest : public ::testing::Test {
     return converter_.ConvertUE(record, stream_.state, stream_, selection_switch_);
   }
 
-  HostApplication host_{
-      {.config_folder = CString(QLOOM_SOURCE_DIR "/config"), .project_path = {}, .recent_logs_path = {}}};
+  HostApplication host_{PlainHost()};
   CTDRecordConverter converter_;
   struct_STREAMINFO stream_;
   std::int32_t selection_switch_ = 0;

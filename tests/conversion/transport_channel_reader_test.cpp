@@ -2,12 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
+
+#include "tests/support/places.h"
 
 namespace loom::testing {
 namespace {
@@ -94,12 +95,6 @@ INSTANTIATE_TEST_SUITE_P(
                    {},
                    {2}}));
 
-std::filesystem::path Samples() {
-  const char* folder = std::getenv("QLOOM_SAMPLES");
-  return folder != nullptr ? std::filesystem::path(folder)
-                           : std::filesystem::path(QLOOM_SOURCE_DIR).parent_path() / "shared" / "samples";
-}
-
 std::string Content(const std::filesystem::path& path) {
   std::ifstream in(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(in), {}};
@@ -118,7 +113,7 @@ Channels ExpectedOf(const nlohmann::json& message) {
 }
 
 TEST(CapturedMessages, AreReadAsAnotherDecoderReadThem) {
-  const auto folder = Samples() / "rrc";
+  const auto folder = SharedSamples() / "rrc";
   if (!std::filesystem::exists(folder / "structure.json")) GTEST_SKIP() << "no samples in " << folder;
   std::size_t channels = 0;
   for (const auto& message : nlohmann::json::parse(Content(folder / "structure.json"))) {

@@ -22,6 +22,7 @@
 #include "resources/dialog_9010.h"
 #include "settings/handset_type_dialog.h"
 #include "tests/desktop/person.h"
+#include "tests/support/places.h"
 #include "tests/support/temp_folder.h"
 
 // The whole desktop over the real host, from its menus.
@@ -33,15 +34,16 @@ class Desktop : public ::testing::Test {
   Desktop() {
     SetShellLanguage(ShellLanguage::kEnglish);
     settings = std::make_unique<QSettings>(PathToQt(folder.File("settings.ini")), QSettings::IniFormat);
-    session = std::make_unique<DesktopSession>(QLOOM_SOURCE_DIR "/config", folder.File("recent"));
+    session = std::make_unique<DesktopSession>(ConfigFolder(), folder.File("recent"));
     window = std::make_unique<MainWindow>(*session, front_end, *settings);
     window->show();
   }
 
   CString MakeLog(const std::string& sample) {
     const CString path = folder.File(NativePathToGbk(sample + ".log"));
-    const std::string command = std::string("'") + QLOOM_PROGRAM + "' log make '" QLOOM_SOURCE_DIR "/samples/" +
-                                sample + ".jsonl' '" + GbkPathToNative(path) + "' >/dev/null";
+    const std::string program = ProgramPath();
+    const std::string lines = SourceFolder() / "samples" / (sample + ".jsonl");
+    const std::string command = "'" + program + "' log make '" + lines + "' '" + GbkPathToNative(path) + "' >/dev/null";
     EXPECT_EQ(0, std::system(command.c_str()));
     return path;
   }

@@ -9,6 +9,7 @@
 #include "apps/qloom-desktop/shell/stream_table_model.h"
 #include "components/stream_manager.h"
 #include "host/application.h"
+#include "tests/support/places.h"
 
 namespace loom::testing {
 namespace {
@@ -24,8 +25,7 @@ class StreamTable : public ::testing::Test {
     return model.index(row, column).data().toString();
   }
 
-  HostApplication host{
-      HostOptions{.config_folder = QLOOM_SOURCE_DIR "/config", .project_path = {}, .recent_logs_path = {}}};
+  HostApplication host{PlainHost()};
 };
 
 TEST_F(StreamTable, ShowsNumberTimeAndEveryElementByItsType) {

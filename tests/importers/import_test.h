@@ -10,6 +10,7 @@
 #include "importers/outdoor_log_importer.h"
 #include "platform/notes.h"
 #include "settings/handset_question.h"
+#include "tests/support/places.h"
 #include "tests/support/records.h"
 #include "tests/support/scripted_user_gtest.h"
 #include "tests/support/temp_folder.h"
@@ -75,8 +76,7 @@ class ImportTest : public ::testing::Test {
   TempFolder folder_;
   Notes notes_;
   NotesScope notes_scope_{notes_};
-  HostApplication host_{
-      {.config_folder = CString(QLOOM_SOURCE_DIR "/config"), .project_path = {}, .recent_logs_path = {}}};
+  HostApplication host_{PlainHost()};
   ScriptedUser user_;
 };
 

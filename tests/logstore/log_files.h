@@ -17,6 +17,7 @@
 #include "platform/file.h"
 #include "platform/notes.h"
 #include "platform/path.h"
+#include "tests/support/places.h"
 #include "tests/support/temp_folder.h"
 
 namespace loom::testing {
@@ -76,14 +77,6 @@ inline std::string Dump(const CString& path) {
   std::ostringstream out;
   DumpLog(path, out);
   return out.str();
-}
-
-// Real files that are not part of the source tree; empty when they are not there.
-inline std::filesystem::path SharedSamples() {
-  const char* named = std::getenv("QLOOM_SAMPLES");
-  const std::filesystem::path beside = std::filesystem::path(QLOOM_SOURCE_DIR) / ".." / "shared" / "samples";
-  const std::filesystem::path folder = named ? std::filesystem::path(named) : beside;
-  return std::filesystem::is_directory(folder) ? folder : std::filesystem::path();
 }
 
 // Whether a command line succeeds; its output goes nowhere.

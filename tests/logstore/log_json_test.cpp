@@ -24,7 +24,7 @@ class SampleLog : public ::testing::TestWithParam<const char*> {};
 
 TEST_P(SampleLog, MakeDumpMakeGivesTheSameBytes) {
   const TempFolder folder;
-  const CString lines = NativePathToGbk(std::string(QLOOM_SOURCE_DIR) + "/samples/" + GetParam());
+  const CString lines = NativePathToGbk((SourceFolder() / "samples" / GetParam()).string());
   MakeLog(lines, folder.File("first.log"));
   const std::string dump = Dump(folder.File("first.log"));
   EXPECT_EQ(ReadWholeText(lines), dump);
@@ -92,9 +92,8 @@ TEST(TabDriveLog, RowsOfARealPhoneBecomeRecords) {
   if (PhoneLog().empty() || !Succeeds("python3 --version")) GTEST_SKIP() << "no sample drive logs";
   const TempFolder folder;
   const std::string lines = (folder.native() / "drive.jsonl").string();
-  ASSERT_EQ(0, std::system(("python3 " QLOOM_SOURCE_DIR "/tools/tab_drive_log_to_jsonl.py " + PhoneLog().string() +
-                            " >" + lines + " 2>/dev/null")
-                               .c_str()));
+  const std::string script = SourceFolder() / "tools/tab_drive_log_to_jsonl.py";
+  ASSERT_EQ(0, std::system(("python3 " + script + " " + PhoneLog().string() + " >" + lines + " 2>/dev/null").c_str()));
   MakeLog(NativePathToGbk(lines), folder.File("drive.log"));
   EXPECT_EQ(Ids(2625), ReadThrough(folder.File("drive.log")).ids);
   CLogFileManager log;

@@ -17,6 +17,7 @@
 #include "host/logstore/record_fields_td_more.h"
 #include "host/logstore/record_value_traits.h"
 #include "tests/logstore/record_filler.h"
+#include "tests/support/places.h"
 #include "tests/support/records.h"
 
 namespace loom {
@@ -153,10 +154,10 @@ TEST(RecordJson, ErrorsNameTheLineAndTheField) {
   }
 }
 
-class RecordDocument : public testing::Test {
+class RecordDocument : public ::testing::Test {
  protected:
   RecordDocument() {
-    std::ifstream file(QLOOM_SOURCE_DIR "/docs/records.md");
+    std::ifstream file(testing::SourceFolder() / "docs/records.md");
     std::stringstream text;
     text << file.rdbuf();
     text_ = text.str();

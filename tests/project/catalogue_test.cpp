@@ -11,11 +11,12 @@
 
 #include "platform/encoding.h"
 #include "platform/file.h"
+#include "tests/support/places.h"
 
 namespace loom {
 namespace {
 
-const CString kConfigFolder = CString(std::string_view(QLOOM_SOURCE_DIR "/config"));
+const CString kConfigFolder = testing::ConfigFolder();
 
 const IECatalogue& Catalogue() {
   static const IECatalogue catalogue = IECatalogue::Load(kConfigFolder);
@@ -150,7 +151,7 @@ TEST(Catalogue, DamagedTablesAreRefusedWithTheirLine) {
     }
   }
   EXPECT_THROW(IECatalogue::Parse("", "ies", "2\tA\n2\tB\n", "events"), CatalogueError);
-  EXPECT_THROW(IECatalogue::Load(CString(std::string_view(QLOOM_SOURCE_DIR "/no such folder"))), FileError);
+  EXPECT_THROW(IECatalogue::Load(kConfigFolder + "/no such folder"), FileError);
 }
 
 // Elements of the navigator file in document order, each with the tag of the group around it.

@@ -164,13 +164,10 @@ TEST_F(LogCommands, LogInfoTellsWhatIsInTheFile) {
 
 // The phones of a public drive test, converted record by record.
 TEST_F(LogCommands, RealDriveTestTextComesThroughTheMainJob) {
-  const char* set = std::getenv("QLOOM_SAMPLES");
-  const std::string samples = set != nullptr ? set : QLOOM_SOURCE_DIR "/../shared/samples";
-  const std::string text = samples + "/text/gnettrack_orange_log.txt";
+  const std::string text = testing::SharedSamples() / "text/gnettrack_orange_log.txt";
   if (!std::filesystem::exists(text)) GTEST_SKIP() << "no sample files";
-  const std::string convert =
-      "python3 " QLOOM_SOURCE_DIR "/tools/tab_drive_log_to_jsonl.py '" + text + "' > " + Path("phone.jsonl");
-  ASSERT_EQ(0, std::system(convert.c_str()));
+  const std::string script = testing::SourceFolder() / "tools/tab_drive_log_to_jsonl.py";
+  ASSERT_EQ(0, std::system(("python3 " + script + " '" + text + "' > " + Path("phone.jsonl")).c_str()));
   ASSERT_EQ(0, Run("log make phone.jsonl phone.log").exit_code);
   const json log = Run("import phone.log --json").Json()["logs"][0];
   EXPECT_EQ(1, log["result"]);

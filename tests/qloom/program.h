@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/places.h"
+
 namespace loom::test {
 
 struct ProgramRun {
@@ -38,7 +40,8 @@ inline void WriteText(const std::string& path, const std::string& text) {
 
 // Runs `qloom ARGS` in a folder; ARGS are words of a shell command.
 inline ProgramRun RunQloom(const std::string& folder, const std::string& arguments) {
-  const std::string command = "cd '" + folder + "' && TZ=UTC '" + QLOOM_PROGRAM + "' " + arguments + " >out 2>err";
+  const std::string program = testing::ProgramPath();
+  const std::string command = "cd '" + folder + "' && TZ=UTC '" + program + "' " + arguments + " >out 2>err";
   const int status = std::system(command.c_str());
   ProgramRun run;
   run.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;

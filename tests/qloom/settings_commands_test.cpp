@@ -198,7 +198,7 @@ TEST_F(SettingsCommands, TheNavigatorIsShownAsTheDialogsShowIt) {
   EXPECT_FALSE(lists["gsm"].empty());
 
   // A configuration of one's own, its navigator cut.
-  std::filesystem::copy(QLOOM_SOURCE_DIR "/config", Path("own"));
+  std::filesystem::copy(testing::SourceFolder() / "config", Path("own"));
   WriteText(Path("own/Navigator.xml"), "<Navigator type='NAVIGATORSTREAM'><Cut");
   const ProgramRun cut = Run("navigator tree --config own");
   EXPECT_EQ(1, cut.exit_code);

@@ -135,9 +135,8 @@ TEST_F(TextImportCommandTest, AScriptPlaysTheWizard) {
 // What real exports of measuring tools contain: every file is imported with the titles mapped by hand to its first
 // column, whatever that holds.
 TEST_F(TextImportCommandTest, RealFilesAreImportedRowByRow) {
-  const std::filesystem::path samples = QLOOM_SOURCE_DIR "/../shared/samples/text";
-  if (!std::filesystem::exists(samples)) GTEST_SKIP() << "the collection of real files is not here";
-  for (const auto& entry : std::filesystem::directory_iterator(samples)) {
+  if (testing::SharedSamples().empty()) GTEST_SKIP() << "the collection of real files is not here";
+  for (const auto& entry : std::filesystem::directory_iterator(testing::SharedSamples() / "text")) {
     const std::string text = ReadText(entry.path());
     const std::string separator = text.substr(0, text.find('\n')).find('\t') != std::string::npos ? "tab" : "comma";
     const ProgramRun run =

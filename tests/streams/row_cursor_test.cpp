@@ -12,6 +12,7 @@
 #include "host/streams/stream_store.h"
 #include "host/streams/value_text.h"
 #include "platform/number.h"
+#include "tests/support/places.h"
 
 namespace loom {
 namespace {
@@ -36,8 +37,7 @@ class RowCursorTest : public ::testing::Test {
   static std::string Value(IRowCursor& cursor, std::int32_t id) { return Values(cursor, {id}, {}); }
   static std::string Filled(IRowCursor& cursor, std::int32_t id) { return Values(cursor, {id}, {.fill_gaps = true}); }
 
-  HostApplication host_{
-      {.config_folder = CString(QLOOM_SOURCE_DIR "/config"), .project_path = {}, .recent_logs_path = {}}};
+  HostApplication host_{testing::PlainHost()};
   IDataStream& stream_ = *StreamStore::Instance().MakeStream("a", kStreamOutdoorHandset);
 };
 

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "platform/encoding.h"
+#include "tests/support/places.h"
 #include "tests/support/temp_folder.h"
 
 namespace loom::testing {
@@ -25,7 +26,7 @@ std::string OutputOf(const std::string& command) {
 }
 
 nlohmann::json RunReader(const CString& path, const std::string& option) {
-  const std::string script = QLOOM_SOURCE_DIR "/tests/support/read_workbook.py";
+  const std::string script = SourceFolder() / "tests/support/read_workbook.py";
   const std::string command = "/usr/bin/python3 " + Quoted(script) + " " + option + Quoted(GbkPathToNative(path));
   return nlohmann::json::parse(OutputOf(command));
 }

@@ -4,6 +4,7 @@
 #include "manager/import_file_dialog.h"
 #include "resources/dialog_9005.h"
 #include "resources/images.h"
+#include "tests/support/places.h"
 #include "tests/text/navigator_test.h"
 
 namespace loom::testing {
@@ -223,7 +224,7 @@ TEST_F(IeSelection, WithoutANavigatorOnlyTimeAndPositionAreChosen) {
 }
 
 TEST_F(IeSelection, TheHostsNavigatorShowsTdScdmaThenGsm) {
-  SetChosenConfigFolder(QLOOM_SOURCE_DIR "/config");
+  SetChosenConfigFolder(ConfigFolder());
   CSelImportDialog page;
   Begin().Do("look at the top level", [](CDialog& dialog) {
     const auto& tree = dialog.GetDlgItem<CMutiTreeCtrl>(kTreeImportIes);

@@ -6,6 +6,7 @@
 #include "host/host_folders.h"
 #include "platform/file.h"
 #include "platform/notes.h"
+#include "tests/support/places.h"
 #include "tests/support/scripted_user_gtest.h"
 #include "tests/support/temp_folder.h"
 
@@ -26,8 +27,7 @@ class NavigatorTest : public ::testing::Test {
   TempFolder folder_;
   Notes notes_;
   NotesScope notes_scope_{notes_};
-  HostApplication host_{
-      {.config_folder = CString(QLOOM_SOURCE_DIR "/config"), .project_path = {}, .recent_logs_path = {}}};
+  HostApplication host_{PlainHost()};
   ScriptedUser user_;
 };
 

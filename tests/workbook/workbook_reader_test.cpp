@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "platform/file.h"
+#include "tests/support/places.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/xlsx_builder.h"
 
@@ -237,7 +238,7 @@ class SampleWorkbooks : public ::testing::Test {
   void SetUp() override {
     if (!std::filesystem::is_directory(kFolder)) GTEST_SKIP() << "no samples beside the project";
   }
-  const std::filesystem::path kFolder = std::filesystem::path(QLOOM_SOURCE_DIR) / "../shared/samples/excel";
+  const std::filesystem::path kFolder = SharedSamples() / "excel";
 };
 
 TEST_F(SampleWorkbooks, AreAllRead) {

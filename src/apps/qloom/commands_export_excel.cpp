@@ -102,10 +102,10 @@ bool Export(Session& session, const LogReport& report, const ExcelOptions& optio
 
 void CheckOptions(const ExcelOptions& options) {
   const std::size_t subjects = options.streams.size() + options.network_tables.size();
-  if (subjects == 0) throw CLI::ValidationError("export-excel", "--stream or --net is needed");
+  if (subjects == 0) throw UsageError("export-excel", "--stream or --net is needed");
   if (options.source.logs.empty() && !options.streams.empty())
-    throw CLI::ValidationError("export-excel", "SOURCE is needed for --stream");
-  if (options.sheets.size() > subjects) throw CLI::ValidationError("--sheet", "there are more sheet names than sheets");
+    throw UsageError("export-excel", "SOURCE is needed for --stream");
+  if (options.sheets.size() > subjects) throw UsageError("--sheet", "there are more sheet names than sheets");
 }
 
 int RunExportExcel(const CommandLine& line, const ExcelOptions& options) {
@@ -133,27 +133,27 @@ int RunExportExcel(const CommandLine& line, const ExcelOptions& options) {
 
 }  // namespace
 
-void AddExportExcelCommand(CLI::App& app, CommandLine& line) {
+void AddExportExcelCommand(Command& program, CommandLine& line) {
   const auto options = std::make_shared<ExcelOptions>();
-  CLI::App* command =
-      AddCommand(app, line, "export-excel", "Import a log or a text file and write streams of it as a workbook");
-  command->add_option("SOURCE", options->source.logs, "Log, intermediate file or text file")->expected(1);
-  AddNodeOption(*command, options->source);
-  AddHandsetOptions(*command, options->source);
-  command->add_flag("--intermediate", options->source.intermediate, "The source is an intermediate file");
-  AddTextImportOptions(*command, options->source.text, "source-");
-  command->add_option("--stream", options->streams, "Name of a stream; each becomes a sheet");
-  command->add_option("--net", options->network_tables, "Network-element table of the project, as a sheet");
-  command->add_option("--ie", options->columns, "Columns, the same for every sheet (default: everything recorded)");
-  command->add_option("--sheet", options->sheets,
-                      "Names of the sheets (default: one is 导出数据, several the streams')");
-  command->add_option("--out", options->out, "Workbook to write (.xlsx)")->required();
-  command->add_flag("--tables", options->tables, "Hand the rows over as ready tables");
-  command->callback([&line, options] {
-    CheckOptions(*options);
-    if (std::filesystem::path(options->out).extension().empty()) options->out += ".xlsx";
-    line.run = [&line, options] { return RunExportExcel(line, *options); };
-  });
+  Command command =
+      program.AddCommand("export-excel", "Import a log or a text file and write streams of it as a workbook");
+  command.AddOption("SOURCE", options->source.logs, "Log, intermediate file or text file").Takes(1);
+  AddNodeOption(command, options->source);
+  AddHandsetOptions(command, options->source);
+  command.AddFlag("--intermediate", options->source.intermediate, "The source is an intermediate file");
+  AddTextImportOptions(command, options->source.text, "source-");
+  command.AddOption("--stream", options->streams, "Name of a stream; each becomes a sheet");
+  command.AddOption("--net", options->network_tables, "Network-element table of the project, as a sheet");
+  command.AddOption("--ie", options->columns, "Columns, the same for every sheet (default: everything recorded)");
+  command.AddOption("--sheet", options->sheets, "Names of the sheets (default: one is 导出数据, several the streams')");
+  command.AddOption("--out", options->out, "Workbook to write (.xlsx)").Required();
+  command.AddFlag("--tables", options->tables, "Hand the rows over as ready tables");
+  command.Runs(
+      [&line, options] {
+        if (std::filesystem::path(options->out).extension().empty()) options->out += ".xlsx";
+        return RunExportExcel(line, *options);
+      },
+      [options] { CheckOptions(*options); });
 }
 
 }  // namespace loom

@@ -33,17 +33,17 @@ int RunExport(const CommandLine& line, const ExportOptions& options) {
 
 }  // namespace
 
-void AddExportTextCommand(CLI::App& app, CommandLine& line) {
+void AddExportTextCommand(Command& program, CommandLine& line) {
   const auto options = std::make_shared<ExportOptions>();
-  CLI::App* command =
-      AddCommand(app, line, "export-text", "Import a log or a text file and write one of its streams as a text file");
-  command->add_option("SOURCE", options->source.logs, "Log, intermediate file or text file")->required()->expected(1);
-  AddNodeOption(*command, options->source);
-  AddHandsetOptions(*command, options->source);
-  command->add_flag("--intermediate", options->source.intermediate, "The source is an intermediate file");
-  AddTextImportOptions(*command, options->source.text, "source-");
-  AddTextExportOptions(*command, options->wizard);
-  command->callback([&line, options] { line.run = [&line, options] { return RunExport(line, *options); }; });
+  Command command =
+      program.AddCommand("export-text", "Import a log or a text file and write one of its streams as a text file");
+  command.AddOption("SOURCE", options->source.logs, "Log, intermediate file or text file").Required().Takes(1);
+  AddNodeOption(command, options->source);
+  AddHandsetOptions(command, options->source);
+  command.AddFlag("--intermediate", options->source.intermediate, "The source is an intermediate file");
+  AddTextImportOptions(command, options->source.text, "source-");
+  AddTextExportOptions(command, options->wizard);
+  command.Runs([&line, options] { return RunExport(line, *options); });
 }
 
 }  // namespace loom

@@ -80,21 +80,18 @@ CString ExistingPath(const std::string& native) {
   return path;
 }
 
-void AddIntermediateCommands(CLI::App& app, CommandLine& line) {
+void AddIntermediateCommands(Command& program, CommandLine& line) {
   const auto options = std::make_shared<IntermediateOptions>();
-  CLI::App* import = AddCommand(app, line, "import-intermediate", "Import intermediate files and list their streams");
-  import->add_option("FILE", options->files, "Intermediate files")->required();
-  import->callback(
-      [&line, options] { line.run = [&line, options] { return RunImportIntermediate(line, *options);
-};
-}  // namespace loom
-);
+  Command import = program.AddCommand("import-intermediate", "Import intermediate files and list their streams");
+  import.AddOption("FILE", options->files, "Intermediate files").Required();
+  import.Runs([&line, options] { return RunImportIntermediate(line, *options);
+});
 
-CLI::App* write = AddCommand(*app.get_subcommand("log"), line, "to-intermediate",
-                             "Import a log and write its streams as an intermediate file");
-write->add_option("LOG", options->log, "Log file")->required();
-write->add_option("OUT", options->out, "Intermediate file to write")->required();
-write->callback([&line, options] { line.run = [&line, options] { return RunToIntermediate(line, *options); }; });
-}
+Command write =
+    program.Group("log").AddCommand("to-intermediate", "Import a log and write its streams as an intermediate file");
+write.AddOption("LOG", options->log, "Log file").Required();
+write.AddOption("OUT", options->out, "Intermediate file to write").Required();
+write.Runs([&line, options] { return RunToIntermediate(line, *options); });
+}  // namespace loom
 
 }  // namespace loom

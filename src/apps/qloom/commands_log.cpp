@@ -70,40 +70,36 @@ int RunRows(const CommandLine& line, const ImportOptions& options) {
 }
 
 // A command of one log: its positional argument and the handset question's options.
-CLI::App* AddOneLogCommand(CLI::App& app, CommandLine& line, const std::shared_ptr<ImportOptions>& options,
-                           const char* name, const char* description) {
-  CLI::App* command = AddCommand(app, line, name, description);
-  command->add_option("LOG", options->logs, "Log file")->required()->expected(1);
-  AddHandsetOptions(*command, *options);
+Command AddOneLogCommand(Command& program, const std::shared_ptr<ImportOptions>& options, const char* name,
+                         const char* description) {
+  Command command = program.AddCommand(name, description);
+  command.AddOption("LOG", options->logs, "Log file").Required().Takes(1);
+  AddHandsetOptions(command, *options);
   return command;
 }
 
-void AddImport(CLI::App& app, CommandLine& line) {
+void AddImport(Command& program, CommandLine& line) {
   const auto options = std::make_shared<ImportOptions>();
-  CLI::App* command = AddCommand(app, line, "import", "Import logs and list their streams");
-  command->add_option("LOG", options->logs, "Log files")->required();
-  AddNodeOption(*command, *options);
-  AddHandsetOptions(*command, *options);
-  AddImportSheetOptions(*command, options->sheet);
-  command->callback([&line, options] {
-    line.run = [&line, options] {
-      return RunImport(line, *options,
-                       [&](CIOManager& manager) { return manager.ImportLog(LogNodes().at(options->node)); });
-    };
+  Command command = program.AddCommand("import", "Import logs and list their streams");
+  command.AddOption("LOG", options->logs, "Log files").Required();
+  AddNodeOption(command, *options);
+  AddHandsetOptions(command, *options);
+  AddImportSheetOptions(command, options->sheet);
+  command.Runs([&line, options] {
+    return RunImport(line, *options,
+                     [&](CIOManager& manager) { return manager.ImportLog(LogNodes().at(options->node)); });
   });
 }
 
-void AddSingleLogImports(CLI::App& app, CommandLine& line) {
+void AddSingleLogImports(Command& program, CommandLine& line) {
   const auto add = [&](const char* name, const char* description, auto work) {
     const auto options = std::make_shared<ImportOptions>();
-    CLI::App* command = AddOneLogCommand(app, line, options, name, description);
+    Command command = AddOneLogCommand(program, options, name, description);
     if (std::string_view(name) == "open-log") {
-      command->add_flag("--no-node-check", options->no_node_check, "Accept China Mobile logs");
+      command.AddFlag("--no-node-check", options->no_node_check, "Accept China Mobile logs");
     }
-    command->callback([&line, options, work] {
-      line.run = [&line, options, work] {
-        return RunImport(line, *options, [&](CIOManager& manager) { return work(manager, *options); });
-      };
+    command.Runs([&line, options, work] {
+      return RunImport(line, *options, [&](CIOManager& manager) { return work(manager, *options); });
     });
   };
   add("import-by-name", "Import one indoor log",
@@ -116,28 +112,28 @@ void AddSingleLogImports(CLI::App& app, CommandLine& line) {
       [](CIOManager& manager, const ImportOptions& options) { return manager.OpenRecentLog(FirstLog(options)); });
 }
 
-void AddRows(CLI::App& app, CommandLine& line) {
+void AddRows(Command& program, CommandLine& line) {
   const auto options = std::make_shared<ImportOptions>();
-  CLI::App* command =
-      AddOneLogCommand(app, line, options, "rows", "Import a log or a text file and print rows as JSON lines");
-  AddNodeOption(*command, *options);
-  AddImportSheetOptions(*command, options->sheet);
-  AddTextImportOptions(*command, options->text);
-  command->add_flag("--key-rows", options->key_rows, "Of a text file's stream only the first row and every 500th");
-  command->add_flag("--intermediate", options->intermediate, "The file is an intermediate file");
-  command->add_option("--stream", options->stream, "Name of the stream")->required();
-  command->add_option("--from", options->from, "First row number (default 1)");
-  command->add_option("--count", options->count, "Most rows to print")->check(CLI::NonNegativeNumber);
-  command->add_option("--show", options->show, "Only fields of these information elements");
-  command->callback([&line, options] { line.run = [&line, options] { return RunRows(line, *options); }; });
+  Command command =
+      AddOneLogCommand(program, options, "rows", "Import a log or a text file and print rows as JSON lines");
+  AddNodeOption(command, *options);
+  AddImportSheetOptions(command, options->sheet);
+  AddTextImportOptions(command, options->text);
+  command.AddFlag("--key-rows", options->key_rows, "Of a text file's stream only the first row and every 500th");
+  command.AddFlag("--intermediate", options->intermediate, "The file is an intermediate file");
+  command.AddOption("--stream", options->stream, "Name of the stream").Required();
+  command.AddOption("--from", options->from, "First row number (default 1)");
+  command.AddOption("--count", options->count, "Most rows to print").NotNegative();
+  command.AddOption("--show", options->show, "Only fields of these information elements");
+  command.Runs([&line, options] { return RunRows(line, *options); });
 }
 
 }  // namespace
 
-void AddLogCommands(CLI::App& app, CommandLine& line) {
-  AddImport(app, line);
-  AddSingleLogImports(app, line);
-  AddRows(app, line);
+void AddLogCommands(Command& program, CommandLine& line) {
+  AddImport(program, line);
+  AddSingleLogImports(program, line);
+  AddRows(program, line);
 }
 
 }  // namespace loom

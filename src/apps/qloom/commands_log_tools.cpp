@@ -117,47 +117,43 @@ int RunTool(const CommandLine& line, const std::string& out, int dialog_id, void
   return session.Finish({{"result", result}, {"out", out}}, kExitCodes[result]);
 }
 
-void AddCombine(CLI::App& app, CommandLine& line) {
+void AddCombine(Command& program, CommandLine& line) {
   const auto options = std::make_shared<CombineOptions>();
-  CLI::App* command = AddCommand(app, line, "combine", "Merge logs into one, in time order");
-  command->add_option("OUT", options->out, "Log file to write")->required();
-  command->add_option("LOG", options->logs, "Log files")->required()->expected(2, -1);
+  Command command = program.AddCommand("combine", "Merge logs into one, in time order");
+  command.AddOption("OUT", options->out, "Log file to write").Required();
+  command.AddOption("LOG", options->logs, "Log files").Required().TakesAtLeast(2);
   command
-      ->add_option("--kind", options->kind,
-                   "Logs of the log store (lte, the default) or of the automatic test system (auto)")
-      ->check(CLI::IsMember(kKindEntries));
-  command->callback([&line, options] {
-    line.run = [&line, options] {
-      ExistingFiles(options->logs);
-      if (std::filesystem::path(options->out).extension().empty()) options->out += kLogEnding;
-      return RunTool(line, options->out, kDialogCombine, &CIOManager::CombineLogFile,
-                     [&](CDialog& dialog, BatchFrontEnd& person) { return FillCombine(dialog, person, *options); });
-    };
+      .AddOption("--kind", options->kind,
+                 "Logs of the log store (lte, the default) or of the automatic test system (auto)")
+      .OneOf(kKindEntries);
+  command.Runs([&line, options] {
+    ExistingFiles(options->logs);
+    if (std::filesystem::path(options->out).extension().empty()) options->out += kLogEnding;
+    return RunTool(line, options->out, kDialogCombine, &CIOManager::CombineLogFile,
+                   [&](CDialog& dialog, BatchFrontEnd& person) { return FillCombine(dialog, person, *options); });
   });
 }
 
-void AddCut(CLI::App& app, CommandLine& line) {
+void AddCut(Command& program, CommandLine& line) {
   const auto options = std::make_shared<CutOptions>();
-  CLI::App* command = AddCommand(app, line, "cut", "Write a time window of a log into a new one");
-  command->add_option("LOG", options->log, "Log file")->required();
-  command->add_option("OUT", options->out, "Log file to write")->required();
-  command->add_option("--from", options->from, "First second, YYYY-MM-DD hh:mm:ss")->required()->check(TimeObjection);
-  command->add_option("--to", options->to, "Last second, which is in the window")->required()->check(TimeObjection);
-  command->callback([&line, options] {
-    line.run = [&line, options] {
-      ExistingFiles({options->log});
-      if (!options->out.ends_with(kLogEnding)) options->out += kLogEnding;
-      return RunTool(line, options->out, kDialogPartition, &CIOManager::PartitionLogfile,
-                     [&](CDialog& dialog, BatchFrontEnd& person) { return FillPartition(dialog, person, *options); });
-    };
+  Command command = program.AddCommand("cut", "Write a time window of a log into a new one");
+  command.AddOption("LOG", options->log, "Log file").Required();
+  command.AddOption("OUT", options->out, "Log file to write").Required();
+  command.AddOption("--from", options->from, "First second, YYYY-MM-DD hh:mm:ss").Required().Check(TimeObjection);
+  command.AddOption("--to", options->to, "Last second, which is in the window").Required().Check(TimeObjection);
+  command.Runs([&line, options] {
+    ExistingFiles({options->log});
+    if (!options->out.ends_with(kLogEnding)) options->out += kLogEnding;
+    return RunTool(line, options->out, kDialogPartition, &CIOManager::PartitionLogfile,
+                   [&](CDialog& dialog, BatchFrontEnd& person) { return FillPartition(dialog, person, *options); });
   });
 }
 
 }  // namespace
 
-void AddLogToolCommands(CLI::App& app, CommandLine& line) {
-  AddCombine(app, line);
-  AddCut(app, line);
+void AddLogToolCommands(Command& program, CommandLine& line) {
+  AddCombine(program, line);
+  AddCut(program, line);
 }
 
 }  // namespace loom

@@ -62,14 +62,11 @@ int ShowLists(const CommandLine& line) {
 
 }  // namespace
 
-void AddNavigatorCommands(CLI::App& app, CommandLine& line) {
-  CLI::App* navigator = app.add_subcommand("navigator", "The parameter navigator");
-  navigator->require_subcommand(1);
-  AddCommand(*navigator, line, "tree", "The tree that dialogs show")->callback([&line] {
-    line.run = [&line] { return ShowTree(line); };
-  });
-  AddCommand(*navigator, line, "lists", "The names of protocol-independent and of GSM elements")->callback([&line] {
-    line.run = [&line] { return ShowLists(line); };
+void AddNavigatorCommands(Command& program, CommandLine& line) {
+  Command navigator = program.AddGroup("navigator", "The parameter navigator");
+  navigator.AddCommand("tree", "The tree that dialogs show").Runs([&line] { return ShowTree(line); });
+  navigator.AddCommand("lists", "The names of protocol-independent and of GSM elements").Runs([&line] {
+    return ShowLists(line);
   });
 }
 

@@ -88,22 +88,22 @@ int RunNetImport(const CommandLine& line, const NetImportOptions& options) {
 
 }  // namespace
 
-void AddNetImportCommand(CLI::App& app, CommandLine& line) {
+void AddNetImportCommand(Command& program, CommandLine& line) {
   const auto options = std::make_shared<NetImportOptions>();
-  const CLI::Validator pair(
-      [](const std::string& text) { return text.find('=') == std::string::npos ? "'" + text + "' holds no '='" : ""; },
-      "A=B");
-  CLI::App* command = AddCommand(app, line, "import-net", "Import network elements from a workbook");
-  command->add_option("WORKBOOK", options->workbook, "Workbook, *.xlsx or *.xls")->required();
-  command->add_option("--protocol", options->protocol, "td, gsm or lte")->required()->check(CLI::IsMember(kProtocols));
-  command->add_option("--data", options->data, "cell, td-neighbour, gsm-neighbour or cpi-group")
-      ->required()
-      ->check(CLI::IsMember(kDataTypes));
-  command->add_option("--sheet", options->sheet, "Worksheet (default: the first by name)");
-  command->add_option("--map", options->map, "HEADING=PARAMETER, besides headings that are a parameter's name")
-      ->check(pair);
-  command->add_option("--custom", options->custom, "HEADING=NAME: a parameter of your own")->check(pair);
-  command->callback([&line, options] { line.run = [&line, options] { return RunNetImport(line, *options); }; });
+  const auto is_pair = [](const std::string& text) {
+    return text.find('=') == std::string::npos ? "'" + text + "' holds no '='" : "";
+  };
+  Command command = program.AddCommand("import-net", "Import network elements from a workbook");
+  command.AddOption("WORKBOOK", options->workbook, "Workbook, *.xlsx or *.xls").Required();
+  command.AddOption("--protocol", options->protocol, "td, gsm or lte").Required().OneOf(kProtocols);
+  command.AddOption("--data", options->data, "cell, td-neighbour, gsm-neighbour or cpi-group")
+      .Required()
+      .OneOf(kDataTypes);
+  command.AddOption("--sheet", options->sheet, "Worksheet (default: the first by name)");
+  command.AddOption("--map", options->map, "HEADING=PARAMETER, besides headings that are a parameter's name")
+      .Check(is_pair, "A=B");
+  command.AddOption("--custom", options->custom, "HEADING=NAME: a parameter of your own").Check(is_pair, "A=B");
+  command.Runs([&line, options] { return RunNetImport(line, *options); });
 }
 
 }  // namespace loom

@@ -57,12 +57,12 @@ int RunOpen(const CommandLine& line, const OpenOptions& options) {
 
 }  // namespace
 
-void AddOpenCommand(CLI::App& app, CommandLine& line) {
+void AddOpenCommand(Command& program, CommandLine& line) {
   const auto options = std::make_shared<OpenOptions>();
-  CLI::App* open = AddCommand(app, line, "open", "Import again everything that a project lists");
-  open->add_option("PROJECT", options->project, "Project file")->required();
-  open->add_flag("--save", options->save, "Save the project afterwards; what could not be opened is no longer listed");
-  open->callback([&line, options] { line.run = [&line, options] { return RunOpen(line, *options); }; });
+  Command open = program.AddCommand("open", "Import again everything that a project lists");
+  open.AddOption("PROJECT", options->project, "Project file").Required();
+  open.AddFlag("--save", options->save, "Save the project afterwards; what could not be opened is no longer listed");
+  open.Runs([&line, options] { return RunOpen(line, *options); });
 }
 
 }  // namespace loom

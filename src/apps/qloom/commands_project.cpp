@@ -200,30 +200,27 @@ int ListIEs(const CommandLine& line, const std::string& grep) {
 
 }  // namespace
 
-void AddProjectCommands(CLI::App& app, CommandLine& line) {
+void AddProjectCommands(Command& program, CommandLine& line) {
   const auto first = std::make_shared<std::string>();
   const auto second = std::make_shared<std::string>();
 
-  CLI::App* project = app.add_subcommand("project", "Project files");
-  project->require_subcommand(1);
-  CLI::App* show = AddCommand(*project, line, "show", "Logs, streams, settings and texts of a project");
-  show->add_option("PROJECT", *first, "Project file")->required();
-  show->callback([&line, first] { line.run = [&line, first] { return ShowProject(line, *first); }; });
+  Command project = program.AddGroup("project", "Project files");
+  Command show = project.AddCommand("show", "Logs, streams, settings and texts of a project");
+  show.AddOption("PROJECT", *first, "Project file").Required();
+  show.Runs([&line, first] { return ShowProject(line, *first); });
 
-  CLI::App* net = app.add_subcommand("net", "Network elements of the project");
-  net->require_subcommand(1);
-  CLI::App* list = AddCommand(*net, line, "list", "Print the rows of a table as JSON lines");
-  list->add_option("TABLE", *first, "tbl_Cell, tbl_Cell_LTE, ...")->required();
-  list->callback([&line, first] { line.run = [&line, first] { return ListNetwork(line, *first); }; });
-  CLI::App* put = AddCommand(*net, line, "put", "Store rows in a table; a row of the same key is replaced");
-  put->add_option("TABLE", *first, "tbl_Cell, tbl_Cell_LTE, ...")->required();
-  put->add_option("ROWS", *second, "JSON lines {column: value}")->required();
-  put->callback(
-      [&line, first, second] { line.run = [&line, first, second] { return PutNetwork(line, *first, *second); }; });
+  Command net = program.AddGroup("net", "Network elements of the project");
+  Command list = net.AddCommand("list", "Print the rows of a table as JSON lines");
+  list.AddOption("TABLE", *first, "tbl_Cell, tbl_Cell_LTE, ...").Required();
+  list.Runs([&line, first] { return ListNetwork(line, *first); });
+  Command put = net.AddCommand("put", "Store rows in a table; a row of the same key is replaced");
+  put.AddOption("TABLE", *first, "tbl_Cell, tbl_Cell_LTE, ...").Required();
+  put.AddOption("ROWS", *second, "JSON lines {column: value}").Required();
+  put.Runs([&line, first, second] { return PutNetwork(line, *first, *second); });
 
-  CLI::App* ies = AddCommand(app, line, "ies", "The catalogue of information elements");
-  ies->add_option("--grep", *second, "Only names that contain this text");
-  ies->callback([&line, second] { line.run = [&line, second] { return ListIEs(line, *second); }; });
+  Command ies = program.AddCommand("ies", "The catalogue of information elements");
+  ies.AddOption("--grep", *second, "Only names that contain this text");
+  ies.Runs([&line, second] { return ListIEs(line, *second); });
 }
 
 }  // namespace loom

@@ -95,14 +95,11 @@ struct StoreOptions {
 
 using StoreWork = std::function<Json(const CommonOptions&, const StoreOptions&)>;
 
-CLI::App* AddStoreCommand(CLI::App& log, CommandLine& line, const std::shared_ptr<StoreOptions>& options,
-                          const char* name, const char* description, StoreWork work) {
-  CLI::App* command = AddCommand(log, line, name, description);
-  command->callback([&line, options, work] {
-    line.run = [&line, options, work] {
-      return RunWithNotes(line.common, [&] { return work(line.common, *options); });
-    };
-  });
+Command AddStoreCommand(Command& log, CommandLine& line, const std::shared_ptr<StoreOptions>& options, const char* name,
+                        const char* description, StoreWork work) {
+  Command command = log.AddCommand(name, description);
+  command.Runs(
+      [&line, options, work] { return RunWithNotes(line.common, [&] { return work(line.common, *options); }); });
   return command;
 }
 
@@ -129,51 +126,50 @@ Json Simulate(const CommonOptions& common, const StoreOptions& options) {
 
 }  // namespace
 
-void AddStoreCommands(CLI::App& app, CommandLine& line) {
-  CLI::App* log = app.add_subcommand("log", "Log files as such");
-  log->require_subcommand(1);
+void AddStoreCommands(Command& program, CommandLine& line) {
+  Command log = program.AddGroup("log", "Log files as such");
   const auto make_options = [] { return std::make_shared<StoreOptions>(); };
 
   auto options = make_options();
-  AddStoreCommand(*log, line, options, "info", "Kind, version, day, times and records of a log",
+  AddStoreCommand(log, line, options, "info", "Kind, version, day, times and records of a log",
                   [](const CommonOptions& common, const StoreOptions& store) {
                     return LogInfo(NativePathToGbk(store.in), common.json);
                   })
-      ->add_option("LOG", options->in, "Log file")
-      ->required();
+      .AddOption("LOG", options->in, "Log file")
+      .Required();
 
   options = make_options();
-  CLI::App* make = AddStoreCommand(*log, line, options, "make", "Write a log from JSON lines",
-                                   [](const CommonOptions&, const StoreOptions& store) -> Json {
-                                     MakeLog(NativePathToGbk(store.in), NativePathToGbk(store.out));
-                                     return {{"out", store.out}};
-                                   });
-  make->add_option("RECORDS", options->in, "Header line, then one record per line")->required();
-  make->add_option("OUT", options->out, "Log file to write")->required();
+  Command make = AddStoreCommand(log, line, options, "make", "Write a log from JSON lines",
+                                 [](const CommonOptions&, const StoreOptions& store) -> Json {
+                                   MakeLog(NativePathToGbk(store.in), NativePathToGbk(store.out));
+                                   return {{"out", store.out}};
+                                 });
+  make.AddOption("RECORDS", options->in, "Header line, then one record per line").Required();
+  make.AddOption("OUT", options->out, "Log file to write").Required();
 
   options = make_options();
-  AddStoreCommand(*log, line, options, "dump", "Print a log as the JSON lines that make it",
+  AddStoreCommand(log, line, options, "dump", "Print a log as the JSON lines that make it",
                   [](const CommonOptions&, const StoreOptions& store) -> Json {
                     DumpLog(NativePathToGbk(store.in), std::cout);
                     return {};
                   })
-      ->add_option("LOG", options->in, "Log file")
-      ->required();
+      .AddOption("LOG", options->in, "Log file")
+      .Required();
 
   options = make_options();
-  CLI::App* simulate = AddStoreCommand(*log, line, options, "simulate", "Write the log of a simulated drive", Simulate);
+  Command simulate = AddStoreCommand(log, line, options, "simulate", "Write the log of a simulated drive", Simulate);
   SimulationOptions& simulation = options->simulation;
-  simulate->add_option("OUT", options->out, "Log file to write")->required();
-  simulate->add_option("--minutes", simulation.minutes, "Length of the drive")->required()->check(CLI::PositiveNumber);
-  simulate->add_option("--handsets", options->handsets, "Networks of the handsets, such as td,gsm,lte (default td)");
-  simulate->add_flag("--scanner", simulation.scanner, "With a scanner");
-  simulate->add_flag("--indoor", simulation.indoor, "Walked through a building");
-  simulate->add_option("--interval", simulation.interval_s, "Seconds between two records of a handset (default 0.5)")
-      ->check(CLI::PositiveNumber);
-  simulate->add_option("--seed", simulation.seed, "Another drive for another number");
-  simulate->add_option("--date", options->date, "Calendar day, yyyy-mm-dd");
-  simulate->add_option("--log-version", options->version, "Log version; 600 is a merged log over two days");
-  simulate->add_option("--cells", options->cells, "Also write the cells, as FILE.TABLE.jsonl for `qloom net put`");
+  simulate.AddOption("OUT", options->out, "Log file to write").Required();
+  simulate.AddOption("--minutes", simulation.minutes, "Length of the drive").Required().Positive();
+  simulate.AddOption("--handsets", options->handsets, "Networks of the handsets, such as td,gsm,lte (default td)");
+  simulate.AddFlag("--scanner", simulation.scanner, "With a scanner");
+  simulate.AddFlag("--indoor", simulation.indoor, "Walked through a building");
+  simulate.AddOption("--interval", simulation.interval_s, "Seconds between two records of a handset (default 0.5)")
+      .Positive();
+  simulate.AddOption("--seed", simulation.seed, "Another drive for another number");
+  simulate.AddOption("--date", options->date, "Calendar day, yyyy-mm-dd");
+  simulate.AddOption("--log-version", options->version, "Log version; 600 is a merged log over two days");
+  simulate.AddOption("--cells", options->cells, "Also write the cells, as FILE.TABLE.jsonl for `qloom net put`");
 }
 
 }  // namespace loom

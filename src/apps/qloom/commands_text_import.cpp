@@ -49,13 +49,13 @@ int RunOpenText(const CommandLine& line, const TextOptions& options) {
 
 }  // namespace
 
-void AddTextImportCommands(CLI::App& app, CommandLine& line) {
+void AddTextImportCommands(Command& program, CommandLine& line) {
   const auto add = [&](const char* name, const char* description, int (*run)(const CommandLine&, const TextOptions&)) {
     const auto options = std::make_shared<TextOptions>();
-    CLI::App* command = AddCommand(app, line, name, description);
-    command->add_option("FILE", options->file, "Text file")->required();
-    AddTextImportOptions(*command, options->wizard);
-    command->callback([&line, options, run] { line.run = [&line, options, run] { return run(line, *options); }; });
+    Command command = program.AddCommand(name, description);
+    command.AddOption("FILE", options->file, "Text file").Required();
+    AddTextImportOptions(command, options->wizard);
+    command.Runs([&line, options, run] { return run(line, *options); });
   };
   add("import-text", "Import a delimited text file as a stream", &RunImportText);
   add("open-text", "Import a text file of the project again; the options are for a file that changed", &RunOpenText);

@@ -97,16 +97,16 @@ int RunUi(const CommandLine& line, const UiOptions& options) {
 
 }  // namespace
 
-void AddUiCommand(CLI::App& app, CommandLine& line) {
+void AddUiCommand(Command& program, CommandLine& line) {
   const auto options = std::make_shared<UiOptions>();
-  CLI::App* ui = AddCommand(app, line, "ui", "Play a person's actions in the windows of a command");
-  ui->add_option("COMMAND", options->command, "import-log, import-txt, export-txt, import-net, combine or partition")
-      ->required()
-      ->check(CLI::IsMember(kCommands));
-  ui->add_option("SOURCE", options->sources, "Logs that are imported first");
-  ui->add_option("--node", options->node, "Project node: outdoor, indoor or cmcc")->check(CLI::IsMember(LogNodes()));
-  ui->add_option("--script", options->script, "JSON lines, one action each")->required();
-  ui->callback([&line, options] { line.run = [&line, options] { return RunUi(line, *options); }; });
+  Command ui = program.AddCommand("ui", "Play a person's actions in the windows of a command");
+  ui.AddOption("COMMAND", options->command, "import-log, import-txt, export-txt, import-net, combine or partition")
+      .Required()
+      .OneOf(kCommands);
+  ui.AddOption("SOURCE", options->sources, "Logs that are imported first");
+  ui.AddOption("--node", options->node, "Project node: outdoor, indoor or cmcc").OneOf(LogNodes());
+  ui.AddOption("--script", options->script, "JSON lines, one action each").Required();
+  ui.Runs([&line, options] { return RunUi(line, *options); });
 }
 
 }  // namespace loom

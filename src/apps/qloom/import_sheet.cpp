@@ -110,16 +110,15 @@ void FillBinning(CDialog& page, const ImportSheetAnswers& answers) {
 
 }  // namespace
 
-void AddImportSheetOptions(CLI::App& command, ImportSheetOptions& options) {
-  command.add_option("--ie", options.ies, "Information elements to import, as the selection's leaves name them");
-  command.add_option("--ie-template", options.load_template, "Selection of information elements from this file");
-  command.add_option("--save-ie-template", options.save_template, "Save the selection to this file");
-  command.add_option("--bin", options.binning, "Merge by time=SECONDS, distance=METRES or grid=HEIGHTxWIDTH")
-      ->check(CLI::Validator([](const std::string& text) { return ObjectionToBinning(text); }, "BINNING"));
-  command.add_option("--bin-value", options.value, "What merging keeps: max, min or avg")
-      ->check(CLI::IsMember(kValueRadios));
-  command.add_option("--bin-ue", options.ue_parameter, "Handset parameter to merge");
-  command.add_option("--bin-scanner", options.scanner_parameter, "Scanner parameter to merge");
+void AddImportSheetOptions(Command& command, ImportSheetOptions& options) {
+  command.AddOption("--ie", options.ies, "Information elements to import, as the selection's leaves name them");
+  command.AddOption("--ie-template", options.load_template, "Selection of information elements from this file");
+  command.AddOption("--save-ie-template", options.save_template, "Save the selection to this file");
+  command.AddOption("--bin", options.binning, "Merge by time=SECONDS, distance=METRES or grid=HEIGHTxWIDTH")
+      .Check(ObjectionToBinning, "BINNING");
+  command.AddOption("--bin-value", options.value, "What merging keeps: max, min or avg").OneOf(kValueRadios);
+  command.AddOption("--bin-ue", options.ue_parameter, "Handset parameter to merge");
+  command.AddOption("--bin-scanner", options.scanner_parameter, "Scanner parameter to merge");
 }
 
 std::optional<ImportSheetAnswers> ImportSheetAnswersFrom(const ImportSheetOptions& options) {

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "apps/qloom/command_line.h"
 #include "platform/ui/property_sheet.h"
 
 namespace loom {
@@ -33,7 +33,7 @@ struct ImportSheetOptions {
   std::string ue_parameter;
   std::string scanner_parameter;
 };
-void AddImportSheetOptions(CLI::App& command, ImportSheetOptions& options);
+void AddImportSheetOptions(Command& command, ImportSheetOptions& options);
 // Nothing when none of them is given: the sheet stays closed.
 std::optional<ImportSheetAnswers> ImportSheetAnswersFrom(const ImportSheetOptions& options);
 

@@ -18,16 +18,15 @@ bool IsTextSource(const ImportOptions& options) {
 
 }  // namespace
 
-void AddHandsetOptions(CLI::App& command, ImportOptions& options) {
-  command
-      .add_option("--handset", options.handset, "Handset type for logs that do not tell it, as the question lists it")
-      ->check(CLI::IsMember(HandsetNames()));
-  command.add_flag("--keep-log,!--no-keep-log", options.keep_log, "Keep that choice for the log (default: kept)");
-  command.add_flag("--keep-all,!--no-keep-all", options.keep_all, "Keep that choice for all logs (default: kept)");
+void AddHandsetOptions(Command& command, ImportOptions& options) {
+  command.AddOption("--handset", options.handset, "Handset type for logs that do not tell it, as the question lists it")
+      .OneOf(HandsetNames());
+  command.AddFlag("--keep-log,!--no-keep-log", options.keep_log, "Keep that choice for the log (default: kept)");
+  command.AddFlag("--keep-all,!--no-keep-all", options.keep_all, "Keep that choice for all logs (default: kept)");
 }
 
-void AddNodeOption(CLI::App& command, ImportOptions& options) {
-  command.add_option("--node", options.node, "Project node: outdoor, indoor or cmcc")->check(CLI::IsMember(LogNodes()));
+void AddNodeOption(Command& command, ImportOptions& options) {
+  command.AddOption("--node", options.node, "Project node: outdoor, indoor or cmcc").OneOf(LogNodes());
 }
 
 CString FirstLog(const ImportOptions& options) { return AbsolutePath(options.logs.front()); }

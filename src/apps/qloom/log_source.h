@@ -1,6 +1,5 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <optional>
 #include <string>
 #include <vector>
@@ -30,8 +29,8 @@ struct ImportOptions {
   TextImportOptions text;
 };
 
-void AddHandsetOptions(CLI::App& command, ImportOptions& options);
-void AddNodeOption(CLI::App& command, ImportOptions& options);
+void AddHandsetOptions(Command& command, ImportOptions& options);
+void AddNodeOption(Command& command, ImportOptions& options);
 
 // For commands over logs, and for those over one source, which may be a text file.
 BatchAnswers AnswersFrom(const CommonOptions& common, const ImportOptions& options);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "apps/qloom/batch_front_end.h"
+#include "apps/qloom/command_line.h"
 #include "apps/qloom/json_streams.h"
 #include "host/application.h"
 #include "manager/io_manager.h"
@@ -19,16 +20,6 @@ enum ExitCode : int {
   kExitUsage = 2,
   kExitInPart = 3,
   kExitCancelled = 130,
-};
-
-// Options that every command takes.
-struct CommonOptions {
-  bool json = false;
-  bool no = false;  // answer to questions
-  bool trace_ui = false;
-  std::optional<int> cancel_at;
-  std::string project;  // empty: a temporary project
-  std::string config;   // empty: ../Config from the program's folder
 };
 
 // The path of a file named on the command line, from the root: a project finds its logs again from any folder.

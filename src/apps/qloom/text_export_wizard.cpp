@@ -52,20 +52,19 @@ bool GoOn(CPropertySheet& sheet, int button) {
 
 }  // namespace
 
-void AddTextExportOptions(CLI::App& command, TextExportOptions& options) {
-  command.add_option("--stream", options.stream, "Name of the stream")->required();
-  command.add_option("--ie", options.parameters, "Information elements to write, or groups of them, in this order")
-      ->required();
-  command.add_option("--out", options.file, "Text file to write; without an extension it gets .txt")->required();
-  command.add_option("--separator", options.separator, "tab (default), comma, semicolon or one character")
-      ->check(CLI::Validator(ObjectionToSeparator, "SEPARATOR"));
-  command.add_flag("--no-header", options.no_header, "Leave the line with the names away");
-  command.add_flag("--units", options.units, "Units behind the names");
-  command.add_flag("--fill", options.fill, "Fill gaps with the last value before them");
-  command.add_flag("--binned", options.binned, "Ask for the merged and averaged data");
-  command
-      .add_option("--limit", options.limits, "NAME=MIN:MAX, either may be empty: values outside are written as -255")
-      ->check(CLI::Validator(ObjectionToLimit, "NAME=MIN:MAX"));
+void AddTextExportOptions(Command& command, TextExportOptions& options) {
+  command.AddOption("--stream", options.stream, "Name of the stream").Required();
+  command.AddOption("--ie", options.parameters, "Information elements to write, or groups of them, in this order")
+      .Required();
+  command.AddOption("--out", options.file, "Text file to write; without an extension it gets .txt").Required();
+  command.AddOption("--separator", options.separator, "tab (default), comma, semicolon or one character")
+      .Check(ObjectionToSeparator, "SEPARATOR");
+  command.AddFlag("--no-header", options.no_header, "Leave the line with the names away");
+  command.AddFlag("--units", options.units, "Units behind the names");
+  command.AddFlag("--fill", options.fill, "Fill gaps with the last value before them");
+  command.AddFlag("--binned", options.binned, "Ask for the merged and averaged data");
+  command.AddOption("--limit", options.limits, "NAME=MIN:MAX, either may be empty: values outside are written as -255")
+      .Check(ObjectionToLimit, "NAME=MIN:MAX");
 }
 
 TextExportAnswers TextExportAnswersFrom(const TextExportOptions& options) {

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "apps/qloom/command_line.h"
 #include "platform/ui/property_sheet.h"
 
 namespace loom {
@@ -42,7 +42,7 @@ struct TextExportOptions {
   bool fill = false;
   bool binned = false;
 };
-void AddTextExportOptions(CLI::App& command, TextExportOptions& options);
+void AddTextExportOptions(Command& command, TextExportOptions& options);
 TextExportAnswers TextExportAnswersFrom(const TextExportOptions& options);
 
 // Plays the person in front of the wizard.

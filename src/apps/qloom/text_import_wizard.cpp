@@ -68,21 +68,20 @@ bool TextImportOptions::IsAnyGiven() const {
          !(config + stream_name + stream_type + time_format + separator + save_config).empty();
 }
 
-void AddTextImportOptions(CLI::App& command, TextImportOptions& options, const std::string& prefix) {
-  CLI::Option* const config =
-      command.add_option("--imcf", options.config, "Saved import configuration; asks nothing else");
+void AddTextImportOptions(Command& command, TextImportOptions& options, const std::string& prefix) {
+  Option config = command.AddOption("--imcf", options.config, "Saved import configuration; asks nothing else");
   const auto add = [&](const std::string& name, auto& value, const char* description) {
-    return command.add_option(name, value, description)->excludes(config);
+    return command.AddOption(name, value, description).Excludes(config);
   };
   add("--stream-name", options.stream_name, "Name of the stream (default UnknownDevice)");
-  add("--stream-type", options.stream_type, "down (default), up or scan")->check(CLI::IsMember(kStreamTypes));
+  add("--stream-type", options.stream_type, "down (default), up or scan").OneOf(kStreamTypes);
   add("--time-format", options.time_format, "Layout of the time column (default yyyy-mm-dd hh:nn:ss:ms)")
-      ->check(CLI::IsMember(TimeFormatNames()));
+      .OneOf(TimeFormatNames());
   add("--" + prefix + "separator", options.separator, "tab (default), comma, semicolon or one character")
-      ->check(CLI::Validator([](const std::string& text) { return ObjectionToSeparator(text); }, "SEPARATOR"));
-  command.add_flag("--" + prefix + "no-header", options.no_header, "The first line is data")->excludes(config);
+      .Check(ObjectionToSeparator, "SEPARATOR");
+  command.AddFlag("--" + prefix + "no-header", options.no_header, "The first line is data").Excludes(config);
   add("--map", options.columns, "COLUMN=NAME, columns from 0; without it the titles of the first line decide")
-      ->check(CLI::Validator([](const std::string& text) { return ObjectionToColumn(text); }, "COLUMN=NAME"));
+      .Check(ObjectionToColumn, "COLUMN=NAME");
   add("--save-imcf", options.save_config, "Save the import configuration to this file");
 }
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "apps/qloom/command_line.h"
 #include "platform/ui/property_sheet.h"
 
 namespace loom {
@@ -38,7 +38,7 @@ struct TextImportOptions {
   bool IsAnyGiven() const;
 };
 // `prefix` distinguishes those that the command has for something else as well: "--source-separator".
-void AddTextImportOptions(CLI::App& command, TextImportOptions& options, const std::string& prefix = "");
+void AddTextImportOptions(Command& command, TextImportOptions& options, const std::string& prefix = "");
 TextImportAnswers TextImportAnswersFrom(const TextImportOptions& options, const CString& file);
 
 // The person's part in the wizard. Throws Error for an answer that the wizard has no place for.
