@@ -259,11 +259,14 @@ TEST_F(SampleWorkbooks, HoldWhatTheirMakersPutIn) {
     std::size_t sheet;
     const char* value;
   } kValues[] = {
-      {"calamine_date.xlsx", 0, "1:0=date 44197"},         {"calamine_date.xls", 0, "2:0=date 44198"},
-      {"libxls_dates-1904.xls", 0, "1:0=date 36526"},      {"libxls_types.xls", 2, "2:1=HELLO WORLD"},
+      {"calamine_date.xlsx", 0, "1:0=date 44197"},
+      {"calamine_date.xls", 0, "2:0=date 44198"},
+      {"libxls_dates-1904.xls", 0, "1:0=date 36526"},
+      {"libxls_types.xls", 2, "2:1=HELLO WORLD"},
       {"libxls_types.xls", 2, "9:1=bool 1"},
       {"libxls_types.xls", 2, "13:1=error #N/A"},
-      {"roo_1904_base.xlsx", 0, "1:0=date 39979"},         {"calamine_issues.xls", 0, "4:0=bool 0"},
+      {"roo_1904_base.xlsx", 0, "1:0=date 39979"},
+      {"calamine_issues.xls", 0, "4:0=bool 0"},
       {"poi_noSharedStringTable.xlsx", 0, "1:1=number 123"},
   };
   for (const auto& [file, sheet, value] : kValues) {

@@ -82,16 +82,15 @@ CString ExistingPath(const std::string& native) {
 
 void AddIntermediateCommands(Command& program, CommandLine& line) {
   const auto options = std::make_shared<IntermediateOptions>();
-  Command import = program.AddCommand("import-intermediate", "Import intermediate files and list their streams");
-  import.AddOption("FILE", options->files, "Intermediate files").Required();
-  import.Runs([&line, options] { return RunImportIntermediate(line, *options);
-});
+  Command read = program.AddCommand("import-intermediate", "Import intermediate files and list their streams");
+  read.AddOption("FILE", options->files, "Intermediate files").Required();
+  read.Runs([&line, options] { return RunImportIntermediate(line, *options); });
 
-Command write =
-    program.Group("log").AddCommand("to-intermediate", "Import a log and write its streams as an intermediate file");
-write.AddOption("LOG", options->log, "Log file").Required();
-write.AddOption("OUT", options->out, "Intermediate file to write").Required();
-write.Runs([&line, options] { return RunToIntermediate(line, *options); });
-}  // namespace loom
+  Command write =
+      program.Group("log").AddCommand("to-intermediate", "Import a log and write its streams as an intermediate file");
+  write.AddOption("LOG", options->log, "Log file").Required();
+  write.AddOption("OUT", options->out, "Intermediate file to write").Required();
+  write.Runs([&line, options] { return RunToIntermediate(line, *options); });
+}
 
 }  // namespace loom
