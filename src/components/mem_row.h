@@ -74,7 +74,8 @@ class CMemDataRowBase {
   std::uint32_t filter_count_ : 31 = 0;
 
  private:
-  std::size_t WordCount() const { return (filter_count_ + kWordBits - 1) / kWordBits; }
+  static std::size_t WordCount(std::uint32_t marks) { return (std::size_t{marks} + kWordBits - 1) / kWordBits; }
+  std::size_t WordCount() const { return WordCount(filter_count_); }
   std::span<FilterWord> FilterWords() {
     return {filter_count_ > kWordBits ? filters_.words : &filters_.word, WordCount()};
   }
@@ -82,9 +83,9 @@ class CMemDataRowBase {
     return {filter_count_ > kWordBits ? filters_.words : &filters_.word, WordCount()};
   }
   void MakeFilters(std::uint32_t count, std::pmr::memory_resource* memory) {
-    filter_count_ = count;
     if (count > kWordBits)
-      filters_.words = static_cast<FilterWord*>(memory->allocate(WordCount() * sizeof(FilterWord)));
+      filters_.words = static_cast<FilterWord*>(memory->allocate(WordCount(count) * sizeof(FilterWord)));
+    filter_count_ = count;
     std::ranges::fill(FilterWords(), FilterWord{0});
   }
 
@@ -102,7 +103,7 @@ class CMemDataRow final : public CMemDataRowBase {
   explicit CMemDataRow(std::pmr::memory_resource* memory = std::pmr::get_default_resource()) : memory_(memory) {}
   // Copies own their texts and take exactly the room they need.
   CMemDataRow(const CMemDataRow& other) : CMemDataRow(other, std::pmr::get_default_resource()) {}
-  CMemDataRow(const CMemDataRow& other, std::pmr::memory_resource* memory) : memory_(memory) { CopyFrom(other); }
+  CMemDataRow(const CMemDataRow& other, std::pmr::memory_resource* memory) : CMemDataRow(memory) { CopyFrom(other); }
   CMemDataRow& operator=(const CMemDataRow& other) {
     Copy(other);
     return *this;
@@ -127,14 +128,14 @@ class CMemDataRow final : public CMemDataRowBase {
   // The same in place, null without one; valid until fields are added.
   const uniFieldValue* FindIE(std::int32_t id) const {
     const std::size_t at = Find(id);
-    return at < value_count_ ? Values() + at : nullptr;
+    return at < std::min(id_count_, value_count_) ? Values() + at : nullptr;
   }
   bool Holds(std::int32_t id) const { return Find(id) < id_count_; }
 
   // Replaces the first field with the id, or appends it.
   void AddIE(std::int32_t id, uniFieldValue value) {
     const std::size_t at = Find(id);
-    if (at < value_count_) {
+    if (at < std::min(id_count_, value_count_)) {
       Values()[at] = value;
     } else {
       QuickAddIE(id, value);

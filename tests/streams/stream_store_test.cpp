@@ -61,6 +61,11 @@ TEST(MemoryRow, KeepsFieldsTextsAndCopiesApart) {
   EXPECT_EQ(0u, other.GetFFTReportPoints());
   EXPECT_EQ(3u, row.GetFFTReportPoints());
   EXPECT_EQ(1u, row.GetParamID().size());
+  other.SetParamID(std::vector<std::int32_t>{2380});
+  EXPECT_EQ(1, other.GetIEValueByID(2380)->int_value) << "the first value";
+  EXPECT_FALSE(other.GetIEValueByID(2379)) << "a value without an id belongs to none";
+  other.AddIE(2379, uniFieldValue(5));
+  EXPECT_EQ(2u, other.GetParamID().size());
 }
 
 // "T2" is row 2 of the TD-SCDMA stream, "G1" row 1 of the GSM stream.
