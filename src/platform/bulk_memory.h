@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory_resource>
@@ -25,10 +26,10 @@ class BulkMemory final : public std::pmr::memory_resource {
 
   // Throws std::bad_alloc.
   void* do_allocate(std::size_t bytes, std::size_t alignment) override {
-    for (;; MakeReady(bytes)) {
+    for (;; MakeReady(std::max<std::size_t>(bytes, 1))) {
       const std::size_t gap = -reinterpret_cast<std::uintptr_t>(next_) & (alignment - 1);
       const auto left = static_cast<std::size_t>(ready_end_ - next_);
-      if (left < gap || left - gap < bytes) continue;
+      if (left < gap || left - gap < bytes || next_ == nullptr) continue;
       std::byte* const start = next_ + gap;
       next_ = start + bytes;
       return start;
