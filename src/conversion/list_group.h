@@ -75,7 +75,7 @@ inline NumberSet<kLast> KnownNumbers(const CRowIEWriter& writer) {
 // The numbers of a group of which the stream has an IE of the group's table.
 template <const auto& kGroup>
 inline NumbersOf<kGroup> KnownNumbers(const CRowIEWriter& writer) {
-  static constexpr const auto& kFields = kGroup.fields;
+  static constexpr auto kFields = kGroup.fields;  // not every compiler takes a part of the group as argument
   return KnownNumbers<kFields, kGroup.last>(writer);
 }
 
@@ -95,7 +95,7 @@ inline std::optional<std::int32_t> EntryNumber(const Entry& entry, std::size_t p
 // has beside the fields of the table.
 template <const auto& kGroup, class Policy = TdMarkers, class Block, class Also>
 inline NumbersOf<kGroup> WriteGroupEntries(CRowIEWriter& writer, const Block& block, Also also) {
-  static constexpr const auto& kFields = kGroup.fields;
+  static constexpr auto kFields = kGroup.fields;  // not every compiler takes a part of the group as argument
   NumbersOf<kGroup> carried;
   const auto passing = PassingFields<kFields>(writer, kGroup.first);
   const auto& list = block.*kGroup.list;
