@@ -130,9 +130,9 @@ std::string_view TextRowBuilder::WithoutLineEnd(const TextColumn& column, std::s
 }
 
 void TextRowBuilder::NoteMissingCells() {
-  const auto missing =
-      std::ranges::count_if(columns_, [&](const auto& column) { return column.number >= cells_.size(); });
   notes_.Add(RowFlaw::kColumns, [&] {
+    const auto missing =
+        std::ranges::count_if(columns_, [&](const auto& column) { return column.number >= cells_.size(); });
     return std::to_string(missing) + " of the " + std::to_string(columns_.size()) + " mapped columns; the line has " +
            std::to_string(cells_.size()) + " cells, its row defaults";
   });
