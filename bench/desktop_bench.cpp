@@ -12,7 +12,7 @@
 #include "components/stream_manager.h"
 #include "host/application.h"
 #include "platform/ui/dialog.h"
-#include "resources/dialog_9005.h"
+#include "resources/log_import_templates.h"
 #include "tests/support/places.h"
 #include "text/ie_selection_tree.h"
 #include "text/parameter_navigator.h"

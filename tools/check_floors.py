@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Refuses an include that points up the house: each floor sees only the floors named to it here."""
+"""Refuses an include that points up the house, where each floor sees only the floors named to it here, and a dialog template
+that the registry of templates lacks."""
 
 import pathlib
 import re
@@ -45,8 +46,18 @@ def faults(root):
                     yield f"{name}: includes {target}, which only {', '.join(folders)} may know"
 
 
+def forgotten_templates(root):
+    resources = root / "src/resources"
+    listed = (resources / "templates.h").read_text(encoding="utf-8")
+    for path in sorted(resources.glob("*_templates.h")):
+        for name in re.findall(r"constexpr DialogTemplate (\w+)", path.read_text(encoding="utf-8")):
+            if f"&{name}," not in listed:
+                yield f"{path.relative_to(root).as_posix()}: {name} is not in src/resources/templates.h"
+
+
 def main():
-    found = list(faults(pathlib.Path(sys.argv[1])))
+    root = pathlib.Path(sys.argv[1])
+    found = [*faults(root), *forgotten_templates(root)]
     print("\n".join(found))
     return 1 if found else 0
 

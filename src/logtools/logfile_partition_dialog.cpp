@@ -13,7 +13,7 @@
 #include "platform/ui/file_dialog.h"
 #include "platform/ui/message_box.h"
 #include "platform/ui/wait_cursor.h"
-#include "resources/dialog_9009.h"
+#include "resources/log_tools_templates.h"
 
 namespace loom {
 namespace {

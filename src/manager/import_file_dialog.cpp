@@ -1,7 +1,7 @@
 #include "manager/import_file_dialog.h"
 
 #include "platform/encoding.h"
-#include "resources/dialog_9004.h"
+#include "resources/log_import_templates.h"
 #include "settings/binning_page.h"
 #include "text/ie_selection_page.h"
 

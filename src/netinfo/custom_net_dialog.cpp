@@ -6,7 +6,7 @@
 
 #include "platform/encoding.h"
 #include "platform/ui/message_box.h"
-#include "resources/dialog_9007.h"
+#include "resources/net_import_templates.h"
 
 namespace loom {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "platform/ui/file_dialog.h"
 #include "platform/ui/message_box.h"
-#include "resources/dialog_9018.h"
+#include "resources/net_import_templates.h"
 
 namespace loom {
 

@@ -6,7 +6,7 @@
 #include "netinfo/custom_net_dialog.h"
 #include "netinfo/net_param_dialog.h"
 #include "platform/ui/message_box.h"
-#include "resources/dialog_9019.h"
+#include "resources/net_import_templates.h"
 
 namespace loom {
 namespace {

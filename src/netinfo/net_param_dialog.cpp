@@ -5,8 +5,8 @@
 #include "netinfo/net_tables.h"
 #include "platform/ui/message_box.h"
 #include "platform/ui/tree_ctrl.h"
-#include "resources/dialog_9017.h"
 #include "resources/images.h"
+#include "resources/parameter_picker_templates.h"
 
 namespace loom {
 

@@ -5,7 +5,7 @@
 
 #include "components/measures.h"
 #include "platform/ui/message_box.h"
-#include "resources/dialog_106.h"
+#include "resources/binning_templates.h"
 
 namespace loom {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "components/resource_handle.h"
 #include "platform/encoding.h"
-#include "resources/dialog_9010.h"
+#include "resources/handset_type_templates.h"
 #include "settings/handset_question.h"
 
 namespace loom {

@@ -2,7 +2,7 @@
 
 #include "platform/number.h"
 #include "platform/ui/message_box.h"
-#include "resources/dialog_9027.h"
+#include "resources/text_export_templates.h"
 
 namespace loom {
 namespace {

@@ -8,8 +8,8 @@
 #include "platform/notes.h"
 #include "platform/ui/file_dialog.h"
 #include "platform/ui/message_box.h"
-#include "resources/dialog_9005.h"
 #include "resources/images.h"
+#include "resources/log_import_templates.h"
 #include "text/ie_selection_tree.h"
 #include "text/parameter_navigator.h"
 

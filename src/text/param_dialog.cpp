@@ -2,8 +2,8 @@
 
 #include "platform/ui/message_box.h"
 #include "platform/ui/tree_ctrl.h"
-#include "resources/dialog_9017.h"
 #include "resources/images.h"
+#include "resources/parameter_picker_templates.h"
 #include "text/parameter_navigator.h"
 
 namespace loom {

@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "components/dual_protocol.h"
-#include "resources/dialog_9020.h"
 #include "resources/images.h"
+#include "resources/text_export_templates.h"
 
 namespace loom {
 

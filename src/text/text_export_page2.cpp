@@ -8,8 +8,8 @@
 #include "platform/log.h"
 #include "platform/number.h"
 #include "platform/ui/message_box.h"
-#include "resources/dialog_9025.h"
 #include "resources/images.h"
+#include "resources/text_export_templates.h"
 #include "text/export_limits_dialog.h"
 #include "text/parameter_navigator.h"
 

@@ -2,7 +2,7 @@
 
 #include "platform/ui/file_dialog.h"
 #include "platform/ui/message_box.h"
-#include "resources/dialog_9026.h"
+#include "resources/text_export_templates.h"
 #include "text/separator.h"
 #include "text/separator_edit.h"
 

@@ -1,5 +1,5 @@
 #include "platform/ui/file_dialog.h"
-#include "resources/dialog_9000.h"
+#include "resources/text_import_templates.h"
 #include "text/text_import_pages.h"
 
 namespace loom {

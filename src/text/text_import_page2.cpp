@@ -6,7 +6,7 @@
 #include "platform/log.h"
 #include "platform/ui/list_ctrl.h"
 #include "platform/ui/message_box.h"
-#include "resources/dialog_9001.h"
+#include "resources/text_import_templates.h"
 #include "text/separator.h"
 #include "text/separator_edit.h"
 #include "text/text_import_pages.h"

@@ -1,6 +1,6 @@
 #include "platform/ui/list_ctrl.h"
 #include "platform/ui/message_box.h"
-#include "resources/dialog_9002.h"
+#include "resources/text_import_templates.h"
 #include "text/param_dialog.h"
 #include "text/text_import_pages.h"
 

@@ -11,36 +11,13 @@
 
 #include "apps/qloom-desktop/front_end/qt_front_end.h"
 #include "apps/qloom-desktop/front_end/qt_text.h"
-#include "resources/dialog_106.h"
-#include "resources/dialog_9000.h"
-#include "resources/dialog_9001.h"
-#include "resources/dialog_9002.h"
-#include "resources/dialog_9003.h"
-#include "resources/dialog_9004.h"
-#include "resources/dialog_9005.h"
-#include "resources/dialog_9007.h"
-#include "resources/dialog_9009.h"
-#include "resources/dialog_9010.h"
-#include "resources/dialog_9017.h"
-#include "resources/dialog_9018.h"
-#include "resources/dialog_9019.h"
-#include "resources/dialog_9020.h"
-#include "resources/dialog_9025.h"
-#include "resources/dialog_9026.h"
-#include "resources/dialog_9027.h"
+#include "resources/templates.h"
 #include "tests/desktop/kit_dialog.h"
 #include "tests/desktop/person.h"
 
 // Every template on a screen: nothing cut off, nothing on top of something else, Tab in the order of the template.
 namespace loom::testing {
 namespace {
-
-// The module's templates; a new one takes its place here.
-constexpr const DialogTemplate* kTemplates[] = {
-    &kKitTemplate,        &kBinningTemplate,     &kLogFilesTemplate,    &kSelImportTemplate,   &kHandsetTypeTemplate,
-    &kCombineTemplate,    &kPartitionTemplate,   &kTextImport1Template, &kTextImport2Template, &kTextImport3Template,
-    &kParamTemplate,      &kTextExport1Template, &kTextExport2Template, &kTextExport3Template, &kExportLimitsTemplate,
-    &kNetImport1Template, &kNetImport2Template,  &kCustomNetTemplate};
 
 class Geometry : public ::testing::TestWithParam<const DialogTemplate*> {
  protected:
@@ -151,8 +128,12 @@ TEST_P(Geometry, TabGoesInTheOrderOfTheTemplate) {
   });
 }
 
-INSTANTIATE_TEST_SUITE_P(Templates, Geometry, ::testing::ValuesIn(kTemplates),
-                         [](const auto& info) { return "Template" + std::to_string(info.param->id); });
+std::string NameOf(const ::testing::TestParamInfo<const DialogTemplate*>& info) {
+  return "Template" + std::to_string(info.param->id);
+}
+
+INSTANTIATE_TEST_SUITE_P(Module, Geometry, ::testing::ValuesIn(kTemplates), NameOf);
+INSTANTIATE_TEST_SUITE_P(Kit, Geometry, ::testing::Values(&kKitTemplate), NameOf);
 
 }  // namespace
 }  // namespace loom::testing

@@ -16,10 +16,9 @@
 
 #include "apps/qloom-desktop/front_end/qt_text.h"
 #include "platform/file.h"
-#include "resources/dialog_106.h"
-#include "resources/dialog_9004.h"
-#include "resources/dialog_9005.h"
-#include "resources/dialog_9010.h"
+#include "resources/binning_templates.h"
+#include "resources/handset_type_templates.h"
+#include "resources/log_import_templates.h"
 #include "settings/handset_type_dialog.h"
 #include "tests/desktop/person.h"
 #include "tests/support/places.h"

@@ -1,5 +1,5 @@
 #include "importers/indoor_log_importer.h"
-#include "resources/dialog_9010.h"
+#include "resources/handset_type_templates.h"
 #include "tests/importers/import_test.h"
 
 namespace loom::testing {

@@ -4,7 +4,7 @@
 
 #include "platform/encoding.h"
 #include "platform/ui/list_ctrl.h"
-#include "resources/dialog_9003.h"
+#include "resources/log_tools_templates.h"
 #include "tests/logtools/log_tool_test.h"
 
 namespace loom::testing {

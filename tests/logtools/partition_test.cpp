@@ -1,4 +1,4 @@
-#include "resources/dialog_9009.h"
+#include "resources/log_tools_templates.h"
 #include "tests/logtools/log_tool_test.h"
 
 namespace loom::testing {

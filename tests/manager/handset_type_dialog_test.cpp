@@ -1,6 +1,6 @@
 #include "settings/handset_type_dialog.h"
 
-#include "resources/dialog_9010.h"
+#include "resources/handset_type_templates.h"
 #include "settings/handset_question.h"
 #include "tests/support/scripted_user_gtest.h"
 

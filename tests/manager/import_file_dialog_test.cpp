@@ -4,9 +4,8 @@
 #include "components/resource_handle.h"
 #include "manager/io_manager.h"
 #include "platform/file.h"
-#include "resources/dialog_106.h"
-#include "resources/dialog_9004.h"
-#include "resources/dialog_9005.h"
+#include "resources/binning_templates.h"
+#include "resources/log_import_templates.h"
 #include "tests/importers/import_test.h"
 
 namespace loom::testing {

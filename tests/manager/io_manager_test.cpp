@@ -7,7 +7,7 @@
 #include "manager/exporter.h"
 #include "platform/file.h"
 #include "platform/file_map.h"
-#include "resources/dialog_9020.h"
+#include "resources/text_export_templates.h"
 #include "tests/importers/import_test.h"
 
 namespace loom::testing {

@@ -2,7 +2,7 @@
 
 #include "manager/io_manager.h"
 #include "platform/file.h"
-#include "resources/dialog_9010.h"
+#include "resources/handset_type_templates.h"
 #include "tests/importers/import_test.h"
 
 namespace loom::testing {

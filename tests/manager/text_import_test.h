@@ -2,10 +2,8 @@
 
 #include "components/project.h"
 #include "manager/io_manager.h"
-#include "resources/dialog_9000.h"
-#include "resources/dialog_9001.h"
-#include "resources/dialog_9002.h"
-#include "resources/dialog_9017.h"
+#include "resources/parameter_picker_templates.h"
+#include "resources/text_import_templates.h"
 #include "tests/text/navigator_test.h"
 
 namespace loom::testing {

@@ -4,10 +4,8 @@
 #include "manager/io_manager.h"
 #include "netinfo/net_import_page2.h"
 #include "platform/file.h"
-#include "resources/dialog_9007.h"
-#include "resources/dialog_9017.h"
-#include "resources/dialog_9018.h"
-#include "resources/dialog_9019.h"
+#include "resources/net_import_templates.h"
+#include "resources/parameter_picker_templates.h"
 #include "tests/importers/import_test.h"
 #include "tests/support/xlsx_builder.h"
 

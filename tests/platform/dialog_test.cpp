@@ -6,7 +6,7 @@
 #include "platform/ui/file_dialog.h"
 #include "platform/ui/message_box.h"
 #include "platform/ui/wait_cursor.h"
-#include "resources/dialog_9010.h"
+#include "resources/handset_type_templates.h"
 #include "tests/support/scripted_user_gtest.h"
 #include "tests/support/temp_folder.h"
 

@@ -5,9 +5,8 @@
 #include "platform/ui/file_dialog.h"
 #include "platform/ui/message_box.h"
 #include "platform/ui/property_sheet.h"
-#include "resources/dialog_106.h"
-#include "resources/dialog_9004.h"
-#include "resources/dialog_9005.h"
+#include "resources/binning_templates.h"
+#include "resources/log_import_templates.h"
 #include "tests/support/scripted_user_gtest.h"
 #include "tests/support/temp_folder.h"
 

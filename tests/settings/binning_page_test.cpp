@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "resources/dialog_106.h"
+#include "resources/binning_templates.h"
 #include "tests/support/scripted_user_gtest.h"
 
 namespace loom::testing {

@@ -2,8 +2,8 @@
 
 #include "components/project.h"
 #include "manager/import_file_dialog.h"
-#include "resources/dialog_9005.h"
 #include "resources/images.h"
+#include "resources/log_import_templates.h"
 #include "tests/support/places.h"
 #include "tests/text/navigator_test.h"
 

@@ -3,11 +3,8 @@
 #include "platform/log.h"
 #include "platform/ui/list_ctrl.h"
 #include "platform/ui/property_sheet.h"
-#include "resources/dialog_9020.h"
-#include "resources/dialog_9025.h"
-#include "resources/dialog_9026.h"
-#include "resources/dialog_9027.h"
 #include "resources/images.h"
+#include "resources/text_export_templates.h"
 #include "tests/text/export_streams.h"
 #include "text/text_exporter.h"
 

@@ -10,9 +10,9 @@
 #include "platform/log.h"
 #include "platform/ui/dialog.h"
 #include "platform/ui/property_sheet.h"
-#include "resources/dialog_9010.h"
-#include "resources/dialog_9017.h"
-#include "resources/dialog_9027.h"
+#include "resources/handset_type_templates.h"
+#include "resources/parameter_picker_templates.h"
+#include "resources/text_export_templates.h"
 
 namespace loom {
 namespace {

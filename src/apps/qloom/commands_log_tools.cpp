@@ -7,8 +7,7 @@
 #include "platform/log.h"
 #include "platform/ui/date_time_ctrl.h"
 #include "platform/ui/list_ctrl.h"
-#include "resources/dialog_9003.h"
-#include "resources/dialog_9009.h"
+#include "resources/log_tools_templates.h"
 
 namespace loom {
 namespace {

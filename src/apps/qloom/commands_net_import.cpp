@@ -4,9 +4,8 @@
 #include "apps/qloom/net_wizard.h"
 #include "host/netdb/db_mapper.h"
 #include "platform/encoding.h"
-#include "resources/dialog_9007.h"
-#include "resources/dialog_9017.h"
-#include "resources/dialog_9018.h"
+#include "resources/net_import_templates.h"
+#include "resources/parameter_picker_templates.h"
 
 namespace loom {
 namespace {

@@ -4,8 +4,8 @@
 
 #include "platform/encoding.h"
 #include "platform/ui/tree_ctrl.h"
-#include "resources/dialog_106.h"
-#include "resources/dialog_9005.h"
+#include "resources/binning_templates.h"
+#include "resources/log_import_templates.h"
 #include "text/ie_selection_page.h"
 
 namespace loom {

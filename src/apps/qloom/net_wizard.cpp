@@ -6,10 +6,8 @@
 #include "platform/error.h"
 #include "platform/ui/list_ctrl.h"
 #include "platform/ui/tree_ctrl.h"
-#include "resources/dialog_9007.h"
-#include "resources/dialog_9017.h"
-#include "resources/dialog_9018.h"
-#include "resources/dialog_9019.h"
+#include "resources/net_import_templates.h"
+#include "resources/parameter_picker_templates.h"
 
 namespace loom {
 namespace {

@@ -7,10 +7,7 @@
 #include "platform/error.h"
 #include "platform/ui/list_ctrl.h"
 #include "platform/ui/tree_ctrl.h"
-#include "resources/dialog_9020.h"
-#include "resources/dialog_9025.h"
-#include "resources/dialog_9026.h"
-#include "resources/dialog_9027.h"
+#include "resources/text_export_templates.h"
 
 namespace loom {
 namespace {

@@ -6,10 +6,8 @@
 #include "platform/number.h"
 #include "platform/ui/list_ctrl.h"
 #include "platform/ui/tree_ctrl.h"
-#include "resources/dialog_9000.h"
-#include "resources/dialog_9001.h"
-#include "resources/dialog_9002.h"
-#include "resources/dialog_9017.h"
+#include "resources/parameter_picker_templates.h"
+#include "resources/text_import_templates.h"
 #include "text/time_text.h"
 
 namespace loom {

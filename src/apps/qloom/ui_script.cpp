@@ -8,7 +8,7 @@
 #include "platform/number.h"
 #include "platform/ui/list_ctrl.h"
 #include "platform/ui/tree_ctrl.h"
-#include "resources/dialog_9004.h"
+#include "resources/log_import_templates.h"
 
 namespace loom {
 namespace {

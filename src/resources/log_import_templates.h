@@ -2,9 +2,22 @@
 
 #include "platform/ui/template.h"
 
-// The IEs that a log import brings in.
+// What opens with a log: the file dialog's extension and the choice of elements.
 namespace loom {
 
+// The extension of the dialog for picking log files.
+inline constexpr int kDialogLogFiles = 9004;
+inline constexpr int kButtonImportSettings = 9063;
+
+// clang-format off
+inline constexpr ControlTemplate kLogFilesControls[] = {
+    {kButtonImportSettings, ControlClass::kPushButton, "导入设置(&I)", {7, 7, 60, 14}},
+};
+// clang-format on
+
+inline constexpr DialogTemplate kLogFilesTemplate{kDialogLogFiles, "", {0, 0, 300, 28}, kLogFilesControls};
+
+// The IEs that a log import brings in.
 inline constexpr int kDialogSelImport = 9005;
 inline constexpr int kTreeImportIes = 9064;
 inline constexpr int kButtonLoadIeTemplate = 914;
