@@ -22,7 +22,7 @@ LIBRARIES = {
     "minizip/": ("src/host/workbook",),
     "expat.h": ("src/host/workbook",),
     "freexl.h": ("src/host/workbook",),
-    "nlohmann/": ("src/host/logstore", "src/apps"),
+    "nlohmann/": ("src/host/logstore", "src/host/simulation", "src/apps"),
     "isa-l/": ("src/host/workbook",),
     "CLI/": ("src/apps",),
     "Q": ("src/apps/qloom-desktop",),

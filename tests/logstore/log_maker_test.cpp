@@ -9,7 +9,7 @@
 #include "host/logstore/log_cut.h"
 #include "host/logstore/log_merge.h"
 #include "host/logstore/log_reader.h"
-#include "host/logstore/simulator.h"
+#include "host/simulation/simulator.h"
 #include "tests/logstore/log_files.h"
 
 namespace loom::testing {

@@ -7,7 +7,7 @@
 #include "components/log_store.h"
 #include "host/logstore/log_json.h"
 #include "host/logstore/log_reader.h"
-#include "host/logstore/simulator.h"
+#include "host/simulation/simulator.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
 #include "platform/path.h"

@@ -1,8 +1,8 @@
-#include "host/logstore/simulation/signalling.h"
+#include "host/simulation/signalling.h"
 
 #include <array>
 
-#include "host/logstore/simulation/random.h"
+#include "host/simulation/random.h"
 
 namespace loom::simulation {
 namespace {

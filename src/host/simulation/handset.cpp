@@ -1,4 +1,4 @@
-#include "host/logstore/simulation/handset.h"
+#include "host/simulation/handset.h"
 
 #include <array>
 #include <cmath>

@@ -5,9 +5,9 @@
 #include <span>
 
 #include "components/records/blocks.h"
-#include "host/logstore/simulation/radio.h"
-#include "host/logstore/simulation/random.h"
-#include "host/logstore/simulation/record_sink.h"
+#include "host/simulation/radio.h"
+#include "host/simulation/random.h"
+#include "host/simulation/record_sink.h"
 
 namespace loom::simulation {
 

@@ -3,35 +3,8 @@
 #include <cctype>
 #include <string_view>
 
-#include "components/factory.h"
-#include "host/logstore/reading_log.h"
-#include "host/logstore/record_codec.h"
-#include "platform/error.h"
-#include "platform/notes.h"
-
 namespace loom {
 namespace {
-
-constexpr const char* kNotDecoded = "record not decoded";
-
-// Stateless: every coded block stands for itself.
-class BlockDecoder : public IDecoder {
- public:
-  bool Decode(int, CTestdataBase& input, CTestdataBase& output) override {
-    if (&output != &input) output = input;
-    const std::uint64_t position_bytes = output.encoded_position_bytes;
-    if (!output.arena) throw Error("a record is decoded into its arena, and it has none");
-    try {
-      if (DecodeBlocks(output, *output.arena)) return true;
-      CurrentNotes().Add(kNotDecoded, ReadingLogPath(), position_bytes,
-                         "the record is marked as one that fails to decode");
-    } catch (const FormatError& error) {
-      CurrentNotes().Add(kNotDecoded, ReadingLogPath(), error.position_bytes(), error.reason());
-    }
-    return false;
-  }
-  void Reset(int, int) override {}
-};
 
 std::string_view Trimmed(std::string_view text) {
   constexpr std::string_view kBlanks = " \t\r";
@@ -90,8 +63,6 @@ class MessageLayout {
 };
 
 }  // namespace
-
-std::unique_ptr<IDecoder> CFactory::CreateDecoder() { return std::make_unique<BlockDecoder>(); }
 
 bool CDecoder::DTDetailDecode(struct_STREAMINFO*, const CTestdataBase& record, std::deque<CString>& lines) {
   lines.clear();

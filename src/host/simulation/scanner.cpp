@@ -1,9 +1,9 @@
-#include "host/logstore/simulation/scanner.h"
+#include "host/simulation/scanner.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "host/logstore/simulation/measurement.h"
+#include "host/simulation/measurement.h"
 
 namespace loom::simulation {
 namespace {

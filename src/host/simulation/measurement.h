@@ -6,8 +6,8 @@
 
 #include "components/records/blocks.h"
 #include "components/records/testdata.h"
-#include "host/logstore/simulation/radio.h"
-#include "host/logstore/simulation/random.h"
+#include "host/simulation/radio.h"
+#include "host/simulation/random.h"
 
 namespace loom::simulation {
 

@@ -5,8 +5,8 @@
 #include <span>
 #include <vector>
 
-#include "host/logstore/simulation/random.h"
-#include "host/logstore/simulation/route.h"
+#include "host/simulation/random.h"
+#include "host/simulation/route.h"
 
 namespace loom::simulation {
 

@@ -6,7 +6,7 @@
 
 #include "components/records/testdata.h"
 #include "host/logstore/log_writer.h"
-#include "host/logstore/simulation/route.h"
+#include "host/simulation/route.h"
 
 namespace loom::simulation {
 

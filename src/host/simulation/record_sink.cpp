@@ -1,4 +1,4 @@
-#include "host/logstore/simulation/record_sink.h"
+#include "host/simulation/record_sink.h"
 
 #include <cmath>
 

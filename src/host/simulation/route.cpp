@@ -1,11 +1,11 @@
-#include "host/logstore/simulation/route.h"
+#include "host/simulation/route.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <numbers>
 
-#include "host/logstore/simulation/random.h"
+#include "host/simulation/random.h"
 
 namespace loom::simulation {
 namespace {

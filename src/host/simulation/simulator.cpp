@@ -1,4 +1,4 @@
-#include "host/logstore/simulator.h"
+#include "host/simulation/simulator.h"
 
 #include <algorithm>
 #include <array>
@@ -7,11 +7,11 @@
 #include <optional>
 
 #include "host/logstore/log_writer.h"
-#include "host/logstore/simulation/handset.h"
-#include "host/logstore/simulation/radio.h"
-#include "host/logstore/simulation/record_sink.h"
-#include "host/logstore/simulation/route.h"
-#include "host/logstore/simulation/scanner.h"
+#include "host/simulation/handset.h"
+#include "host/simulation/radio.h"
+#include "host/simulation/record_sink.h"
+#include "host/simulation/route.h"
+#include "host/simulation/scanner.h"
 #include "platform/encoding.h"
 #include "platform/error.h"
 

@@ -1,4 +1,4 @@
-#include "host/logstore/simulation/radio.h"
+#include "host/simulation/radio.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,12 +3,12 @@
 #include <cstdint>
 #include <span>
 
-#include "host/logstore/simulation/measurement.h"
-#include "host/logstore/simulation/radio.h"
-#include "host/logstore/simulation/random.h"
-#include "host/logstore/simulation/record_sink.h"
-#include "host/logstore/simulation/signalling.h"
-#include "host/logstore/simulator.h"
+#include "host/simulation/measurement.h"
+#include "host/simulation/radio.h"
+#include "host/simulation/random.h"
+#include "host/simulation/record_sink.h"
+#include "host/simulation/signalling.h"
+#include "host/simulation/simulator.h"
 
 namespace loom::simulation {
 

@@ -1,4 +1,4 @@
-#include "host/logstore/simulator.h"
+#include "host/simulation/simulator.h"
 
 #include <cmath>
 #include <map>

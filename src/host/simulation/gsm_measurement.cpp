@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "host/logstore/simulation/measurement.h"
+#include "host/simulation/measurement.h"
 
 namespace loom::simulation {
 namespace {
