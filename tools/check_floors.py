@@ -28,7 +28,28 @@ LIBRARIES = {
     "Q": ("src/apps/qloom-desktop",),
 }
 
+# The rooms of a floor, from the ground up; those of one row do not see each other.
+ROOMS = [
+    ({"resources", "conversion"}, {"settings"}, {"importers"}, {"text", "netinfo", "excel", "logtools"}, {"manager"}),
+    ({"host/basics", "host/logstore", "host/streams", "host/catalogue", "host/markup", "host/workbook"},
+     {"host/decoder", "host/autotest", "host/communicator", "host/simulation", "host/project"},
+     {"host/netdb"},
+     {"host/subjects"}),
+]
+STOREY = {room: storey for rooms in ROOMS for storey, row in enumerate(rooms) for room in row}
+
 INCLUDE = re.compile(r'^\s*#include\s+(["<])([^">]+)[">]', re.MULTILINE)
+
+
+def room_of(path):
+    """The room of a file below src/, as ROOMS names it, or None."""
+    first, *rest = path.split("/")
+    return first if first in STOREY else f"{first}/{rest[0]}" if rest and f"{first}/{rest[0]}" in STOREY else None
+
+
+def climbs(path, target):
+    here, there = room_of(path), room_of(target)
+    return here and there and here != there and here.split("/")[:-1] == there.split("/")[:-1] and STOREY[here] <= STOREY[there]
 
 
 def faults(root):
@@ -41,6 +62,8 @@ def faults(root):
         for quote, target in INCLUDE.findall(path.read_text(encoding="utf-8")):
             if quote == '"' and target.split("/")[0] not in allowed:
                 yield f"{name}: includes {target}, which {floor} does not see"
+            if quote == '"' and climbs(name.removeprefix("src/"), target):
+                yield f"{name}: includes {target}, a room that does not lie below"
             for library, folders in LIBRARIES.items():
                 if quote == "<" and target.startswith(library) and not name.startswith(folders):
                     yield f"{name}: includes {target}, which only {', '.join(folders)} may know"

@@ -7,7 +7,7 @@
 
 #include "components/data_subjects.h"
 #include "components/excel_wrappers.h"
-#include "manager/exporter.h"
+#include "importers/exporter.h"
 #include "platform/automation/safe_array.h"
 
 namespace loom {

@@ -4,6 +4,7 @@
 #include "resources/log_import_templates.h"
 #include "settings/binning_page.h"
 #include "text/ie_selection_page.h"
+#include "text/import_wiz.h"
 
 namespace loom {
 namespace {
@@ -11,17 +12,6 @@ namespace {
 constexpr std::int32_t kStandardLengthM = 100;  // of a distance slice and of both sides of a grid cell
 
 }  // namespace
-
-bool CImportWiz::AcceptsOk() const {
-  auto* const selection = GetPageCount() > 0 ? dynamic_cast<CSelImportDialog*>(&GetPage(0)) : nullptr;
-  return selection == nullptr || selection->ConfirmSelection();
-}
-
-void CImportWiz::OnCommand(int id) {
-  accept_ = 1;
-  if (id == kIdOk && !AcceptsOk()) accept_ = 0;
-  if (accept_ != 0) CPropertySheet::OnCommand(id);
-}
 
 CImportFileDialog::CImportFileDialog(bool open, const CString& default_extension, const CString& file_name,
                                      unsigned flags, const CString& filter)

@@ -4,22 +4,8 @@
 
 #include "components/import_settings.h"
 #include "platform/ui/file_dialog.h"
-#include "platform/ui/property_sheet.h"
 
 namespace loom {
-
-// The settings sheet of a log import. When its first page is the IE selection, OK asks that page first.
-class CImportWiz final : public CPropertySheet {
- public:
-  using CPropertySheet::CPropertySheet;
-
- protected:
-  void OnCommand(int id) override;
-
- private:
-  bool AcceptsOk() const;
-  std::int32_t accept_ = 1;  // of the running command; 0: it is swallowed
-};
 
 // The dialog for picking log files, with a button that opens the settings sheet.
 class CImportFileDialog final : public CFileDialog {

@@ -1,8 +1,8 @@
 #include "text/text_exporter.h"
 
 #include "components/resource_handle.h"
-#include "manager/import_file_dialog.h"
 #include "platform/ui/message_box.h"
+#include "text/import_wiz.h"
 #include "text/text_export_page1.h"
 #include "text/text_export_page2.h"
 #include "text/text_export_page3.h"

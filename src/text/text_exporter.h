@@ -1,6 +1,6 @@
 #pragma once
 
-#include "manager/exporter.h"
+#include "importers/exporter.h"
 
 namespace loom {
 

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "manager/exporter.h"
+#include "importers/exporter.h"
 #include "platform/file.h"
 #include "platform/file_map.h"
 #include "resources/text_export_templates.h"
