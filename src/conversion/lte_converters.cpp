@@ -26,9 +26,7 @@ std::string Hexadecimal(const std::array<std::uint8_t, kSize>& bytes) {
   return text;
 }
 
-bool IsKnown(std::uint16_t physical_cell_id, std::uint16_t earfcn) {
-  return TdMarkers::Of(physical_cell_id) == Mark::kValue && TdMarkers::Of(earfcn) == Mark::kValue;
-}
+bool IsKnown(std::uint16_t physical_cell_id) { return TdMarkers::Of(physical_cell_id) == Mark::kValue; }
 
 template <const auto& kTable, class Part>
 void WritePart(CRowIEWriter& writer, const std::optional<Part>& part) {
@@ -76,7 +74,7 @@ void CLTEConverter::WriteLTEServingCell(const std::optional<LteServingCell>& cel
   if (cell) {
     if (writer_.IsSelected(kServingIdentity)) writer_.PutText(Hexadecimal(cell->identity), kServingIdentity);
     WriteFields<kLteServingFields>(writer_, *cell);
-    if (IsKnown(cell->physical_cell_id, cell->earfcn)) {
+    if (IsKnown(cell->physical_cell_id)) {
       const std::int32_t key = LteCellKey(cell->physical_cell_id, cell->earfcn);
       writer_.PutInt(key, key, kServingCellKey);
       if (key > 0) {
@@ -132,7 +130,7 @@ void CLTEMeasConverter::WriteNeighbours(const LteNeighbourList& list) {
     const LteNeighbour& entry = list.neighbours[at];
     const auto number = static_cast<std::int32_t>(at);
     WriteEntry<kLteNeighbourFields>(writer_, entry, number, passing);
-    if (key_passes && IsKnown(entry.physical_cell_id, entry.earfcn)) {
+    if (key_passes && IsKnown(entry.physical_cell_id)) {
       const std::int32_t key = LteCellKey(entry.physical_cell_id, entry.earfcn);
       writer_.PutInt(key, key, kLteNeighbourKey + number);
     }

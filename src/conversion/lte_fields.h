@@ -15,6 +15,7 @@ constexpr std::int32_t AsRsrq(std::int32_t reported) { return reported / 2 - 20;
 inline constexpr Rule kSigned16 = By(AsSigned16);
 inline constexpr Rule kSigned16OrInvalid = kSigned16.Marked({.invalid = 0xFFFF});  // absent is written as invalid
 inline constexpr Rule kFrequency = By(AsFrequency);
+inline constexpr Rule kCellFrequency = kFrequency.Marked(kNoMarkers);  // 0 without a channel number, as in cell keys
 inline constexpr Rule kReportedLevel = Shifted(-141).Marked(kNoMarkers);
 
 // Serving cell of both blocks.
@@ -26,7 +27,7 @@ inline constexpr auto kLteServingFields = FieldTable<LteServingCell>({
     {&LteServingCell::ie33360, IE{33360}, kAsIs,             kUnselected},
     {&LteServingCell::ie33366, IE{33366}, kAsIs,             kUnselected},
     {&LteServingCell::physical_cell_id, IE{33362}, kAsIs,    kUnselected},
-    {&LteServingCell::earfcn,  IE{33361}, kFrequency,        kUnselected},
+    {&LteServingCell::earfcn,  IE{33361}, kCellFrequency,    kUnselected},
 });
 
 // Serving cell, only while its cell key is above 0.
@@ -102,7 +103,7 @@ inline constexpr std::int32_t kLteNeighbourKey = 33835;
 inline constexpr std::int32_t kLteNeighbourKeySelection = 33834;
 inline constexpr std::size_t kLteNeighbours = 63;  // the number 0 of an array stands for its selection
 inline constexpr auto kLteNeighbourFields = FieldTable<LteNeighbour>({
-    {&LteNeighbour::earfcn,           IE{33707}, kFrequency,                           SelectedBy(33706)},
+    {&LteNeighbour::earfcn,           IE{33707}, kCellFrequency,                       SelectedBy(33706)},
     {&LteNeighbour::physical_cell_id, IE{33771}, kSigned16,                            SelectedBy(33770)},
     {&LteNeighbour::ie33899,          IE{33899}, kReportedLevel.Marked(OnlyAbsent(0)), SelectedBy(33898)},
     {&LteNeighbour::ie33963,          IE{33963}, By(AsRsrq).Marked(kNoMarkers),        SelectedBy(33962)},

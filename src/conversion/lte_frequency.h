@@ -20,7 +20,7 @@ inline constexpr std::array kEarfcnRanges{
 };
 // clang-format on
 
-// Downlink frequency in whole MHz, rounded down; 0 for a channel number of any other band.
+// Downlink frequency in whole MHz, rounded down; 0 for a channel number of any other band, or one that is missing.
 constexpr std::int32_t EarfcnToMHz(std::uint16_t earfcn) {
   for (const EarfcnRange& range : kEarfcnRanges) {
     if (earfcn >= range.first && earfcn <= range.last) return range.first_mhz + (earfcn - range.first) / 10;
@@ -28,7 +28,8 @@ constexpr std::int32_t EarfcnToMHz(std::uint16_t earfcn) {
   return 0;
 }
 
-// Key of an LTE cell: the physical cell id in the high 16 bits, the downlink frequency in MHz in the low ones.
+// Key of an LTE cell: the physical cell id in the high 16 bits, the downlink frequency in MHz (0 where it is not known)
+// in the low ones.
 constexpr std::int32_t LteCellKey(std::uint16_t physical_cell_id, std::uint16_t earfcn) {
   return static_cast<std::int32_t>((std::uint32_t{physical_cell_id} << 16) +
                                    static_cast<std::uint32_t>(EarfcnToMHz(earfcn)));

@@ -124,6 +124,24 @@ TEST_F(LteRecordTest, DistanceToTheLastKnownServingCell) {
   EXPECT_EQ(kNoFloat, Float(*ConvertLte(LteRecord(kModelTn300Lte).Build()), 2382)) << "another log";
 }
 
+TEST_F(LteRecordTest, WithoutAChannelNumberTheFrequencyIsZeroAndTheKeyAKey) {
+  PutCell(301, 38950, 116.3, 39.91);
+  ConvertLte(OnCell(301, 38950).Build());
+  for (const std::uint16_t earfcn : {kAbsent16, std::uint16_t{0xFFFE}, std::uint16_t{100}}) {
+    const Row row = ConvertLte(OnCell(302, earfcn).Build());
+    EXPECT_EQ(0, Int(*row, 33361)) << earfcn;
+    EXPECT_EQ(302 * 65536, Int(*row, 33363)) << earfcn;
+    EXPECT_EQ(-96, Int(*row, 33364)) << earfcn;
+    EXPECT_EQ(kNoFloat, Float(*row, 2382)) << "not to the cell before: " << earfcn;
+  }
+  const std::array entries{LteNeighbour{.physical_cell_id = 9, .ie33899 = 41}};
+  const Row row =
+      ConvertLte(LteRecord(kModelTn300Lte)
+                     .With(LteMeasBlock{.neighbours = LteNeighbourList{.count_plus_one = 2, .neighbours = entries}}));
+  EXPECT_EQ(0, Int(*row, 33707));
+  EXPECT_EQ(9 * 65536, Int(*row, 33835));
+}
+
 TEST_F(LteRecordTest, NeighboursOfAList) {
   const std::array entries{
       LteNeighbour{.earfcn = 38650, .physical_cell_id = 9, .ie33899 = 41, .ie33963 = 31, .ie34027 = 141, .ie34091 = 1},
