@@ -152,13 +152,15 @@ inline void WriteArray(CRowIEWriter& writer, RecordList<Entry> entries, std::siz
   }
 }
 
-// A list of plain numbers and its count: entry k becomes IE id + k, each selected by its own id.
+// A list of plain numbers and its count: entry k becomes IE id + k, each selected by its own id. An array that the
+// selection shows as one leaf is selected as a whole by its first IE as well.
 template <class Block, class Raw = std::int32_t>
 struct NumberArray {
   std::int32_t Block::*count;
   RecordList<Raw> Block::*list;
   IE ie;
   std::size_t capacity;
+  bool is_one_leaf = false;
   Rule rule = kAsIs;
 };
 
@@ -167,9 +169,10 @@ inline void WriteNumberArrays(CRowIEWriter& writer, const Block& block) {
   for (const auto& array : kArrays) {
     const auto& list = block.*array.list;
     const std::size_t size = UsableEntries(block.*array.count, list.size(), array.capacity);
+    const bool is_all_selected = array.is_one_leaf && writer.IsSelected(array.ie.id);
     for (std::size_t at = 0; at < size; ++at) {
       const std::int32_t id = array.ie.id + static_cast<std::int32_t>(at);
-      if (!writer.IsSelected(id)) continue;
+      if (!is_all_selected && !writer.IsSelected(id)) continue;
       if (const auto value = ConvertValue<Policy>(array.rule, list[at])) writer.Put(id, *value);
     }
   }

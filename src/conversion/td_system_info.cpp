@@ -32,8 +32,8 @@ constexpr std::array<NumberArray<TdSystemInfo>, 6> kSystemInfoArrays{{
     {&TdSystemInfo::ie26772, &TdSystemInfo::ie26773, IE{26773}, 112},
     {&TdSystemInfo::ie26885, &TdSystemInfo::ie26886, IE{26886}, 14},
     {&TdSystemInfo::ie26900, &TdSystemInfo::ie26901, IE{26901}, 64},
-    {&TdSystemInfo::ie26966, &TdSystemInfo::ie26967, IE{26967}, 3112},
-    {&TdSystemInfo::ie30081, &TdSystemInfo::ie30082, IE{30082}, 1244},
+    {&TdSystemInfo::ie26966, &TdSystemInfo::ie26967, IE{26967}, 3112, true},
+    {&TdSystemInfo::ie30081, &TdSystemInfo::ie30082, IE{30082}, 1244, true},
 }};
 
 // Cell i becomes IE id + i.

@@ -311,5 +311,23 @@ TEST_F(TdListsTest, ArraysAreSelectedEntryByEntryButForTheOnesThatAreOneItem) {
   EXPECT_EQ((std::vector{21330, 21356, 21357, 21358, 26614, 26702}), IdsIn(*row, 21325, 26733));
 }
 
+TEST_F(TdListsTest, TheLeafOfASystemInformationArraySelectsAllOfIt) {
+  const std::vector<std::int32_t> values(1300, 5);
+  const auto ids = [&](std::int32_t first, std::int32_t last) {
+    const TdSystemInfo block{.ie26966 = 40, .ie26967 = values, .ie30081 = 1300, .ie30082 = values};
+    return IdsIn(*ConvertBlock(block), first, last);
+  };
+  Select({30082});
+  EXPECT_EQ(Range(30082, 31325), ids(26966, 31325)) << "up to the end of the array, and nothing of the other";
+  Select({26967});
+  EXPECT_EQ(Range(26967, 27006), ids(26967, 30078));
+}
+
+TEST_F(TdListsTest, AnEntryOfASystemInformationArrayCanStillBeNamed) {
+  const std::vector<std::int32_t> values(5, 5);
+  Select({26969});
+  EXPECT_EQ((std::vector{26969}), IdsIn(*ConvertBlock(TdSystemInfo{.ie26966 = 5, .ie26967 = values}), 26966, 30078));
+}
+
 }  // namespace
 }  // namespace loom::testing
