@@ -16,12 +16,13 @@ namespace loom {
 
 enum ProtocolCode : std::int32_t { kProtocolNone = 0, kProtocolTdScdma = 1, kProtocolGsm = 2, kProtocolLte = 7 };
 
-// A maximum and a minimum, -255 while unset.
+// A maximum and a minimum, -255 while unset. NaN is no value.
 struct ValueRange {
   double maximum = kInvalidDouble;
   double minimum = kInvalidDouble;
 
   void Widen(double value) {
+    if (value != value) return;
     if (maximum == kInvalidDouble || value > maximum) maximum = value;
     if (minimum == kInvalidDouble || value < minimum) minimum = value;
   }

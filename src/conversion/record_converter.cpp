@@ -106,7 +106,8 @@ std::unique_ptr<CMemDataRow> CRecordConverter::StartRow(const RowStart& start, c
   row->SetRecordTime(time_s);
   stream.time_s.Widen(time_s);
 
-  const bool marked = start.follows_log_version && stream.log_version == kLogVersionMarkedPositions;
+  const bool has_marked_positions = stream.log_version == kLogVersionMarkedPositions;
+  const bool marked = start.distances_follow_log_version && has_marked_positions;
   if (start.travel == RowStart::Travel::kEveryStream || stream.stream_type == kStreamOutdoorHandset) {
     const double step_m = marked ? TravelStepMarked(record.longitude, record.latitude, stream)
                                  : TravelStep(record.longitude, record.latitude, stream);
@@ -119,7 +120,7 @@ std::unique_ptr<CMemDataRow> CRecordConverter::StartRow(const RowStart& start, c
     writer_.Put(ie::kCellDistance, static_cast<float>(distance_m));
   }
 
-  const Position position = ValidPosition(record, marked);
+  const Position position = ValidPosition(record, start.position_follows_log_version && has_marked_positions);
   write(ie::kLongitude, uniFieldValue(static_cast<float>(position.longitude)));
   write(ie::kLatitude, uniFieldValue(static_cast<float>(position.latitude)));
   row->QuickAddIE(ie::kTimeStamp, uniFieldValue(static_cast<std::int32_t>(record.time_stamp)));

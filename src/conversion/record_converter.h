@@ -19,15 +19,19 @@ inline constexpr std::int32_t kLogVersionMarkedPositions = 110;  // logs in whic
 struct RowStart {
   enum class Travel : std::uint8_t { kOutdoorHandsets, kEveryStream };
 
-  std::size_t room = 110;            // fields to reserve room for
-  bool follows_log_version = false;  // positions by the log version's convention, else geographic
-  bool replaces = false;             // header fields replace, else append
+  std::size_t room = 110;                     // fields to reserve room for
+  bool position_follows_log_version = false;  // valid by the log version's convention, else geographic
+  bool distances_follow_log_version = false;  // the same for the positions that distances are taken from
+  bool replaces = false;                      // header fields replace, else append
   Travel travel = Travel::kOutdoorHandsets;
   bool cell_distance = true;       // IE 2387, while the cell-distance switch is on
   bool records_record_id = false;  // IE 3 becomes a column of the stream of its own
 };
-inline constexpr RowStart kHandsetRow{.room = 250, .follows_log_version = true};
-inline constexpr RowStart kHeaderRow{.replaces = true};  // header-only and GSM rows
+inline constexpr RowStart kHandsetRow{
+    .room = 250, .position_follows_log_version = true, .distances_follow_log_version = true};
+// Header-only and GSM rows. A coordinate of -1.0 is on the globe, and yet no place from which to measure in the logs
+// in which it stands for a missing one.
+inline constexpr RowStart kHeaderRow{.distances_follow_log_version = true, .replaces = true};
 inline constexpr RowStart kScannerRow{.travel = RowStart::Travel::kEveryStream, .cell_distance = false};
 inline constexpr RowStart kDataServiceRow{
     .room = 50, .travel = RowStart::Travel::kEveryStream, .cell_distance = false, .records_record_id = true};

@@ -149,6 +149,46 @@ TEST_F(RowStartTest, HeaderOnlyRowsAreGeographicWhateverTheLogVersion) {
   EXPECT_EQ(kNetworkModeGsm, Int(*row, 26771));
 }
 
+// The rows of the routes that show positions as they lie on the globe: in a log that marks missing coordinates by -1.0
+// they measure from no such place.
+TEST_F(CellDistanceTest, AMissingPositionIsNoPlaceInGsmAndHeaderOnlyRows) {
+  const auto distances = [this](std::int32_t log_version, RecordBuilder record, double longitude) {
+    stream_.log_version = log_version;
+    stream_.previous = Position();
+    std::vector<std::optional<float>> values;
+    for (const double at : {116.3, longitude, 116.3}) {
+      const TestRecord built = record.Position(at, 39.9).With(CIE_SCell_Para{.cell_key = kCell1}).Build();
+      const Row row = record.Build().kind == kRecordHeaderOnly
+                          ? converter_.ConvertHeaderOnly(built, stream_.state, stream_, selection_switch_)
+                          : Convert(built);
+      if (at == longitude) {
+        EXPECT_EQ(static_cast<float>(longitude), Float(*row, 2379));
+        values.push_back(Float(*row, 2387));
+      }
+      values.push_back(Float(*row, 2381));
+    }
+    return values;
+  };
+  using Values = std::vector<std::optional<float>>;
+  EXPECT_EQ((Values{0.0f, -255.0f, 0.0f, 0.0f}), distances(110, HeaderOnlyRecord(), -1.0));
+  EXPECT_EQ((Values{0.0f, kNoFloat, 0.0f, 0.0f}), distances(110, GsmRecord(), -1.0)) << "GSM rows ask for no cell";
+  const auto far_m = static_cast<float>(CalDistance(-1.0, 39.9, 116.3, 39.9));
+  EXPECT_EQ((Values{0.0f, far_m, far_m, far_m}).at(2), distances(300, GsmRecord(), -1.0).at(2)) << "a place elsewhere";
+}
+
+TEST_F(RowStartTest, NanGivesNoBoundAndStopsNone) {
+  stream_.log_version = 110;
+  Convert(HandsetRecord().At(std::nan("")).Position(std::nan(""), 50.0).Build());
+  Convert(HandsetRecord().At(20.0).Position(12.0, std::nan("")).Build());
+  Convert(HandsetRecord().At(10.0).Position(10.0, 40.0).Build());
+  EXPECT_EQ(10.0, stream_.time_s.minimum);
+  EXPECT_EQ(20.0, stream_.time_s.maximum);
+  EXPECT_EQ(10.0, stream_.longitude.minimum);
+  EXPECT_EQ(12.0, stream_.longitude.maximum);
+  EXPECT_EQ(40.0, stream_.latitude.minimum);
+  EXPECT_EQ(50.0, stream_.latitude.maximum);
+}
+
 TEST_F(RowStartTest, AnIeJoinsTheStreamsColumnsOnce) {
   Convert(HandsetRecord().Build());
   const std::size_t names = stream_.ie_names.size();
