@@ -11,6 +11,9 @@
 namespace loom {
 namespace {
 
+constexpr std::int32_t kPccpchRscpIe = 2710;
+constexpr std::int32_t kDwPchRscpIe = 2532;
+
 // Scan types that deliver carriers.
 bool HasCarriers(std::int8_t scan_type) {
   switch (scan_type) {
@@ -25,10 +28,10 @@ bool HasCarriers(std::int8_t scan_type) {
   }
 }
 
-// The entries of a list that its count announces and its arrays have ids for.
+// The entries of a list that its count announces.
 template <class Entry>
-RecordList<Entry> Usable(RecordList<Entry> list, std::int64_t count, std::size_t capacity) {
-  return list.first(UsableEntries(count, list.size(), capacity));
+RecordList<Entry> Announced(RecordList<Entry> list, std::int64_t count) {
+  return list.first(UsableEntries(count, list.size(), list.size()));
 }
 
 // The strongest cell of a record; of equal ones the first.
@@ -86,15 +89,53 @@ void WriteSpectrum(CMemDataRow& row, const ScanSpectrum& spectrum) {
   row.SetFFTReport(samples);
 }
 
-void WriteLteScanList(CRowIEWriter& writer, const LteScanList& list, std::int32_t first) {
-  const std::size_t size = UsableEntries(list.count, list.entries.size(), kLteScanCells);
-  for (std::size_t at = 0; at < size; ++at) {
-    const std::int32_t number = first + static_cast<std::int32_t>(at);
-    WriteEntry<kLteScanFields>(writer, list.entries[at], number, PassingFields<kLteScanFields>(writer, number));
+// Most values that the arrays of a list take from so many entries.
+template <const auto& kTable>
+std::size_t MostValues(std::size_t entries) {
+  return std::min(entries, std::ranges::max(kScanRooms<kTable>)) * kTable.size();
+}
+
+// The entries that an array of a list has ids for, by the array's first one.
+template <const auto& kTable, class Entry>
+RecordList<Entry> HeldBy(std::int32_t id, RecordList<Entry> entries) {
+  for (std::size_t field = 0; field < kTable.size(); ++field) {
+    if (kTable[field].ie.id == id) return entries.first(std::min(entries.size(), kScanRooms<kTable>[field]));
   }
+  return entries;
 }
 
 }  // namespace
+
+// Writes the entries of a list that its count announces, entry k as IE id + first + k, and gives them. What an array
+// has no ids for is counted as left out.
+template <const auto& kTable, class Entry>
+RecordList<Entry> CTDRecordConverter::WriteScanArrays(const char* list, RecordList<Entry> announced, std::int64_t count,
+                                                      std::int32_t first) {
+  const RecordList<Entry> entries = Announced(announced, count);
+  constexpr const auto& kRooms = kScanRooms<kTable>;
+  constexpr std::size_t kSmallestRoom = std::ranges::min(kRooms);
+  auto passing = PassingFields<kTable>(writer_, first);
+  std::size_t left_out = 0;
+  for (std::size_t at = 0; at < entries.size(); ++at) {
+    const auto number = first + static_cast<std::int32_t>(at);
+    if (at < kSmallestRoom) {
+      if constexpr (kSelectsEachEntry<kTable>) passing = PassingFields<kTable>(writer_, number);
+      WriteEntry<kTable>(writer_, entries[at], number, passing);
+      continue;
+    }
+    VisitFields<kTable, TdMarkers>(entries[at], [&](const auto& field, auto value) {
+      const auto array = static_cast<std::size_t>(&field - kTable.data());
+      if (!passing[array]) return;
+      if (at < kRooms[array]) {
+        PutValue(writer_, field.ie.id + number, value);
+      } else {
+        ++left_out;
+      }
+    });
+  }
+  if (left_out > 0) left_out_.push_back({list, entries.size(), left_out});
+  return entries;
+}
 
 CTDRecordConverter::Row CTDRecordConverter::ConvertScanner(const CTestdataBase& record, struct_STREAMINFO& stream,
                                                            std::int32_t selection_switch) {
@@ -117,22 +158,23 @@ void CTDRecordConverter::ConvertScanCarriers(const ScanBlock& block) {
     if (!carriers_hz.empty()) writer_.Put(kSpectrumUarfcn, UarfcnOf(carriers_hz.front()));
   }
 
-  const auto pccpch_list = block.carriers ? Usable(block.carriers->pccpch, block.carriers->pccpch_count, kScanCells)
-                                          : RecordList<ScanPccpch>();
-  const auto dwpch_list =
-      block.carriers ? Usable(block.carriers->dwpch, block.carriers->dwpch_count, kScanCells) : RecordList<ScanDwPch>();
-  const auto rssi_list =
-      block.rssi ? Usable(block.rssi->carriers, block.rssi->count, kScanRssiCarriers) : RecordList<ScanRssi>();
-  writer_.row().Reserve(writer_.row().GetParamID().size() + pccpch_list.size() * kPccpchFields.size() +
-                        dwpch_list.size() * kDwPchFields.size() + rssi_list.size() * kRssiFields.size());
-  WriteArray<kPccpchFields>(writer_, pccpch_list, pccpch_list.size());
-  WriteArray<kDwPchFields>(writer_, dwpch_list, dwpch_list.size());
-  WriteArray<kRssiFields>(writer_, rssi_list, rssi_list.size());
+  const ScanCarriers carriers = block.carriers.value_or(ScanCarriers());
+  const ScanRssiList rssi = block.rssi.value_or(ScanRssiList());
+  writer_.row().Reserve(writer_.row().GetParamID().size() + MostValues<kPccpchFields>(carriers.pccpch.size()) +
+                        MostValues<kDwPchFields>(carriers.dwpch.size()) +
+                        MostValues<kRssiFields>(rssi.carriers.size()));
+  const auto pccpch_list = WriteScanArrays<kPccpchFields>("PCCPCH", carriers.pccpch, carriers.pccpch_count);
+  const auto dwpch_list = WriteScanArrays<kDwPchFields>("DwPCH", carriers.dwpch, carriers.dwpch_count);
+  WriteScanArrays<kRssiFields>("RSSI", rssi.carriers, rssi.count);
 
   StrongestCell pccpch;
   StrongestCell dwpch;
-  if (writer_.IsSelectedByName(SelectionName::kPccpchRscpScan)) pccpch = StrongestOf(pccpch_list);
-  if (writer_.IsSelectedByName(SelectionName::kDwPchRscpScan)) dwpch = StrongestOf(dwpch_list);
+  if (writer_.IsSelectedByName(SelectionName::kPccpchRscpScan)) {
+    pccpch = StrongestOf(HeldBy<kPccpchFields>(kPccpchRscpIe, pccpch_list));
+  }
+  if (writer_.IsSelectedByName(SelectionName::kDwPchRscpScan)) {
+    dwpch = StrongestOf(HeldBy<kDwPchFields>(kDwPchRscpIe, dwpch_list));
+  }
   if (!pccpch.IsFound()) return;
   struct_STREAMINFO& stream = writer_.stream();
   ContinueRun(stream.pccpch_run, stream.pccpch_runs, stream.row_number, pccpch.Key());
@@ -140,23 +182,23 @@ void CTDRecordConverter::ConvertScanCarriers(const ScanBlock& block) {
 }
 
 void CTDRecordConverter::ConvertScanCellList(const ScanBlock& block) {
-  const auto cells = Usable(block.cells, block.cell_count, kScanCells);
-  WriteArray<kScanCellFields>(writer_, cells, cells.size());
+  const auto cells = WriteScanArrays<kScanCellFields>("cell", block.cells, block.cell_count);
   if (writer_.IsSelectedByName(SelectionName::kPccpchRscpScan)) {
-    const StrongestCell strongest = StrongestOf(cells);
+    const StrongestCell strongest = StrongestOf(HeldBy<kScanCellFields>(kPccpchRscpIe, cells));
     struct_STREAMINFO& stream = writer_.stream();
     if (strongest.IsFound()) {
       ContinueRun(stream.pccpch_run, stream.pccpch_runs, stream.row_number, strongest.Key());
     }
   }
-  const auto rssi = Usable(block.cell_rssi, block.cell_rssi_count, kScanRssiCarriers);
-  WriteArray<kScanCellRssiFields>(writer_, rssi, rssi.size());
+  WriteScanArrays<kScanCellRssiFields>("RSSI", block.cell_rssi, block.cell_rssi_count);
 }
 
 void CTDRecordConverter::ConvertScanIEList(const LteScanResult* result) {
   if (result == nullptr) return;
-  if (result->first) WriteLteScanList(writer_, *result->first, 0);
-  if (result->second) WriteLteScanList(writer_, *result->second, kSecondLteScanList);
+  if (const auto& list = result->first) WriteScanArrays<kLteScanFields>("LTE", list->entries, list->count);
+  if (const auto& list = result->second) {
+    WriteScanArrays<kLteScanFields>("second LTE", list->entries, list->count, kSecondLteScanList);
+  }
 }
 
 }  // namespace loom

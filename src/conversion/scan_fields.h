@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -18,11 +19,6 @@ constexpr std::int32_t UarfcnOfWord(std::int32_t word) { return UarfcnOf(static_
 
 inline constexpr Rule kUarfcn = By(UarfcnOfWord).Marked(OnlyAbsent(0));
 inline constexpr Rule kWord = kAsIs.Marked(OnlyAbsent(0xFFFFFFFF));
-
-// Ids that the shortest array of a list has.
-inline constexpr std::size_t kScanCells = 32;
-inline constexpr std::size_t kScanRssiCarriers = 76;
-inline constexpr std::size_t kLteScanCells = 32;
 
 // clang-format off
 inline constexpr auto kPccpchFields = FieldTable<ScanPccpch>({
@@ -88,5 +84,37 @@ inline constexpr auto kLteScanFields = FieldTable<LteScanEntry>({
     {&LteScanEntry::ie34883, IE{34883}, kTruncated},
 });
 // clang-format on
+
+namespace detail {
+
+template <const auto& kTable>
+constexpr std::int32_t NextId(std::int32_t id, std::int32_t next) {
+  for (const auto& field : kTable) {
+    if (field.ie.id > id && field.ie.id < next) next = field.ie.id;
+  }
+  return next;
+}
+
+// Where the array that begins with the id ends: at the next array.
+constexpr std::int32_t EndOfScanArray(std::int32_t id) {
+  std::int32_t end =
+      id < kSpectrumFields[0].ie.id ? kSpectrumFields[0].ie.id : kSecondLteScanList + kLteScanFields[0].ie.id;
+  end = NextId<kPccpchFields>(id, end);
+  end = NextId<kDwPchFields>(id, end);
+  end = NextId<kRssiFields>(id, end);
+  return NextId<kLteScanFields>(id, end);
+}
+
+}  // namespace detail
+
+// How many entries each array of a table holds: as many as there are ids up to the next array.
+template <const auto& kTable>
+inline constexpr auto kScanRooms = [] {
+  std::array<std::size_t, kTable.size()> rooms{};
+  for (std::size_t at = 0; at < rooms.size(); ++at) {
+    rooms[at] = static_cast<std::size_t>(detail::EndOfScanArray(kTable[at].ie.id) - kTable[at].ie.id);
+  }
+  return rooms;
+}();
 
 }  // namespace loom

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "components/records/blocks.h"
 #include "components/records/state_record.h"
@@ -14,6 +17,13 @@
 #include "conversion/td_signalling.h"
 
 namespace loom {
+
+// Values of a scanner record's list that became nothing: its arrays have no information elements for so many entries.
+struct LeftOutValues {
+  const char* list;  // "PCCPCH"
+  std::size_t entries;
+  std::size_t values;
+};
 
 // The converter that an importer holds: one operation per route of a record. A Convert... operation gives a new row, or
 // null when the record has nothing for one; the caller stores it under the stream's current row number. Selection
@@ -85,6 +95,9 @@ class CTDRecordConverter final : public CRecordConverter {
   Row ConvertSample(const CTestdataBase& record, const CMemDataRow& first_row, std::int32_t sample,
                     struct_STREAMINFO& stream, std::int32_t selection_switch);
 
+  // What the scanner record converted last had to leave out; told once.
+  std::vector<LeftOutValues> TakeLeftOutValues() { return std::exchange(left_out_, {}); }
+
   // Before a log: TD-SCDMA is the mode in force. After a log: forgets the devices' last serving cells.
   void ResetForLog();
   void ClearCarryRows();
@@ -108,6 +121,9 @@ class CTDRecordConverter final : public CRecordConverter {
   void WritePhysicalChannels(const CIE_Layer12_Config_Para& block);
   void ConvertSystemInfo(const TdSystemInfo& block);
   void ConvertCellList(const TdCellList& block);
+  template <const auto& kTable, class Entry>
+  RecordList<Entry> WriteScanArrays(const char* list, RecordList<Entry> entries, std::int64_t count,
+                                    std::int32_t first = 0);
   Row ConvertDeviceEvent(const CTestdataBase& record, struct_STREAMINFO& stream, std::int32_t selection_switch);
 
   CGSMRecordConverter gsm_;
@@ -117,6 +133,7 @@ class CTDRecordConverter final : public CRecordConverter {
   CLTESignalConverter lte_signalling_;
   SignallingPass signalling_;
   std::array<CarryRow, kCarryRows> carry_rows_;
+  std::vector<LeftOutValues> left_out_;
 };
 
 }  // namespace loom

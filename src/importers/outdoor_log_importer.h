@@ -58,6 +58,8 @@ class COutdoorLogImporter : public CLogImporter {
   std::int32_t ResolveModel(ILogfile& logfile, const CTestdataBase& record);
   struct_STREAMINFO* JoinedContext(StreamIndex& index, std::int32_t device_number, double day_offset_s);
   CString LogTitle(const CString& path) const;
+  CString FreeStreamName(const CString& name, const CString& path, const StreamMap& streams) const;
+  void NoteLeftOut(const CTestdataBase& record);
 
   void MergeDevice(const std::vector<struct_STREAMINFO*>& contexts, StreamMap& streams, ILogfile& logfile);
 };

@@ -1,8 +1,10 @@
 #include <initializer_list>
+#include <string>
 
 #include "components/records/blocks.h"
 #include "conversion/ie_ids.h"
 #include "importers/outdoor_log_importer.h"
+#include "platform/notes.h"
 
 namespace loom {
 
@@ -103,6 +105,7 @@ void COutdoorLogImporter::ConvertRecord(LogImport& log, CTestdataBase& record, c
   if (route.keeps_state) UpdateStateRecord(record, context->state);
 
   const std::unique_ptr<CMemDataRow> row = route.convert(*converter_, record, *context, selection_switch_);
+  NoteLeftOut(record);
   if (!row) return Skip(SkipReason::kNoRow, record);
   StoreRow(*context->rows, context->row_number, *row);
   if (route.has_samples) StoreFurtherSamples(record, *row, *context);
@@ -194,6 +197,15 @@ void COutdoorLogImporter::UpdateStateRecord(const CTestdataBase& record, StateRe
     state.Update<CIE_Channel_Para>(record);
     state.Update<CIE_Meas_Res>(record);
     state.Update<CIE_Layer12_Config_Para>(record);
+  }
+}
+
+void COutdoorLogImporter::NoteLeftOut(const CTestdataBase& record) {
+  for (const LeftOutValues& list : converter_->TakeLeftOutValues()) {
+    CurrentNotes().Add("scanner entries beyond their arrays", skipped_.path(), reader_->GetRecordPosition(),
+                       "record " + std::to_string(record.record_id) + ": " + std::to_string(list.values) +
+                           " values of the " + std::to_string(list.entries) + " " + list.list +
+                           " entries have no information element");
   }
 }
 

@@ -117,9 +117,6 @@ TEST_F(ScanRecordTest, RunsOfTheStrongestCell) {
 }
 
 TEST_F(ScanRecordTest, CountsBeyondListsAndArrays) {
-  const std::vector<Level> many(40, {1, -80.0f});
-  EXPECT_EQ(32u, IdsIn(*ConvertLevels(many), 2500, 2531).size());
-  EXPECT_TRUE(IdsIn(*ConvertLevels(many), 2532, 2570).empty()) << "nothing in the arrays behind";
   const std::array cells{ScanPccpch{.rscp = -80.0f}};
   const std::vector<ScanRssi> rssi(80, ScanRssi{.carrier_hz = 2320200000, .ts0 = -90, .frame = -2});
   const Row row = ConvertScan(WithBlock({.scan_type = 2,
@@ -131,6 +128,31 @@ TEST_F(ScanRecordTest, CountsBeyondListsAndArrays) {
   EXPECT_EQ(-90, Int(*row, 3001));
   EXPECT_EQ(-255, Int(*row, 3534));
   EXPECT_TRUE(IdsIn(*row, 3002, 3077).empty());
+}
+
+// Arrays of one list differ in the room between their ids: 32 for cell parameter ids, 38 for levels.
+TEST_F(ScanRecordTest, AnArrayHoldsAsManyEntriesAsItsIdsLeaveRoomFor) {
+  std::vector<Level> many(40, {1, -80.0f});
+  many[36] = {7, -60.0f};
+  many[39] = {8, -50.0f};
+  const Row row = ConvertLevels(many, many);
+  EXPECT_EQ(32u, IdsIn(*row, 2500, 2531).size());
+  EXPECT_EQ(38u, IdsIn(*row, 2532, 2569).size());
+  EXPECT_EQ(38u, IdsIn(*row, 2710, 2747).size());
+  EXPECT_EQ(-60, Int(*row, 2746));
+  EXPECT_EQ(32u, IdsIn(*row, 2436, 2467).size());
+  EXPECT_TRUE(IdsIn(*row, 2570, 2709).empty()) << "nothing in the arrays behind";
+  EXPECT_TRUE(IdsIn(*row, 2748, 2925).empty()) << "nothing in the arrays behind";
+  EXPECT_EQ(ComposeFreqCPI(10054, 7), stream_.pccpch_run.cell_key) << "of those that the row holds";
+  EXPECT_EQ(ComposeFreqCPI(10054, 7), stream_.dwpch_run.cell_key);
+  const auto left_out = converter_.TakeLeftOutValues();
+  ASSERT_EQ(2u, left_out.size());
+  EXPECT_EQ(40u, left_out[0].entries);
+  EXPECT_EQ(10u, left_out[0].values) << "2 levels, 8 cell parameter ids";
+  EXPECT_TRUE(converter_.TakeLeftOutValues().empty()) << "told once";
+  Select({}, {"PCCPCH_CIR_Scan"});
+  ConvertLevels(many);
+  EXPECT_TRUE(converter_.TakeLeftOutValues().empty()) << "nothing of it was selected";
 }
 
 TEST_F(ScanRecordTest, SpectrumSamplesAreTruncatedToSixteenBits) {
