@@ -7,6 +7,7 @@
 #include "components/records/blocks.h"
 #include "importers/outdoor_log_importer.h"
 #include "platform/encoding.h"
+#include "platform/notes.h"
 #include "platform/path.h"
 #include "settings/handset_question.h"
 #include "settings/handset_type_dialog.h"
@@ -88,7 +89,9 @@ struct RecordDevice {
 
   std::int32_t StreamKey() const {
     if (record.kind == kRecordHandset) {
-      return 20000 + model_code + (model_code == kModelKm4430 ? 100 : 0) + (IsDualModeInGsm() ? 2000 : 0);
+      // Any number may stand for the model: the key wraps.
+      const std::uint32_t offset = 20000 + (model_code == kModelKm4430 ? 100 : 0) + (IsDualModeInGsm() ? 2000 : 0);
+      return static_cast<std::int32_t>(static_cast<std::uint32_t>(model_code) + offset);
     }
     if (!IsScannerKind(record.kind) || !record.scan) return record.kind;
     if (record.scan->scan_type == 0) return record.scan->flag == 0 ? 10001 : 10002;
@@ -163,7 +166,7 @@ struct_STREAMINFO* COutdoorLogImporter::GetStreamContext(ILogfile* logfile, cons
   if (!name) return nullptr;
   const CString pattern = Utf8ToGbk(name->name);
   const CString device_name = pattern.Find('%') < 0 ? pattern : Format(pattern, device_number);
-  const CString stream_name = LogTitle(path) + '_' + device_name;
+  const CString stream_name = FreeStreamName(LogTitle(path) + '_' + device_name, path, streams);
   IDataStream* stream = stream_manager_->MakeStream(
       stream_name, name->is_scanner ? std::int32_t{kStreamScanner} : std::int32_t{test_type_});
   if (!stream) return nullptr;
@@ -211,6 +214,17 @@ struct_STREAMINFO* COutdoorLogImporter::JoinedContext(StreamIndex& index, std::i
     return context->second.get();
   }
   return nullptr;
+}
+
+// The name itself for the first stream that asks for it, with "_2", "_3" ... behind it for the others.
+CString COutdoorLogImporter::FreeStreamName(const CString& name, const CString& path, const StreamMap& streams) const {
+  if (!streams.contains(name)) return name;
+  int number = 2;
+  while (streams.contains(Format("%s_%d", name, number))) ++number;
+  const CString free_name = Format("%s_%d", name, number);
+  CurrentNotes().Add("streams of one name", path, reader_ ? reader_->GetRecordPosition() : 0,
+                     "another device's stream would be " + GbkToUtf8(name) + " as well and is " + GbkToUtf8(free_name));
+  return free_name;
 }
 
 // Outdoors the file's title; indoors the path below the project's folder, its folders joined by '_'.

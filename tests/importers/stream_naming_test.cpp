@@ -81,6 +81,42 @@ TEST_F(StreamNaming, KeysTellDevicesOfOneNumberApart) {
   }
 }
 
+TEST_F(StreamNaming, StreamsOfOneNameAreToldApartByANumber) {
+  const Records records{HandsetRecord().Model(12).Device(1).At(1.0),
+                        HandsetRecord().Model(13).Device(1).At(2.0),
+                        HandsetRecord().Model(12).Device(2).At(3.0),
+                        Scanner(3, 0).Device(0),
+                        Scanner(3, 0).Device(4),
+                        HandsetRecord().Model(12).Device(2).At(4.0),
+                        FileMarkRecord("mark")};
+  COutdoorLogImporter importer;
+  const ILogfile* logfile = Import(importer, WriteLog("drive.log", records));
+  EXPECT_EQ(
+      (std::vector<CString>{"drive_", "drive__2", "drive__3", "drive_Ostrel扫频仪"_gbk, "drive_Ostrel扫频仪_2"_gbk}),
+      StreamNames(*logfile));
+  for (IDataStream* stream : logfile->GetStreams()) {
+    const bool is_second_device = stream->GetName() == "drive__3";
+    EXPECT_EQ(is_second_device ? 3 : 2, stream->GetRowCount()) << "finished: " << stream->GetName();
+    EXPECT_EQ("TD-SCDMA", stream->GetProtocol()) << stream->GetName();
+  }
+  EXPECT_EQ(11, logfile->GetRowTotal());
+  EXPECT_EQ("", FindStream(*logfile, "drive__3")->GetDeviceName());
+  ASSERT_EQ(3u, notes_.Count("streams of one name"));
+  EXPECT_NE(std::string::npos, notes_.kinds().front().places.front().what.find("drive_ as well and is drive__2"));
+}
+
+TEST_F(StreamNaming, AnyNumberMayStandForTheModel) {
+  COutdoorLogImporter importer;
+  ILogfile* logfile = CStreamManagerCreator::CreateStreamManager()->MakeLogfile("drive.log");
+  StreamIndex index;
+  StreamMap streams;
+  for (const std::int32_t model : {INT32_MAX, INT32_MIN, -20000}) {
+    const TestRecord record = HandsetRecord().Model(model).Build();
+    EXPECT_NE(nullptr, importer.GetStreamContext(logfile, "drive.log", 0.0, index, streams, record)) << model;
+  }
+  EXPECT_EQ(3u, index.size());
+}
+
 TEST_F(StreamNaming, RecordsWithoutANameOpenNoStream) {
   const RecordBuilder records[] = {
       HandsetRecord().Device(0),
