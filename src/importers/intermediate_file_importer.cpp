@@ -106,7 +106,11 @@ void ReadIdLists(const IntermediateFile& file, const IntermediateEntry& entry, I
 class RowReader {
  public:
   RowReader(const IntermediateFile& file, const IntermediateEntry& entry, IDataStream& stream)
-      : file_(file), entry_(entry), window_(file, entry), memory_(stream.GetRows()->get_allocator().resource()) {}
+      : file_(file),
+        entry_(entry),
+        window_(file, entry),
+        fields_(file.path()),
+        memory_(stream.GetRows()->get_allocator().resource()) {}
 
   CMergeDataRow_2M Read(const RowIndexEntry& index) {
     const bool follows = window_.IsOpen();
@@ -120,7 +124,7 @@ class RowReader {
     scratch_.Release();
     scratch_.SetRecordTime(index.time_s);
     scratch_.SetSynFieldValue(index.number);
-    ReadFields(data, file_.path(), scratch_);
+    fields_.Read(data, scratch_);
     merged.row = new (memory_->allocate(sizeof(CMemDataRow), alignof(CMemDataRow))) CMemDataRow(scratch_, memory_);
     return merged;
   }
@@ -137,6 +141,7 @@ class RowReader {
   const IntermediateFile& file_;
   const IntermediateEntry& entry_;
   RowDataWindow window_;
+  RowFieldReader fields_;
   std::pmr::memory_resource* memory_;
   CMemDataRow scratch_;
 };

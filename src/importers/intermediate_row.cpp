@@ -3,7 +3,7 @@
 #include <span>
 #include <string>
 
-#include "components/intermediate_layout.h"
+#include "components/project.h"
 #include "platform/notes.h"
 
 namespace loom {
@@ -13,14 +13,16 @@ using intermediate::FieldDescriptor;
 
 constexpr std::string_view kFieldNotStored = "field of an intermediate file not stored";
 constexpr std::string_view kRowCutShort = "row of an intermediate file cut short";
+constexpr std::string_view kTypeDiffers = "type of a field is not the catalogue's";
 
 // Bytes that a value of a type needs at least; texts need none.
 constexpr std::size_t kLeastBytes[] = {0, 1, 0, 2, 4, 4, 0, 0};
 
 bool IsStored(std::uint32_t type) { return type >= kFieldBool && type <= kFieldFloat; }
 
-// `value` is at least as long as its type needs.
-uniFieldValue ReadValue(std::uint32_t type, std::span<const std::byte> value, CMemDataRow& row) {
+// `value` is at least as long as its type needs. A 16-bit value fills its element's 32 bits when these are no 16-bit
+// value.
+uniFieldValue ReadValue(std::uint32_t type, bool is_short_element, std::span<const std::byte> value, CMemDataRow& row) {
   ByteReader reader(value);
   switch (type) {
     case kFieldBool:
@@ -28,7 +30,8 @@ uniFieldValue ReadValue(std::uint32_t type, std::span<const std::byte> value, CM
     case kFieldText:
       return uniFieldValue::Text(row.AddText(AsText(value)));
     case kFieldShort:
-      return uniFieldValue::Short(reader.U16());
+      return is_short_element ? uniFieldValue::Short(reader.U16())
+                              : uniFieldValue(std::int32_t{static_cast<std::int16_t>(reader.U16())});
     case kFieldFloat:
       return uniFieldValue(reader.F32());
     default:
@@ -56,10 +59,26 @@ uniFieldValue ReadValue(std::uint32_t type, std::span<const std::byte> value, CM
             "the row has " + std::to_string(data.Remaining()));
 }
 
+constexpr std::string_view kTypeNames[] = {"none", "bool", "text", "short", "int", "float"};
+
 }  // namespace
 
+MemTableFieldTypeEnum RowFieldReader::AskForType(std::uint32_t ie_id) {
+  const MemTableFieldTypeEnum type = g_memDataType->GetType(static_cast<std::int32_t>(ie_id));
+  if (ie_id >= types_.size()) types_.resize(std::size_t{ie_id} + 1);
+  types_[ie_id] = static_cast<std::uint8_t>(type);
+  return type;
+}
+
+[[gnu::cold, gnu::noinline]] void RowFieldReader::NoteType(std::uint64_t position, const FieldDescriptor& field,
+                                                           MemTableFieldTypeEnum type) {
+  if (!told_.Insert(static_cast<std::int32_t>(field.ie_id))) return;
+  NoteField(kTypeDiffers, path_, position, field,
+            "the catalogue has " + std::string(kTypeNames[type]) + ", the first of its stream");
+}
+
 // Room for as many fields as the bytes could hold is made once; the loop then only stores.
-void ReadFields(ByteReader data, const CString& path, CMemDataRow& row) {
+void RowFieldReader::Read(ByteReader data, CMemDataRow& row) {
   std::size_t count = row.GetParamID().size();
   row.ResizeFields(count + data.Remaining() / intermediate::kDescriptorBytes);
   const std::span<std::int32_t> ids = row.GetParamID();
@@ -67,22 +86,26 @@ void ReadFields(ByteReader data, const CString& path, CMemDataRow& row) {
   while (data.Has(intermediate::kDescriptorBytes)) {
     const FieldDescriptor field = FieldDescriptor::FromBits(data.U32());
     if (!data.Has(field.length_bytes)) [[unlikely]] {
-      NoteCutShort(path, data, field);
+      NoteCutShort(path_, data, field);
       data.Skip(data.Remaining());
       break;
     }
     const std::span<const std::byte> value = data.Bytes(field.length_bytes);
     if (!IsStored(field.type) || value.size() < kLeastBytes[field.type]) [[unlikely]] {
-      NoteNotStored(path, data.Position() - value.size() - intermediate::kDescriptorBytes, field);
+      NoteNotStored(path_, data.Position() - value.size() - intermediate::kDescriptorBytes, field);
       continue;
     }
     ids[count] = static_cast<std::int32_t>(field.ie_id);
-    values[count] = ReadValue(field.type, value, row);
+    const MemTableFieldTypeEnum type = TypeOf(field.ie_id);
+    if (static_cast<std::uint32_t>(type) != field.type) [[unlikely]] {
+      NoteType(data.Position() - value.size() - intermediate::kDescriptorBytes, field, type);
+    }
+    values[count] = ReadValue(field.type, type == kFieldShort, value, row);
     ++count;
   }
   row.ResizeFields(count);
   if (!data.AtEnd()) {
-    CurrentNotes().Add(kRowCutShort, path, data.Position(),
+    CurrentNotes().Add(kRowCutShort, path_, data.Position(),
                        std::to_string(data.Remaining()) + " bytes are left, too few for a field");
   }
 }

@@ -124,7 +124,8 @@ TEST_F(IntermediateImportTest, EveryFieldComesBackAsItWasWritten) {
   EXPECT_NE(0u, values[5].text);
   EXPECT_EQ("", row.GetText(values[5].text));
   EXPECT_EQ(9, values[6].int_value);
-  EXPECT_TRUE(notes_.IsEmpty());
+  EXPECT_EQ(1u, notes_.kinds().size());
+  EXPECT_EQ(1u, notes_.Count("type of a field is not the catalogue's")) << "of the boolean";
 
   ASSERT_EQ(1u, user_.progress().size());
   const auto& progress = user_.progress().front();
@@ -133,6 +134,21 @@ TEST_F(IntermediateImportTest, EveryFieldComesBackAsItWasWritten) {
   EXPECT_FALSE(progress.can_cancel);
   EXPECT_EQ(2, progress.highest);
   EXPECT_EQ((std::vector{77, 2}), progress.positions);
+}
+
+TEST_F(IntermediateImportTest, SixteenBitsKeepTheirSignWhereTheCatalogueHasAnotherType) {
+  const auto short_field = [](std::uint32_t id) { return FieldBytes(id, 3, BytesOf(std::int16_t{-255})); };
+  const std::string data = short_field(140) + short_field(141) + FieldBytes(146, 5, BytesOf(1.0f));
+  const BuiltFile file = BuildIntermediateFile({{"A(1)", "GSM", {{1, 1, data}, {2, 2, data}}}});
+  const ILogfile* logfile = ImportBytes(file.bytes);
+  ASSERT_TRUE(logfile);
+  const CMemDataRow& row = *logfile->GetStreams().front()->GetRows()->at(2);
+  EXPECT_EQ(-255, IntOf(row, 140));
+  EXPECT_EQ(kInvalidShort, IntOf(row, 141)) << "16 bits in the catalogue, too";
+  ASSERT_EQ(2u, notes_.Count("type of a field is not the catalogue's")) << "the first of each information element";
+  const std::vector<Note>& places = notes_.kinds().front().places;
+  EXPECT_EQ("byte " + std::to_string(file.places[0].data), places[0].at);
+  EXPECT_EQ("information element 146, type 5, 4 bytes: the catalogue has int, the first of its stream", places[1].what);
 }
 
 TEST_F(IntermediateImportTest, FieldsThatCannotBeStoredAreLeftOutWithANote) {
