@@ -1,5 +1,7 @@
 #include "host/decoder/block_decoder.h"
 
+#include <string>
+
 #include "host/logstore/reading_log.h"
 #include "host/logstore/record_codec.h"
 #include "platform/error.h"
@@ -10,18 +12,20 @@ namespace {
 
 constexpr const char* kNotDecoded = "record not decoded";
 
+void NoteNotDecoded(const std::string& reason) {
+  CurrentNotes().Add(kNotDecoded, Reading().path, Reading().position_bytes, reason);
+}
+
 }  // namespace
 
 bool BlockDecoder::Decode(int, CTestdataBase& input, CTestdataBase& output) {
   if (&output != &input) output = input;
-  const std::uint64_t position_bytes = output.encoded_position_bytes;
   if (!output.arena) throw Error("a record is decoded into its arena, and it has none");
   try {
     if (DecodeBlocks(output, *output.arena)) return true;
-    CurrentNotes().Add(kNotDecoded, ReadingLogPath(), position_bytes,
-                       "the record is marked as one that fails to decode");
+    NoteNotDecoded("the record is marked as one that fails to decode");
   } catch (const FormatError& error) {
-    CurrentNotes().Add(kNotDecoded, ReadingLogPath(), error.position_bytes(), error.reason());
+    NoteNotDecoded("byte " + std::to_string(error.position_bytes()) + ": " + error.reason());
   }
   return false;
 }

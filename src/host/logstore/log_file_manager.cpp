@@ -15,9 +15,9 @@
 namespace loom {
 namespace {
 
-CString& ReadingPath() {
-  static CString path;
-  return path;
+ReadingPlace& CurrentReading() {
+  static ReadingPlace place;
+  return place;
 }
 
 std::span<const std::byte> CopyToArena(std::span<const std::byte> bytes, std::pmr::memory_resource& arena) {
@@ -35,7 +35,7 @@ void StartAfresh(CTestdataBase& record) {
 
 }  // namespace
 
-const CString& ReadingLogPath() { return ReadingPath(); }
+const ReadingPlace& Reading() { return CurrentReading(); }
 
 struct CLogFileManager::Impl {
   explicit Impl(const CString& path) : reader(path) {
@@ -92,7 +92,7 @@ int CLogFileManager::ReadFile(CTestdataBase& record) {
   while (impl_->reader.Next(packet)) {
     const auto payload = CopyToArena(packet.payload, *record.arena);
     impl_->record_position_bytes = packet.position_bytes;
-    ReadingPath() = impl_->reader.path();
+    CurrentReading() = {impl_->reader.path(), packet.position_bytes};
     try {
       DecodeHeader(payload, packet.payload_position_bytes, record, *record.arena);
     } catch (const FormatError& error) {
