@@ -43,7 +43,6 @@ int COutdoorLogImporter::ImportOpenedLog(LogImport& log) {
     Dispatch(log, record);
     if (log.pool.IsBlockUsedUp()) log.pool.Release();
   }
-  converter_->ClearCarryRows();
   if (result != kImportDone) return result;
   if (log.index.empty()) return kImportFailed;
 
@@ -54,7 +53,9 @@ int COutdoorLogImporter::ImportOpenedLog(LogImport& log) {
   return kImportDone;
 }
 
+// What rows carried over to later rows of the log ends with it, however the import ended.
 void COutdoorLogImporter::EndImport() {
+  converter_->ClearCarryRows();
   if (reader_) reader_->CloseReadingFile();
   progress_.reset();
 }

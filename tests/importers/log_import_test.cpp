@@ -2,6 +2,7 @@
 
 #include "conversion/ie_ids.h"
 #include "platform/clock.h"
+#include "platform/path.h"
 #include "tests/importers/import_test.h"
 
 namespace loom::testing {
@@ -115,6 +116,51 @@ TEST_F(LogImportTest, WhatIsSkippedIsCountedByReasonAndNotedWithItsPlace) {
   EXPECT_EQ("drive.log", CString(place.file).Right(9));
   EXPECT_NE("byte 0", place.at);
   EXPECT_NE(std::string::npos, place.what.find("kind 3")) << place.what;
+}
+
+TEST_F(LogImportTest, WhatIsNotDecodedIsNotedAtItsRecord) {
+  const CString path = WriteLog("drive.log", {Sample(1), Sample(2).FailsToDecode(), Sample(3)});
+  Import(importer_, path);
+  CLogFileManager reader;
+  const auto [folder, name] = SplitPath(path);
+  ASSERT_NE(0, reader.OpenFile(folder, name, 0));
+  RecordPool pool;
+  reader.ReadFile(pool.Next());
+  reader.ReadFile(pool.Next());
+  ASSERT_EQ(1u, notes_.Count("record not decoded"));
+  EXPECT_EQ("byte " + std::to_string(reader.GetRecordPosition()), notes_.kinds().front().places.front().at);
+}
+
+TEST_F(LogImportTest, ScannerEntriesWithoutAnElementAreNotedAtTheirRecord) {
+  const std::vector<ScanPccpch> entries(40, ScanPccpch{.cell_parameter_id = 1, .rscp = -80.0f});
+  const ScanBlock block{.scan_type = 3, .carriers = ScanCarriers{.pccpch_count = 40, .pccpch = entries}};
+  const CString path = WriteLog("drive.log", {Sample(1), RecordBuilder(kRecordScanner).Id(7).With(block), Sample(2)});
+  Import(importer_, path);
+  ASSERT_EQ(1u, notes_.Count("scanner entries beyond their arrays"));
+  const Note& place = notes_.kinds().front().places.front();
+  EXPECT_EQ(path, place.file);
+  EXPECT_EQ("record 7: 10 values of the 40 PCCPCH entries have no information element", place.what);
+}
+
+// Gives up on the record of one id.
+class FailingImporter : public COutdoorLogImporter {
+ public:
+  static constexpr std::int32_t kFailsAt = 9;
+  void UpdateStateRecord(const CTestdataBase& record, StateRecord& state) override {
+    if (record.record_id == kFailsAt) throw std::runtime_error("fails");
+    COutdoorLogImporter::UpdateStateRecord(record, state);
+  }
+};
+
+TEST_F(LogImportTest, WhatRowsCarryOnEndsWithAnImportThatThrows) {
+  FailingImporter importer;
+  const CString failing = WriteLog(
+      "a.log", {Sample(1).With(CIE_SCell_Para{.uarfcn = 10054}), Sample(2), Sample(FailingImporter::kFailsAt)});
+  ILogfile* logfile = nullptr;
+  EXPECT_THROW(importer.Import(failing, &logfile), std::runtime_error);
+  EXPECT_TRUE(PresentLogs().empty());
+  const ILogfile* next = Import(importer, WriteLog("b.log", {Sample(1)}));
+  EXPECT_FALSE(next->GetStreams().front()->GetRows()->at(1)->Holds(147)) << "the serving cell of another log";
 }
 
 TEST_F(LogImportTest, AReaderThatGivesUpEndsTheLogAndTheRowsStay) {
