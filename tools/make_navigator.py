@@ -5,8 +5,12 @@
     tools/make_navigator.py --check    fails when the file is not what would be written
 
 A run of ids with running numbers becomes a group that holds the run's elements; its tag is the run's stem, by which the
-selection of a log import and the converters know it. Unnamed runs of 20 ids or more fold into a group of their own. Of
-a run of more than 256 ids only the first one is listed: it stands for the run when elements are selected.
+selection of a log import and the converters know it. Unnamed runs of 20 ids or more fold into a group of their own
+where the readers look deep enough. Of a run of more than 256 ids only the first one is listed: it stands for the run
+when elements are selected.
+
+What rows of every protocol hold is listed under each of them and among the independent elements as well: the text
+import, which asks those first, takes none of it for a sign of a protocol.
 """
 import pathlib
 import re
@@ -48,8 +52,15 @@ TICKED = set(
 ROOT, TYPE, ITEM = "NAVIGATORPARAMROOT", "NAVIGATORPARAMTYPE", "NAVIGATORPARAMITEM"
 
 # Group -> ids, in the order of the tree. A group without a tag leaves its elements on the level above.
+RECORD = {"Record": [(1, 1), (3, 9), (26771, 26771)]}
+SIGNALLING = {"Layer3_And_Events": [(10, 10), (20, 20), (33, 39), (32284, 32284)]}
+DATA_SERVICES = {
+    "Data_Service": [(2408, 2435)],
+    "Data_Test": [(21265, 21324)],
+}
+OF_EVERY_PROTOCOL = RECORD | SIGNALLING | DATA_SERVICES
 TD_SCDMA = {
-    "Record": [(4, 9), (26770, 26771), (2387, 2387)],
+    "Record": RECORD["Record"] + [(26770, 26770), (2387, 2387)],
     "Serving_Cell": [(140, 175), (26765, 26769), (5260, 5261), (5403, 5403)],
     "Timeslots": [(176, 197)],
     "Serving_Cell_Measurements": [(498, 519), (5406, 5439)],
@@ -66,9 +77,9 @@ TD_SCDMA = {
     "HS_PDSCHDATA": [(24956, 26556)],
     "System_Information": [(21325, 21354), (26772, 31325)],
     "Cell_List": [(31362, 31561)],
-    "Data_Service": [(2408, 2435)],
-    "Data_Test": [(21265, 21324)],
+    **DATA_SERVICES,
     "Other_Values": [(4610, 4699), (5247, 5259), (5930, 21264), (26608, 26732)],
+    **SIGNALLING,
 }
 SCANNER = {
     None: [(2436, 2467)],
@@ -84,6 +95,7 @@ GSM = {
     "TDSCDMA_Neighbour_Cells": [(32246, 32257)],
     "GPRS": [(32189, 32199), (32202, 32202)],
     "GSM_Other_Values": [(32168, 32170), (32203, 32220), (32267, 32273)],
+    **OF_EVERY_PROTOCOL,
 }
 LTE = {
     "LTE_Serving_Cell": [(33345, 33373), (2382, 2382)],
@@ -93,10 +105,10 @@ LTE = {
     "LTE_Channel_Statistics": [(34570, 34690)],
     "LTE_Channels": [(34160, 34519)],
     "LTE_Scanner": [(34691, 35138)],
+    **OF_EVERY_PROTOCOL,
 }
-INDEPENDENT = {"Independent_Parameters": [(2, 2), (2379, 2380)]}
-EVENTS = {"Layer3_And_Events": [(10, 10), (20, 20), (33, 39), (32284, 32284)]}
-UNLISTED = {1, 3, 2381, 2386}  # every row has them, whatever is selected
+# Time and place first: the writer of text files adds them by itself.
+INDEPENDENT = {"Independent_Parameters": [(2, 2), (2379, 2381), (2386, 2386)]} | OF_EVERY_PROTOCOL
 
 
 class Run:
@@ -128,6 +140,7 @@ class Writer:
         self.listed = set()
         self.lines = []
         self.depth = 0
+        self.folds = True
 
     def open(self, tag, kind, check=False, value=None):
         value = f' value="{value}"' if value else ""
@@ -166,7 +179,9 @@ class Writer:
                 if run.stem == stems[0]:
                     self.transposed(tag, [self.by_stem[stem] for stem in stems])
                 return
-        if run.count == 1 or (not run.named and run.count < SHORTEST_FOLDED_RUN):
+        if run.count == 1 or (
+            not run.named and not (self.folds and run.count >= SHORTEST_FOLDED_RUN)
+        ):
             for name in run.names():
                 self.item(name, name in TICKED)
             return
@@ -195,6 +210,7 @@ def make_document():
     writer = Writer([Run(line) for line in text.splitlines() if line and not line.startswith("#")])
     writer.open("Navigator", "NAVIGATORSTREAM")
     for protocol, layout in (("TD-SCDMA", TD_SCDMA), ("GSM", GSM), ("LTE", LTE)):
+        writer.folds = protocol != "GSM"  # whose items are at most one group deep
         writer.open("PROTOCOL", "NAVIGATORPROTOCOL", value=protocol)
         writer.open("Downlink_Measurements", ROOT)
         writer.groups(layout)
@@ -202,12 +218,13 @@ def make_document():
         if protocol == "TD-SCDMA":
             writer.groups(SCANNER)
         writer.close("PROTOCOL")
-    for tag, kind, layout in (("Independent", ROOT, INDEPENDENT), ("Events", "NAVIGATOREVENTSROOT", EVENTS)):
+    writer.folds = False
+    for tag, kind, layout in (("Independent", ROOT, INDEPENDENT), ("Events", "NAVIGATOREVENTSROOT", SIGNALLING)):
         writer.open(tag, kind)
         writer.groups(layout)
         writer.close(tag)
     writer.close("Navigator")
-    missing = [run.first for run in writer.runs if run.first not in writer.listed | UNLISTED]
+    missing = [run.first for run in writer.runs if run.first not in writer.listed]
     if missing:
         raise SystemExit(f"without a place in the layout: {missing}")
     return '<?xml version="1.0" encoding="UTF-8"?>\n' + "\n".join(writer.lines) + "\n"
