@@ -21,7 +21,8 @@ class CDTTime {
 
   double GetDblSecond() const { return seconds_; }
   // 127: "yyyy-mm-dd hh:nn:ss.ms" with three digits of a second; 126: the same without the date; other flags as 127.
-  // Empty for what is no time before the year 10000.
+  // Empty for what is no time before the year 10000. The first 86,400 seconds are a time of day without a date and look
+  // the same in every time zone, on 1 January 1970.
   CString ToString(int flags) const;
 
  private:

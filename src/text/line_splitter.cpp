@@ -53,6 +53,18 @@ void LineSplitter::Split(std::string_view line, std::vector<std::string_view>& c
   }
 }
 
+std::size_t LineSplitter::CountCells(std::string_view line) const {
+  const std::string_view separator = separator_.view();
+  if (line.size() <= separator.size() || separator.empty()) return 1;
+  if (is_plain_byte_) return CountOf(separator[0], line.substr(0, line.size() - 1)) + 1;
+  std::size_t count = 1;
+  for (std::size_t at = 0; (at = FindSeparator(line, separator, at)) != std::string_view::npos; ++count) {
+    at += separator.size();
+    if (at == line.size()) break;
+  }
+  return count;
+}
+
 void LineSplitter::SplitAtByte(std::string_view line, std::vector<std::string_view>& cells, std::size_t most) const {
   const char separator = separator_[0];
   cells.resize(most <= line.size() ? most : CountOf(separator, line) + 1);

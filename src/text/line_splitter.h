@@ -19,6 +19,8 @@ class LineSplitter {
   // many were cut off.
   void Split(std::string_view line, std::vector<std::string_view>& cells,
              std::size_t most = static_cast<std::size_t>(-1)) const;
+  // How many cells Split cuts a line into.
+  std::size_t CountCells(std::string_view line) const;
   std::string_view Separator() const { return separator_.view(); }  // the one in force
 
  private:

@@ -27,6 +27,7 @@ constexpr TypeName kTypeNames[] = {
 
 constexpr const char* kFileName = "Navigator.xml";
 constexpr const char* kGsm = "GSM";
+constexpr const char* kLte = "LTE";
 
 // Calls use(child) for the children of one type.
 template <class Use>
@@ -47,6 +48,13 @@ void AddRootNames(const MarkupElement& root, std::vector<CString>& names) {
     const NavigatorType type = NavigatorTypeOf(child);
     if (type == NavigatorType::kParamItem) names.push_back(child.GetTagName());
     if (type == NavigatorType::kParamType) AddItemNames(child, names);
+  }
+}
+
+void AddNamesBelow(const MarkupElement& element, std::vector<CString>& names) {
+  for (MarkupElement child = element.FirstChild(); child; child = child.NextSibling()) {
+    if (NavigatorTypeOf(child) == NavigatorType::kParamItem) names.push_back(child.GetTagName());
+    AddNamesBelow(child, names);
   }
 }
 
@@ -93,7 +101,9 @@ NavigatorNames ReadNavigatorNames(const CMarkupMSXML& navigator) {
                [&](const MarkupElement& group) { AddItemNames(group, names.independent); });
   for (MarkupElement protocol = document.FirstChild("PROTOCOL"); protocol;
        protocol = protocol.NextSibling("PROTOCOL")) {
-    if (protocol.GetAttribute("value") != kGsm) continue;
+    const CString value = protocol.GetAttribute("value");
+    if (value == kLte) AddNamesBelow(protocol, names.lte);
+    if (value != kGsm) continue;
     ForEachChild(protocol, NavigatorType::kParamRoot,
                  [&](const MarkupElement& root) { AddRootNames(root, names.gsm); });
   }

@@ -40,7 +40,8 @@ bool LoadNavigator(CMarkupMSXML& navigator);
 // Names of information elements, in document order.
 struct NavigatorNames {
   std::vector<CString> independent;  // of no protocol
-  std::vector<CString> gsm;
+  std::vector<CString> gsm;          // at most one group deep
+  std::vector<CString> lte;          // at any depth
 };
 NavigatorNames ReadNavigatorNames(const CMarkupMSXML& navigator);
 

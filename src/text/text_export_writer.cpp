@@ -43,6 +43,9 @@ class StreamTextWriter {
       : settings_(settings), cursor_(stream.MakeRowCursor()), names_(names), file_(settings.file_name) {}
 
   void Write() {
+    if (settings_.binned_data == 1)
+      CurrentNotes().Add("merged and averaged data", settings_.file_name, "all rows",
+                         "the rows are written as they were recorded; there are no others");
     if (settings_.write_header == 1) AppendHeader();
     PrepareColumns();
     WriteRows();

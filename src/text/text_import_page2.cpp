@@ -7,6 +7,7 @@
 #include "platform/ui/list_ctrl.h"
 #include "platform/ui/message_box.h"
 #include "resources/text_import_templates.h"
+#include "text/byte_order_mark.h"
 #include "text/separator.h"
 #include "text/separator_edit.h"
 #include "text/text_import_pages.h"
@@ -83,6 +84,7 @@ bool CTextImportWizPage2::ReadFirstLines() {
     }
     std::vector<CString> lines;
     for (std::string_view line; lines.size() < kPreviewLines && reader->Next(line);) lines.emplace_back(line);
+    if (!lines.empty()) NoteByteOrderMark(settings_.path, lines.front().view());
     lines_ = std::move(lines);
     return true;
   } catch (const std::exception& error) {

@@ -13,7 +13,7 @@
 #include "platform/encoding.h"
 #include "platform/path.h"
 #include "platform/ui/message_box.h"
-#include "text/parameter_navigator.h"
+#include "text/byte_order_mark.h"
 #include "text/text_lines.h"
 
 namespace loom {
@@ -40,14 +40,6 @@ double DegreesIn(const CMemDataRow& row, std::int32_t id, float limit) {
   const uniFieldValue* const value = row.FindIE(id);
   const bool is_valid = value != nullptr && std::abs(value->float_value) <= limit;
   return is_valid ? value->float_value : std::numeric_limits<double>::quiet_NaN();
-}
-
-// Files are in the GBK code page; of another encoding the rows hold the bytes as they stand.
-void NoteEncoding(const CString& path, std::string_view first_line) {
-  constexpr std::string_view kMarks[] = {"\xEF\xBB\xBF", "\xFF\xFE", "\xFE\xFF"};
-  if (std::ranges::none_of(kMarks, [&](std::string_view mark) { return first_line.starts_with(mark); })) return;
-  CurrentNotes().Add("byte-order mark", path, "line 1",
-                     "the file is in Unicode but read in GBK; the mark belongs to the first cell");
 }
 
 }  // namespace
@@ -127,8 +119,9 @@ int CTextImporter::ReadLines(Run& run, TextLines& lines) {
   std::string_view line;
   std::uint64_t line_number = 0;
   if (first_line_flag_ != 0 && lines.Next(line)) {
-    ++line_number;
-    NoteEncoding(run.path, line);
+    notes.SetLine(++line_number);
+    NoteByteOrderMark(run.path, line);
+    builder.ReadTitles(line);
   }
   while (lines.Next(line)) {
     if (run.progress.Cancelled() == 1) return kImportCancelled;
@@ -138,13 +131,14 @@ int CTextImporter::ReadLines(Run& run, TextLines& lines) {
       run.progress.PeekAndPump(1);
     }
     notes.SetLine(++line_number);
-    if (line_number == 1) NoteEncoding(run.path, line);
+    if (line_number == 1) NoteByteOrderMark(run.path, line);
     builder.Fill(row, line, ++run.row_count, run.time_s, TextLines::kReadableBehind);
     StoreRow(rows, run.row_count, row);
     ReadPosition(run, row);
     if (run.row_count == 1 || run.row_count % kKeyRowStep == 0) StoreRow(key_rows, run.row_count, row);
   }
   NoteColumns(run.path);
+  NoteProtocol(run.path);
   notes.HandOver(CurrentNotes());
   return kImportDone;
 }
@@ -186,27 +180,44 @@ void CTextImporter::FinishStream(Run& run) const {
 bool CTextImporter::LoadNavigatorNames() {
   CMarkupMSXML navigator;
   if (!LoadNavigator(navigator)) return false;
-  NavigatorNames names = ReadNavigatorNames(navigator);
-  independent_ies_ = std::move(names.independent);
-  gsm_ies_ = std::move(names.gsm);
+  names_ = ReadNavigatorNames(navigator);
   return true;
 }
 
 // The protocol of the mapped information elements; false when the navigator cannot be read.
 bool CTextImporter::PrepareProtocol() {
-  if ((independent_ies_.empty() || gsm_ies_.empty()) && !LoadNavigatorNames()) return false;
+  if ((names_.independent.empty() || names_.gsm.empty()) && !LoadNavigatorNames()) return false;
   bool has_gsm = false;
   bool has_td_scdma = false;
+  bool has_shared = false;  // elements of every protocol
+  lte_columns_.clear();
   for (const auto& [column, name] : column_map_) {
-    if (g_sysProject->GetIEID(name) == kInvalidInt || Contains(independent_ies_, name)) continue;
-    (Contains(gsm_ies_, name) ? has_gsm : has_td_scdma) = true;
+    if (g_sysProject->GetIEID(name) == kInvalidInt) continue;
+    const bool is_of_gsm = Contains(names_.gsm, name);
+    if (Contains(names_.independent, name)) {
+      has_shared |= is_of_gsm;
+      continue;
+    }
+    (is_of_gsm ? has_gsm : has_td_scdma) = true;
+    if (Contains(names_.lte, name)) lte_columns_.push_back(name);
   }
+  protocol_is_assumed_ = has_shared && !has_gsm && !has_td_scdma;
   if (has_gsm && has_td_scdma) {
     protocol_ = kDualProtocol;
-  } else if (has_gsm || has_td_scdma) {
+  } else if (has_gsm || has_td_scdma || has_shared) {
     protocol_ = has_gsm ? "GSM" : "TD-SCDMA";
   }
   return true;
+}
+
+void CTextImporter::NoteProtocol(const CString& path) const {
+  const std::string stream = "the stream is " + protocol_.str();
+  if (protocol_is_assumed_)
+    CurrentNotes().Add("protocol assumed", path, "columns", "none is of one protocol alone; " + stream);
+  if (lte_columns_.empty()) return;
+  std::string columns = "'" + GbkToUtf8(lte_columns_.front()) + "'";
+  if (lte_columns_.size() > 1) columns += " and " + std::to_string(lte_columns_.size() - 1) + " more";
+  CurrentNotes().Add("LTE columns", path, "columns", columns + " of LTE, which the import does not tell; " + stream);
 }
 
 std::vector<TextColumn> CTextImporter::Columns() const {
@@ -239,8 +250,7 @@ void CTextImporter::NoteColumns(const CString& path) const {
 
 void CTextImporter::ResetColumns() {
   column_map_.clear();
-  independent_ies_.clear();
-  gsm_ies_.clear();
+  names_ = {};
 }
 
 CMemDataRow* CTextImporter::BuildRow(CString line, int row_number, double* minimum_time_s, double* maximum_time_s) {

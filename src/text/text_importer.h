@@ -8,6 +8,7 @@
 #include "components/progress_wnd.h"
 #include "importers/importer.h"
 #include "text/column_map.h"
+#include "text/parameter_navigator.h"
 #include "text/text_row_builder.h"
 
 namespace loom {
@@ -48,6 +49,7 @@ class CTextImporter : public CImporter {
   void FinishStream(Run& run) const;
   bool LoadNavigatorNames();
   bool PrepareProtocol();
+  void NoteProtocol(const CString& path) const;
   std::vector<TextColumn> Columns() const;
   void NoteColumns(const CString& path) const;
   void ResetColumns();
@@ -60,9 +62,10 @@ class CTextImporter : public CImporter {
   std::int32_t first_line_flag_ = 1;  // nonzero: the first line holds names
   ColumnMap column_map_;
   std::int32_t stream_type_ = 0;
-  std::vector<CString> independent_ies_;
-  std::vector<CString> gsm_ies_;
-  CString protocol_ = "TD-SCDMA";  // stays where the columns belong to no protocol
+  NavigatorNames names_;
+  CString protocol_ = "TD-SCDMA";      // stays where the columns belong to no protocol
+  bool protocol_is_assumed_ = false;  // of columns that rows of every protocol hold, and no others
+  std::vector<CString> lte_columns_;
 };
 
 }  // namespace loom

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <set>
 
+#include "components/dt_time.h"
 #include "platform/encoding.h"
+#include "text/cell_encoding.h"
 #include "text/cell_number.h"
 
 namespace loom {
@@ -25,6 +27,28 @@ bool EqualsNoCase(std::string_view cell, std::string_view lower) {
                             [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a + ('a' - 'A') : a) == b; });
 }
 
+bool IsQuoted(std::string_view cell) { return !cell.empty() && cell.front() == '"'; }
+
+RowFlaw FlawOf(TimeFlaw flaw) {
+  switch (flaw) {
+    case TimeFlaw::kColons:
+      return RowFlaw::kTimeColons;
+    case TimeFlaw::kRange:
+      return RowFlaw::kTimeRange;
+    case TimeFlaw::kDate:
+      return RowFlaw::kNoSuchDate;
+    case TimeFlaw::kTooLate:
+      return RowFlaw::kTimeTooLate;
+    default:
+      return RowFlaw::kTimeRest;
+  }
+}
+
+std::string TimeText(double seconds) {
+  const CString text = CDTTime(seconds).ToString(127);
+  return text.IsEmpty() ? NumberText(seconds) + " seconds" : text.str();
+}
+
 }  // namespace
 
 TextRowBuilder::TextRowBuilder(std::vector<TextColumn> columns, const CString& separator, const CString& data_format,
@@ -39,12 +63,40 @@ TextRowBuilder::TextRowBuilder(std::vector<TextColumn> columns, const CString& s
   if (!columns_.empty()) most_cells_ = columns_.back().number + 1;
 }
 
+void TextRowBuilder::ReadTitles(std::string_view line) {
+  splitter_.Split(line, cells_);
+  titles_ = cells_.size();
+  if (std::ranges::any_of(cells_, [](std::string_view cell) { return IsQuoted(TrimmedCell(cell)); }))
+    notes_.Add(RowFlaw::kQuoted, [] { return std::string("titles; the quotes belong to the cells"); });
+}
+
+// Of a line that was cut as far as the columns reach.
+bool TextRowBuilder::HasMoreCellsThanTitles(std::string_view line) const {
+  if (titles_ == 0) return false;
+  if (cells_.size() > titles_) return true;
+  const char* const cut_end = cells_.back().data() + cells_.back().size();
+  const char* const line_end = line.data() + line.size();
+  if (cut_end == line_end) return false;
+  if (cells_.size() == titles_) return true;
+  const auto left = static_cast<std::size_t>(line_end - cut_end) - splitter_.Separator().size();
+  return cells_.size() + splitter_.CountCells({line_end - left, left}) > titles_;
+}
+
+void TextRowBuilder::NoteMoreCells(std::string_view line) {
+  notes_.Add(RowFlaw::kMoreCells, [&] {
+    return "the line has " + std::to_string(splitter_.CountCells(line)) + " cells, the line of titles " +
+           std::to_string(titles_);
+  });
+}
+
 void TextRowBuilder::Fill(CMemDataRow& row, std::string_view line, std::int32_t number, TextRange& time_s,
                           std::size_t readable_behind) {
   row.SetRecordTime(kInvalidDouble);
   row.SetSynFieldValue(number);
   splitter_.Split(line, cells_, most_cells_);
   const bool ends_short = cells_.size() < most_cells_;
+  if (HasMoreCellsThanTitles(line)) [[unlikely]]
+    NoteMoreCells(line);
   readable_end_ = line.data() + line.size() + readable_behind;
   FillFields(row, time_s);
   if (ends_short) NoteMissingCells();
@@ -55,7 +107,7 @@ void TextRowBuilder::Fill(CMemDataRow& row, std::string_view line, std::int32_t 
 template <class Number>
 void TextRowBuilder::NoteNumber(const TextColumn& column, std::string_view cell, Number stored) {
   const RowFlaw flaw = cell::StartsNumber(cell) ? RowFlaw::kNumberCut : RowFlaw::kNoNumber;
-  notes_.Add(flaw, [&] {
+  notes_.Add(IsQuoted(cell) ? RowFlaw::kQuoted : flaw, [&] {
     std::string text;
     if constexpr (std::is_integral_v<Number>)
       text = std::to_string(stored);
@@ -156,21 +208,39 @@ void TextRowBuilder::SetTime(CMemDataRow& row, std::string_view cell, TextRange&
   const double seconds = time_.Seconds(cell, readable_end_);
   row.SetRecordTime(seconds);
   time_s.Add(seconds);
+  if (seconds == kInvalidDouble || time_.Flaw() != TimeFlaw::kNone) [[unlikely]]
+    NoteTime(cell, seconds);
+}
+
+void TextRowBuilder::NoteTime(std::string_view cell, double seconds) {
   if (seconds == kInvalidDouble) {
     notes_.Add(RowFlaw::kTime, [&] { return QuotedCell(cell) + " does not fit " + GbkToUtf8(data_format_); });
+    return;
   }
+  const RowFlaw flaw = IsQuoted(cell) ? RowFlaw::kQuoted : FlawOf(time_.Flaw());
+  notes_.Add(flaw, [&] {
+    return QuotedCell(cell) + " in " + GbkToUtf8(data_format_) + ", read as " + TimeText(seconds);
+  });
 }
 
 bool TextRowBuilder::TruthOf(const TextColumn& column, std::string_view cell) {
   if (cell == "1" || EqualsNoCase(cell, "true")) return true;
   if (cell != "0" && !EqualsNoCase(cell, "false"))
-    notes_.Add(RowFlaw::kNoTruth, [&] { return CellText(column, cell) + ", stored as false"; });
+    notes_.Add(IsQuoted(cell) ? RowFlaw::kQuoted : RowFlaw::kNoTruth, [&] { return CellText(column, cell) + ", stored as false"; });
   return false;
 }
 
 std::uint32_t TextRowBuilder::AddText(CMemDataRow& row, const TextColumn& column, std::string_view cell) {
   if (cell.find('\0') != std::string_view::npos)
     notes_.Add(RowFlaw::kTextCut, [&] { return CellText(column, cell) + ", stored up to its zero byte"; });
+  if (IsQuoted(cell))
+    notes_.Add(RowFlaw::kQuoted, [&] { return CellText(column, cell) + ", stored with its quotes"; });
+  if (!IsAscii(cell) && IsWideUtf8(cell)) {
+    notes_.Add(RowFlaw::kUtf8, [&] {
+      const std::string text(Utf8Prefix(cell, kQuotedBytes));
+      return CellText(column, cell) + " when it is read in GBK, '" + text + "' in UTF-8";
+    });
+  }
   return row.AddText(cell);
 }
 

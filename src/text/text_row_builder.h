@@ -41,6 +41,9 @@ class TextRowBuilder {
   TextRowBuilder(std::vector<TextColumn> columns, const CString& separator, const CString& data_format,
                  RowNotes& notes);
 
+  // The line of titles, when the file has one: no other line should have more cells.
+  void ReadTitles(std::string_view line);
+
   // Replaces what the row holds; its time, when it is valid, extends `time_s`.
   // `readable_behind` bytes behind the line may be looked at.
   void Fill(CMemDataRow& row, std::string_view line, std::int32_t number, TextRange& time_s,
@@ -48,6 +51,7 @@ class TextRowBuilder {
 
  private:
   void SetTime(CMemDataRow& row, std::string_view cell, TextRange& time_s);
+  [[gnu::cold]] void NoteTime(std::string_view cell, double seconds);
   uniFieldValue Convert(CMemDataRow& row, const TextColumn& column, std::string_view cell);
   template <class Number>
   [[gnu::cold]] void NoteNumber(const TextColumn& column, std::string_view cell, Number stored);
@@ -55,11 +59,14 @@ class TextRowBuilder {
   std::uint32_t AddText(CMemDataRow& row, const TextColumn& column, std::string_view cell);
   void FillFields(CMemDataRow& row, TextRange& time_s);
   std::string_view WithoutLineEnd(const TextColumn& column, std::string_view cell) const;
+  bool HasMoreCellsThanTitles(std::string_view line) const;
   void NoteMissingCells();
+  [[gnu::cold]] void NoteMoreCells(std::string_view line);
   void ListFieldsOneByOne(CMemDataRow& row) const;
 
   std::vector<TextColumn> columns_;
   std::size_t most_cells_ = 1;  // nothing behind the last column is looked at
+  std::size_t titles_ = 0;      // cells of the line of titles; 0: there is none
   bool is_regular_ = true;      // no information element is there twice: fields and their ids run in step
   LineSplitter splitter_;
   TimeTextConverter time_;

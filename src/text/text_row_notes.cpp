@@ -5,11 +5,25 @@
 namespace loom {
 namespace {
 
+// clang-format off
 constexpr const char* kNames[] = {
-    "row without a valid time", "columns missing in the line", "no number", "number cut", "no truth value", "text cut"};
+    "row without a valid time",
+    "columns missing in the line",
+    "no number",
+    "number cut",
+    "no truth value",
+    "text cut",
+    "more cells than titles",
+    "quoted cell",
+    "cell in UTF-8",
+    "text behind the time",
+    "colons in the time",
+    "time of day out of range",
+    "no such date",
+    "time beyond the year 9999",
+};
+// clang-format on
 static_assert(std::size(kNames) == static_cast<std::size_t>(RowFlaw::kCount));
-
-constexpr std::size_t kQuotedBytes = 60;
 
 }  // namespace
 

@@ -12,7 +12,23 @@
 namespace loom {
 
 // What the rows of a text file lost, mended or took by default.
-enum class RowFlaw { kTime, kColumns, kNoNumber, kNumberCut, kNoTruth, kTextCut, kCount };
+enum class RowFlaw {
+  kTime,
+  kColumns,
+  kNoNumber,
+  kNumberCut,
+  kNoTruth,
+  kTextCut,
+  kMoreCells,
+  kQuoted,
+  kUtf8,
+  kTimeRest,
+  kTimeColons,
+  kTimeRange,
+  kNoSuchDate,
+  kTimeTooLate,
+  kCount
+};
 
 // Counts flaws of rows and keeps the first places of each kind. Nothing is told before the import has kept its rows.
 class RowNotes {
@@ -39,6 +55,8 @@ class RowNotes {
   std::uint64_t line_ = 0;
   std::array<Kind, static_cast<std::size_t>(RowFlaw::kCount)> kinds_;
 };
+
+inline constexpr std::size_t kQuotedBytes = 60;
 
 // The cell in quotes, UTF-8, shortened when it is long.
 std::string QuotedCell(std::string_view gbk);

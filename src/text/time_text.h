@@ -37,6 +37,18 @@ inline constexpr auto kTimeLayouts = std::to_array<TimeLayout>({
 });
 // clang-format on
 
+struct TimeMarks;
+
+// What of a time text was not taken as it stands, though the text has a value.
+enum class TimeFlaw {
+  kNone,
+  kColons,   // more or fewer than the layout has
+  kDate,     // a day behind the end of its month, which goes on into the next one
+  kRange,    // hours above 23, minutes or seconds above 59, milliseconds above 999
+  kRest,     // something stands behind the seconds or the year, or no number stands there
+  kTooLate,  // beyond the year 9999: no text shows such a time
+};
+
 // Reads the texts of a time column.
 class TimeTextConverter {
  public:
@@ -49,11 +61,14 @@ class TimeTextConverter {
   // Bytes up to `readable_end`, at or behind the text's end, may be looked at.
   double Seconds(std::string_view text, const char* readable_end);
 
+  TimeFlaw Flaw() const { return flaw_; }  // of the newest text that has a value
+
   // The text becomes those seconds with six decimals, or "-255".
   void ConvertTimeText(CString& text);
 
  private:
   double UnroundedSeconds(std::string_view text, const char* readable_end);
+  double SecondsByLayout(std::string_view text, const TimeMarks& marks);
   double LocalMidnight(int year, int month, int day);
 
   // What times that follow each other start with, up to the last colon.
@@ -63,6 +78,7 @@ class TimeTextConverter {
     double second_of_day = 0;  // without what stands behind the colon
   };
 
+  TimeFlaw flaw_ = TimeFlaw::kNone;
   const TimeLayout* layout_ = nullptr;  // null: a number of seconds
   Head head_;                           // of the newest time that has one; empty: none yet
   std::int32_t newest_day_ = -1;        // key of newest_midnight_s_

@@ -39,9 +39,10 @@ inline void WriteText(const std::string& path, const std::string& text) {
 }
 
 // Runs `qloom ARGS` in a folder; ARGS are words of a shell command.
-inline ProgramRun RunQloom(const std::string& folder, const std::string& arguments) {
+inline ProgramRun RunQloom(const std::string& folder, const std::string& arguments,
+                           const std::string& environment = "TZ=UTC ") {
   const std::string program = testing::ProgramPath();
-  const std::string command = "cd '" + folder + "' && TZ=UTC '" + program + "' " + arguments + " >out 2>err";
+  const std::string command = "cd '" + folder + "' && " + environment + "'" + program + "' " + arguments + " >out 2>err";
   const int status = std::system(command.c_str());
   ProgramRun run;
   run.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;

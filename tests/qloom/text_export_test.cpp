@@ -68,6 +68,8 @@ TEST_F(TextExportCommand, OptionsFillTheWizard) {
   for (const auto& [options, second_line] : cases) {
     const ProgramRun run = Export(options);
     ASSERT_EQ(0, run.exit_code) << options << run.err;
+    const bool is_binned = std::string_view(options).find("--binned") != std::string_view::npos;
+    EXPECT_EQ(is_binned, run.err.find("merged and averaged data") != std::string::npos) << run.err;
     std::istringstream lines(ReadText(Path("out.txt")));
     std::string line;
     std::getline(lines, line);

@@ -84,6 +84,8 @@ TEST_F(TextImportCommandTest, AProjectOpensItsTextFilesAgain) {
 TEST_F(TextImportCommandTest, WhatTheWizardRefusesIsRefusedHere) {
   Write("drive.txt", kDrive);
   Write("empty.txt", "");
+  Write("quoted.txt", "\"RecordTime\",\"RxLev\"\n");
+  Write("marked.txt", "\xEF\xBB\xBFRecordTime,Foo\n100000,-80\n");
   const struct {
     const char* arguments;
     int exit_code;
@@ -94,9 +96,16 @@ TEST_F(TextImportCommandTest, WhatTheWizardRefusesIsRefusedHere) {
       {"import-text drive.txt --separator a", 1, "请输入一个符号"},
       {"import-text drive.txt --separator comma --map 3=RxLev", 1, "请导入时间(RecordTime)。"},
       {"import-text drive.txt --separator comma --map 3=RxLev --map 4=RxLev", 1, "该参数已经被第4列映射!"},
-      {"import-text drive.txt --separator comma --map 9=RxLev", 1, "no row 9"},
+      {"import-text drive.txt --separator comma --map 9=RxLev", 1,
+       "--map 9=RxLev, counted from 0: the first 4 lines have 5 columns with separator comma"},
+      {"import-text drive.txt --map 1=RxLev", 1, "the first 4 lines have 1 column with separator tab"},
+      {"import-text drive.txt --separator comma --map 3=RxLev --map 03=C1", 2, "column 3 is mapped twice"},
       {"import-text drive.txt --separator comma --map 3=Nonsense", 1, "Nonsense"},
-      {"import-text drive.txt --separator ';'", 1, "no column is mapped"},
+      {"import-text drive.txt --separator ';'", 1, "the first line holds no title that the catalogue knows"},
+      {"import-text quoted.txt --separator comma", 1, "the titles of the first line are quoted"},
+      {"import-text marked.txt --separator comma", 1, "the file starts with a byte order mark"},
+      {"import-text marked.txt --separator comma", 1, "marked.txt, line 1: the file is in Unicode"},
+      {"import-text marked.txt --separator comma --map 1=RxLev", 1, "marked.txt, line 1: the file is in Unicode"},
       {"import-text drive.txt --separator comma --save-imcf missing/x", 1, "配置文件保存失败！"},
       {"import-text drive.txt --separator comma --cancel-at 0", 130, ""},
       {"import-text drive.txt --map RxLev", 2, "RxLev"},
@@ -106,6 +115,16 @@ TEST_F(TextImportCommandTest, WhatTheWizardRefusesIsRefusedHere) {
     const ProgramRun run = Qloom(arguments);
     EXPECT_EQ(exit_code, run.exit_code) << arguments;
     EXPECT_NE(std::string::npos, run.err.find(text)) << arguments << ": " << run.err;
+  }
+}
+
+TEST_F(TextImportCommandTest, ATimeOfDayIsShownAsItWasInEveryTimeZone) {
+  Write("day.txt", "RecordTime,RxLev\n00:00:00.5,-80\n08:15:30.25,-80\n23:59:59.999,-80\n");
+  for (const char* zone : {"Asia/Shanghai", "America/New_York", "Africa/Monrovia"}) {
+    const std::string zone_setting = std::string("TZ=") + zone + " ";
+    const ProgramRun run = RunQloom(
+        folder_.native(), "import-text day.txt --separator comma --time-format hh:nn:ss.ms", zone_setting);
+    EXPECT_NE(std::string::npos, run.out.find("1970-01-01 00:00:00.500 to 1970-01-01 23:59:59.999")) << zone << run.out;
   }
 }
 

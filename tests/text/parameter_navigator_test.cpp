@@ -1,5 +1,7 @@
 #include "text/parameter_navigator.h"
 
+#include <algorithm>
+
 #include "tests/text/navigator_test.h"
 
 namespace loom::testing {
@@ -68,21 +70,28 @@ TEST_F(ParameterNavigator, NameListsTakeItemsFromTheirPlacesOnly) {
         </R>
         <Outside type="NAVIGATORPARAMITEM"/>
       </PROTOCOL>
+      <PROTOCOL value="LTE">
+        <R type="NAVIGATORPARAMROOT"><PCI type="NAVIGATORPARAMITEM"/><G><H><RSRP type="NAVIGATORPARAMITEM"/></H></G></R>
+      </PROTOCOL>
       <PROTOCOL value="GSM"><R type="NAVIGATORPARAMROOT"><C31 type="NAVIGATORPARAMITEM"/></R></PROTOCOL>)");
   CMarkupMSXML navigator;
   ASSERT_TRUE(LoadNavigator(navigator));
   const NavigatorNames names = ReadNavigatorNames(navigator);
   EXPECT_EQ((std::vector<CString>{"RecordTime", "Longitude"}), names.independent);
   EXPECT_EQ((std::vector<CString>{"BCCH", "BSIC", "RxLev", "C31"}), names.gsm);
+  EXPECT_EQ((std::vector<CString>{"PCI", "RSRP"}), names.lte);
 }
 
 TEST_F(ParameterNavigator, TheCatalogueOfTheHostKnowsEveryName) {
   CMarkupMSXML navigator;
   ASSERT_TRUE(LoadNavigator(navigator));
   const NavigatorNames names = ReadNavigatorNames(navigator);
-  EXPECT_EQ((std::vector<CString>{"RecordTime", "Longitude", "Latitude"}), names.independent);
-  EXPECT_FALSE(names.gsm.empty());
-  for (const CString& name : names.gsm) EXPECT_NE(nullptr, g_project->GetIEByName(name)) << name;
+  for (const char* name : {"RecordTime", "Longitude", "Latitude", "Distance", "TimeStamp", "MessageID", "RecordID"})
+    EXPECT_EQ(1, std::ranges::count(names.independent, name)) << name;
+  for (const std::vector<CString>* list : {&names.independent, &names.gsm, &names.lte}) {
+    EXPECT_FALSE(list->empty());
+    for (const CString& name : *list) EXPECT_NE(nullptr, g_project->GetIEByName(name)) << name;
+  }
 }
 
 }  // namespace

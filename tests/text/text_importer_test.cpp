@@ -13,8 +13,10 @@ using Fields = std::vector<std::pair<std::int32_t, double>>;
 
 constexpr const char* kNavigator = R"(<Independent type="NAVIGATORPARAMROOT"><G type="NAVIGATORPARAMTYPE">
   <RecordTime type="NAVIGATORPARAMITEM"/><Longitude type="NAVIGATORPARAMITEM"/><Latitude type="NAVIGATORPARAMITEM"/>
-  </G></Independent><PROTOCOL type="NAVIGATORPROTOCOL" value="GSM"><R type="NAVIGATORPARAMROOT">
-  <OfGsm type="NAVIGATORPARAMITEM"/></R></PROTOCOL>)";
+  <Flag type="NAVIGATORPARAMITEM"/></G></Independent><PROTOCOL type="NAVIGATORPROTOCOL" value="GSM"><R type="NAVIGATORPARAMROOT">
+  <OfGsm type="NAVIGATORPARAMITEM"/><Flag type="NAVIGATORPARAMITEM"/></R></PROTOCOL>
+  <PROTOCOL type="NAVIGATORPROTOCOL" value="LTE"><R type="NAVIGATORPARAMROOT"><G><Small type="NAVIGATORPARAMITEM"/></G>
+  </R></PROTOCOL>)";
 
 IECatalogue Catalogue() {
   return IECatalogue::Parse(
@@ -105,6 +107,52 @@ TEST_F(TextImporterTest, AnInvalidTimeChangesNoBoundAndIsNoted) {
   EXPECT_EQ("'soon' does not fit seconds", notes_.kinds()[0].places[0].what);
 }
 
+TEST_F(TextImporterTest, WhatIsStoredOtherThanMeantIsNotedWithItsLine) {
+  const ColumnMap columns{{0, "RecordTime"}, {1, "Small"}, {2, "Text"}};
+  const struct {
+    const char* line;
+    const char* kind;  // null: nothing to note
+  } cases[] = {
+      {"100000,1,a,b,", nullptr},
+      {"100000,1,a,b,c", "more cells than titles"},
+      {"100000,1,\"a b\"", "quoted cell"},
+      {"100000,\"1\",a", "quoted cell"},
+      {"100000,1,\xE5\x88\x87\xE6\x8D\xA2", "cell in UTF-8"},  // as GBK well-formed, too
+      {"100000,1,\xC7\xD0\xBB\xBB", nullptr},                  // the same in GBK
+      {"100000,1,\xC3\xB6", nullptr},                          // one character in either
+      {"100000s,1,a", "text behind the time"},
+      {"1e12,1,a", "time beyond the year 9999"},
+  };
+  for (const auto& [line, kind] : cases) {
+    notes_.Clear();
+    Import(std::string("t,s,x,y\n100000,1,a,b\n") + line + "\n", columns);
+    ASSERT_EQ(kind != nullptr ? 1u : 0u, notes_.kinds().size()) << line;
+    if (kind == nullptr) continue;
+    EXPECT_EQ(kind, notes_.kinds()[0].name) << line;
+    EXPECT_EQ("line 3", notes_.kinds()[0].places[0].at) << line;
+  }
+}
+
+TEST_F(TextImporterTest, CellsAreCountedAgainstTheTitlesWhateverIsMapped) {
+  const struct {
+    const char* separator;
+    const char* bytes;
+    bool is_noted;
+  } cases[] = {
+      {",", "t,u,v\n100000,2,3,\n", false},   {",", "t,u,v\n100000,2,3,,\n", true},
+      {",", "t\n100000,2\n", true},           {":", "t: u\n100000: 2: \n", false},
+      {":", "t: u\n100000: 2: 3\n", true},    {"|", "t|u|v\n100000|2|3|4\n", true},
+      {"|", "t|u|v\n100000|2|\x81|3\n", false}};
+  for (const ColumnMap& columns : {ColumnMap{{0, "RecordTime"}}, ColumnMap{{0, "RecordTime"}, {2, "Text"}}}) {
+    for (const auto& [separator, bytes, is_noted] : cases) {
+      notes_.Clear();
+      importer_.SetSeparate(separator);
+      Import(bytes, columns);
+      EXPECT_EQ(is_noted ? 1u : 0u, notes_.Count("more cells than titles")) << bytes;
+    }
+  }
+}
+
 TEST_F(TextImporterTest, OnlyPositionsWithinTheGlobeWidenTheBounds) {
   const ColumnMap columns{{0, "RecordTime"}, {1, "Longitude"}, {2, "Latitude"}};
   IDataStream& stream = StreamOf(Import("t\n0,10,20\n0,190,0\n0,0,-91\n0,-20.5,30\n0,99,\n0,99\n", columns));
@@ -137,11 +185,16 @@ TEST_F(TextImporterTest, TheProtocolFollowsFromTheNavigatorAndStaysWithoutOne) {
   } cases[] = {{{{0, "RecordTime"}}, "TD-SCDMA"},
                {{{0, "RecordTime"}, {1, "OfGsm"}, {2, "Unheard"}}, "GSM"},
                {{{0, "RecordTime"}, {1, "Longitude"}}, "GSM"},
+               {{{0, "RecordTime"}, {1, "Flag"}}, "TD-SCDMA"},
+               {{{0, "OfGsm"}, {1, "Flag"}}, "GSM"},
+               {{{0, "Small"}, {1, "Flag"}}, "TD-SCDMA"},
                {{{0, "OfGsm"}, {1, "Number"}}, "DOUBLEPROTOCOL"},
                {{{0, "Number"}}, "TD-SCDMA"}};
   for (const auto& [columns, protocol] : cases) {
-    EXPECT_EQ(protocol, StreamOf(Import("t\n1,2,3\n", columns)).GetProtocol());
+    EXPECT_EQ(protocol, StreamOf(Import("t,u,v\n1,2,3\n", columns)).GetProtocol());
   }
+  EXPECT_EQ(1u, notes_.Count("protocol assumed"));
+  EXPECT_EQ(1u, notes_.Count("LTE columns"));
 }
 
 TEST_F(TextImporterTest, TheFirstRowAndEvery500thAreKeyRows) {

@@ -52,8 +52,10 @@ TEST(TimeText, ATimeMeansTheSameWhateverCameBeforeIt) {
     TimeTextConverter converter(layout.name);
     for (const char* before : kTexts) {
       for (const char* text : kTexts) {
+        TimeTextConverter fresh(layout.name);
         converter.Seconds(before);
-        EXPECT_EQ(TimeTextConverter(layout.name).Seconds(text), converter.Seconds(text)) << before << ", " << text;
+        EXPECT_EQ(fresh.Seconds(text), converter.Seconds(text)) << before << ", " << text;
+        EXPECT_EQ(fresh.Flaw(), converter.Flaw()) << before << ", " << text;
       }
     }
   }
@@ -76,6 +78,48 @@ TEST(TimeText, WhatDoesNotFitIsInvalid) {
   };
   for (const auto& [layout, text, unused] : cases) {
     EXPECT_EQ(kInvalidDouble, TimeTextConverter(layout).Seconds(text)) << layout << ": " << text;
+  }
+}
+
+TEST(TimeText, WhatIsNotTakenAsItStandsIsAFlaw) {
+  const struct {
+    const char* layout;
+    const char* text;
+    TimeFlaw flaw;
+  } cases[] = {
+      {"hh:nn:ss.ms", "8:15:30", TimeFlaw::kNone},
+      {"hh:nn:ss.ms", "08:15:30.25 PM", TimeFlaw::kRest},
+      {"hh:nn:ss.ms", "08:15:", TimeFlaw::kRest},
+      {"hh:nn:ss.ms", "08:15:59.999", TimeFlaw::kNone},
+      {"hh:nn:ss.ms", "08:15:60", TimeFlaw::kRange},
+      {"hh:nn:ss.ms", "08:60:30", TimeFlaw::kRange},
+      {"hh:nn:ss.ms", "24:00:00", TimeFlaw::kRange},
+      {"hh:nn:ss.ms", "08:15:30:25", TimeFlaw::kColons},
+      {"yyyy-mm-dd hh:nn:ss.ms", "2010-03-05 08:15:30.25Z", TimeFlaw::kRest},
+      {"yyyy-mm-dd hh:nn:ss.ms", "2012-02-29 08:15:30", TimeFlaw::kNone},
+      {"yyyy-mm-dd hh:nn:ss.ms", "2010-02-29 08:15:30", TimeFlaw::kDate},
+      {"yyyy-mm-dd hh:nn:ss.ms", "2010-03-05 08:15:75", TimeFlaw::kRange},
+      {"yyyy-mm-dd hh:nn:ss:ms", "2010-03-05 08:15:30:250", TimeFlaw::kNone},
+      {"yyyy-mm-dd hh:nn:ss:ms", "2010-03-05 08:15:30:1000", TimeFlaw::kRange},
+      {"yyyy-mm-dd hh:nn:ss:ms", "2010-03-05 08:15:60:250", TimeFlaw::kRange},
+      {"yyyy-mm-dd hh:nn:ss:ms", "2010-03-05 08:15:30.250", TimeFlaw::kColons},
+      {"hh:nn:ss dd-mm-yyyy", "08:15:30 5-3-2010", TimeFlaw::kNone},
+      {"hh:nn:ss dd-mm-yyyy", "08:15:30.9 05-03-2010", TimeFlaw::kRest},
+      {"hh:nn:ss dd-mm-yyyy", "08:15:30 05-03-2010 x", TimeFlaw::kRest},
+      {"hh:nn:ss mm-dd-yyyy", "08:15:30 04-31-2010", TimeFlaw::kDate},
+      {"hh:nn:ss.ms dd-mm-yyyy", "08:15:30.25 05-03-2010", TimeFlaw::kNone},
+      {"hh:nn:ss.ms dd-mm-yyyy", "08:15:30.25s 05-03-2010", TimeFlaw::kRest},
+      {"hh:nn:ss.ms dd-mm-yyyy", "08:15:30.25 05-03-20109", TimeFlaw::kRest},
+      {"seconds", "1619400114.5", TimeFlaw::kNone},
+      {"seconds", "1619400114.5s", TimeFlaw::kRest},
+      {"seconds", "253402300800", TimeFlaw::kTooLate},
+  };
+  for (const auto& [layout, text, flaw] : cases) {
+    TimeTextConverter converter(layout);
+    EXPECT_NE(kInvalidDouble, converter.Seconds(text)) << layout << ": " << text;
+    EXPECT_EQ(flaw, converter.Flaw()) << layout << ": " << text;
+    converter.Seconds(text);
+    EXPECT_EQ(flaw, converter.Flaw()) << "once more: " << text;
   }
 }
 

@@ -1,6 +1,8 @@
 #include "apps/qloom/text_import_wizard.h"
 
 #include <algorithm>
+#include <memory>
+#include <set>
 
 #include "platform/encoding.h"
 #include "platform/number.h"
@@ -8,6 +10,7 @@
 #include "platform/ui/tree_ctrl.h"
 #include "resources/parameter_picker_templates.h"
 #include "resources/text_import_templates.h"
+#include "text/byte_order_mark.h"
 #include "text/time_text.h"
 
 namespace loom {
@@ -35,8 +38,13 @@ ColumnText ParseColumn(const std::string& text) {
   return {column && *column >= 0 ? column : std::nullopt, text.substr(equals + 1)};
 }
 
-std::string ObjectionToColumn(const std::string& text) {
-  return ParseColumn(text).column ? "" : "'" + text + "' is not COLUMN=NAME, columns counted from 0";
+// For the values of one option in turn.
+std::function<std::string(const std::string&)> ObjectionToColumns() {
+  return [seen = std::make_shared<std::set<int>>()](const std::string& text) -> std::string {
+    const std::optional<int> column = ParseColumn(text).column;
+    if (!column) return "'" + text + "' is not COLUMN=NAME, columns counted from 0";
+    return seen->insert(*column).second ? "" : "column " + std::to_string(*column) + " is mapped twice";
+  };
 }
 
 std::string ObjectionToSeparator(const std::string& text) {
@@ -79,7 +87,7 @@ void AddTextImportOptions(Command& command, TextImportOptions& options, const st
       .Check(ObjectionToSeparator, "SEPARATOR");
   command.AddFlag("--" + prefix + "no-header", options.no_header, "The first line is data").Excludes(config);
   add("--map", options.columns, "COLUMN=NAME, columns from 0; without it the titles of the first line decide")
-      .Check(ObjectionToColumn, "COLUMN=NAME");
+      .Check(ObjectionToColumns(), "COLUMN=NAME");
   add("--save-imcf", options.save_config, "Save the import configuration to this file");
 }
 
@@ -123,7 +131,7 @@ void TextImportWizardUser::FillPages(CPropertySheet& sheet) {
   CDialog& page = *sheet.GetActivePage();
   if (!answers_.columns.empty()) FillColumns(page);
   if (!page.GetDlgItem(kButtonSaveConfig).IsWindowEnabled())
-    throw Error("no column is mapped: the first line holds no title that the catalogue knows");
+    throw Error("no column is mapped: " + WhatTheTitlesAre(page) + "; " + WhatIsSeen(page));
   if (answers_.save_config) SaveConfig(page);
   sheet.UserPress(kIdWizardFinish);
 }
@@ -155,10 +163,28 @@ void TextImportWizardUser::FillSeparator(CDialog& page) const {
   if (edit.GetWindowText().IsEmpty()) throw Error("--separator: '" + answers_.separator + "' cannot separate columns");
 }
 
+// Of the third page.
+std::string TextImportWizardUser::WhatTheTitlesAre(const CDialog& page) {
+  const CString title = page.GetDlgItem<CListCtrl>(kListTextPreview).GetItemText(0, 0);
+  if (HasByteOrderMark(title.view())) return "the file starts with a byte order mark, but is read in GBK";
+  if (title.view().starts_with('"')) return "the titles of the first line are quoted";
+  return "the first line holds no title that the catalogue knows";
+}
+
+std::string TextImportWizardUser::WhatIsSeen(const CDialog& page) const {
+  const int lines = page.GetDlgItem<CListCtrl>(kListTextPreview).GetItemCount();
+  const int columns = page.GetDlgItem<CListCtrl>(kListColumnMap).GetItemCount();
+  return (lines == 1 ? "the first line has " : "the first " + std::to_string(lines) + " lines have ") +
+         std::to_string(columns) + (columns == 1 ? " column" : " columns") + " with separator " +
+         (answers_.separator.empty() ? "tab" : answers_.separator);
+}
+
 void TextImportWizardUser::FillColumns(CDialog& page) {
   page.UserPress(kButtonUnmapAll);
   for (const auto& [column, name] : answers_.columns) {
     wanted_ = name;
+    if (column >= page.GetDlgItem<CListCtrl>(kListColumnMap).GetItemCount())
+      throw Error("--map " + std::to_string(column) + "=" + GbkToUtf8(name) + ", counted from 0: " + WhatIsSeen(page));
     page.GetDlgItem<CListCtrl>(kListColumnMap).UserSelectRows({column});
     page.UserPress(kButtonMapColumn);
   }

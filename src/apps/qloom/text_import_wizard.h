@@ -62,6 +62,8 @@ class TextImportWizardUser {
   void FillStream(CDialog& page) const;
   void FillSeparator(CDialog& page) const;
   void FillColumns(CDialog& page);
+  static std::string WhatTheTitlesAre(const CDialog& page);
+  std::string WhatIsSeen(const CDialog& page) const;
   void SaveConfig(CDialog& page) const;
 
   const TextImportAnswers& answers_;

@@ -15,6 +15,7 @@ namespace {
 
 constexpr int kTimeOnly = 126;
 constexpr int kDateAndTime = 127;
+constexpr std::int64_t kDay_s = 86400;
 constexpr double kLatest_s = 253402300799.0;  // end of the year 9999
 // Before 1973 some offsets of local time were no whole minutes.
 constexpr std::int64_t kWholeMinuteOffsets_s = 94694400;
@@ -77,8 +78,9 @@ char* DateTimeText::Put(double seconds_since_1970, char* out) {
 }
 
 void DateTimeText::StartMinute(std::int64_t time_s) {
-  const LocalTime local = LocalTimeOf(time_s);
-  const std::int64_t second_of_day = SecondOfDay(time_s, local);
+  const bool is_time_of_day = time_s >= 0 && time_s < kDay_s;
+  const LocalTime local = is_time_of_day ? LocalTime{} : LocalTimeOf(time_s);
+  const std::int64_t second_of_day = is_time_of_day ? time_s : SecondOfDay(time_s, local);
   char* end = head_;
   if (flags_ != kTimeOnly) end = PutDate(local.day, end);
   end = PutTwoDigits(second_of_day / 3600, end);
@@ -89,7 +91,7 @@ void DateTimeText::StartMinute(std::int64_t time_s) {
   minute_start_s_ = time_s - second_of_day % 60;
   // The minute of the day, as far as it lies in one of the minutes at which the offset of local time may change.
   const std::int64_t whole_minute_s = time_s / 60 * 60;
-  const bool is_known = time_s >= kWholeMinuteOffsets_s;
+  const bool is_known = is_time_of_day || time_s >= kWholeMinuteOffsets_s;
   first_s_ = is_known ? std::max(minute_start_s_, whole_minute_s) : time_s;
   last_s_ = is_known ? std::min(minute_start_s_, whole_minute_s) + 59 : time_s;
 }
