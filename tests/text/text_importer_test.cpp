@@ -108,7 +108,7 @@ TEST_F(TextImporterTest, AnInvalidTimeChangesNoBoundAndIsNoted) {
 }
 
 TEST_F(TextImporterTest, WhatIsStoredOtherThanMeantIsNotedWithItsLine) {
-  const ColumnMap columns{{0, "RecordTime"}, {1, "Small"}, {2, "Text"}};
+  const ColumnMap columns{{0, "RecordTime"}, {1, "Number"}, {2, "Text"}};
   const struct {
     const char* line;
     const char* kind;  // null: nothing to note
