@@ -12,9 +12,8 @@ constexpr const char* kNoteName = "byte-order mark";
 
 bool IsNoted(const CString& path) {
   return std::ranges::any_of(CurrentNotes().kinds(), [&](const Notes::Kind& kind) {
-    return kind.name == kNoteName && std::ranges::any_of(kind.places, [&](const Note& note) {
-             return note.file == path;
-           });
+    return kind.name == kNoteName &&
+           std::ranges::any_of(kind.places, [&](const Note& note) { return note.file == path; });
   });
 }
 

@@ -63,7 +63,7 @@ class CTextImporter : public CImporter {
   ColumnMap column_map_;
   std::int32_t stream_type_ = 0;
   NavigatorNames names_;
-  CString protocol_ = "TD-SCDMA";      // stays where the columns belong to no protocol
+  CString protocol_ = "TD-SCDMA";     // stays where the columns belong to no protocol
   bool protocol_is_assumed_ = false;  // of columns that rows of every protocol hold, and no others
   std::vector<CString> lte_columns_;
 };

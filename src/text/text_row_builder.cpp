@@ -218,23 +218,22 @@ void TextRowBuilder::NoteTime(std::string_view cell, double seconds) {
     return;
   }
   const RowFlaw flaw = IsQuoted(cell) ? RowFlaw::kQuoted : FlawOf(time_.Flaw());
-  notes_.Add(flaw, [&] {
-    return QuotedCell(cell) + " in " + GbkToUtf8(data_format_) + ", read as " + TimeText(seconds);
-  });
+  notes_.Add(flaw,
+             [&] { return QuotedCell(cell) + " in " + GbkToUtf8(data_format_) + ", read as " + TimeText(seconds); });
 }
 
 bool TextRowBuilder::TruthOf(const TextColumn& column, std::string_view cell) {
   if (cell == "1" || EqualsNoCase(cell, "true")) return true;
   if (cell != "0" && !EqualsNoCase(cell, "false"))
-    notes_.Add(IsQuoted(cell) ? RowFlaw::kQuoted : RowFlaw::kNoTruth, [&] { return CellText(column, cell) + ", stored as false"; });
+    notes_.Add(IsQuoted(cell) ? RowFlaw::kQuoted : RowFlaw::kNoTruth,
+               [&] { return CellText(column, cell) + ", stored as false"; });
   return false;
 }
 
 std::uint32_t TextRowBuilder::AddText(CMemDataRow& row, const TextColumn& column, std::string_view cell) {
   if (cell.find('\0') != std::string_view::npos)
     notes_.Add(RowFlaw::kTextCut, [&] { return CellText(column, cell) + ", stored up to its zero byte"; });
-  if (IsQuoted(cell))
-    notes_.Add(RowFlaw::kQuoted, [&] { return CellText(column, cell) + ", stored with its quotes"; });
+  if (IsQuoted(cell)) notes_.Add(RowFlaw::kQuoted, [&] { return CellText(column, cell) + ", stored with its quotes"; });
   if (!IsAscii(cell) && IsWideUtf8(cell)) {
     notes_.Add(RowFlaw::kUtf8, [&] {
       const std::string text(Utf8Prefix(cell, kQuotedBytes));

@@ -37,7 +37,7 @@ struct TimeMarks {
 namespace {
 
 constexpr int kTimeDecimals = 6;
-constexpr double kFirstDay_s = 86400.0;  // the smallest number that stands for a time without a layout
+constexpr double kFirstDay_s = 86400.0;       // the smallest number that stands for a time without a layout
 constexpr double kLatest_s = 253402300799.0;  // end of the year 9999
 
 // As CString::Mid.
@@ -87,7 +87,8 @@ struct LastNumber {
   bool is_whole;  // nothing else stands there, or behind the date that follows
 };
 
-LastNumber LastNumberIn(std::string_view text, const CharacterPair& dashes, const CharacterPair& colons, const TimeLayout& layout) {
+LastNumber LastNumberIn(std::string_view text, const CharacterPair& dashes, const CharacterPair& colons,
+                        const TimeLayout& layout) {
   const std::string_view rest = Mid(text, colons.last + 1);
   const bool has_date_behind = layout.date != DateOrder::kNone && dashes.first > colons.last;
   const std::ptrdiff_t date_start = dashes.first - (layout.date == DateOrder::kYearMonthDay ? 4 : 2);

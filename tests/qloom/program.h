@@ -42,7 +42,8 @@ inline void WriteText(const std::string& path, const std::string& text) {
 inline ProgramRun RunQloom(const std::string& folder, const std::string& arguments,
                            const std::string& environment = "TZ=UTC ") {
   const std::string program = testing::ProgramPath();
-  const std::string command = "cd '" + folder + "' && " + environment + "'" + program + "' " + arguments + " >out 2>err";
+  const std::string command =
+      "cd '" + folder + "' && " + environment + "'" + program + "' " + arguments + " >out 2>err";
   const int status = std::system(command.c_str());
   ProgramRun run;
   run.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;

@@ -122,8 +122,8 @@ TEST_F(TextImportCommandTest, ATimeOfDayIsShownAsItWasInEveryTimeZone) {
   Write("day.txt", "RecordTime,RxLev\n00:00:00.5,-80\n08:15:30.25,-80\n23:59:59.999,-80\n");
   for (const char* zone : {"Asia/Shanghai", "America/New_York", "Africa/Monrovia"}) {
     const std::string zone_setting = std::string("TZ=") + zone + " ";
-    const ProgramRun run = RunQloom(
-        folder_.native(), "import-text day.txt --separator comma --time-format hh:nn:ss.ms", zone_setting);
+    const ProgramRun run =
+        RunQloom(folder_.native(), "import-text day.txt --separator comma --time-format hh:nn:ss.ms", zone_setting);
     EXPECT_NE(std::string::npos, run.out.find("1970-01-01 00:00:00.500 to 1970-01-01 23:59:59.999")) << zone << run.out;
   }
 }

@@ -30,7 +30,8 @@ class TextRoundTrip : public ::testing::Test {
   }
 
   void Drive(const std::string& log, const std::string& options) {
-    const ProgramRun made = Run("log simulate " + log.substr(0, log.find(' ')) + " --minutes 8 --interval 5 " + options);
+    const ProgramRun made =
+        Run("log simulate " + log.substr(0, log.find(' ')) + " --minutes 8 --interval 5 " + options);
     ASSERT_EQ(0, made.exit_code) << made.err;
     const json imported = Run("import " + log + " --json").Json();
     for (const json& stream : imported["logs"][0]["streams"]) {

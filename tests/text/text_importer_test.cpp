@@ -138,11 +138,13 @@ TEST_F(TextImporterTest, CellsAreCountedAgainstTheTitlesWhateverIsMapped) {
     const char* separator;
     const char* bytes;
     bool is_noted;
-  } cases[] = {
-      {",", "t,u,v\n100000,2,3,\n", false},   {",", "t,u,v\n100000,2,3,,\n", true},
-      {",", "t\n100000,2\n", true},           {":", "t: u\n100000: 2: \n", false},
-      {":", "t: u\n100000: 2: 3\n", true},    {"|", "t|u|v\n100000|2|3|4\n", true},
-      {"|", "t|u|v\n100000|2|\x81|3\n", false}};
+  } cases[] = {{",", "t,u,v\n100000,2,3,\n", false},
+               {",", "t,u,v\n100000,2,3,,\n", true},
+               {",", "t\n100000,2\n", true},
+               {":", "t: u\n100000: 2: \n", false},
+               {":", "t: u\n100000: 2: 3\n", true},
+               {"|", "t|u|v\n100000|2|3|4\n", true},
+               {"|", "t|u|v\n100000|2|\x81|3\n", false}};
   for (const ColumnMap& columns : {ColumnMap{{0, "RecordTime"}}, ColumnMap{{0, "RecordTime"}, {2, "Text"}}}) {
     for (const auto& [separator, bytes, is_noted] : cases) {
       notes_.Clear();
