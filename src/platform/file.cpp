@@ -7,9 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <cstdlib>
 #include <filesystem>
-#include <memory>
 #include <system_error>
 
 #include "platform/byte_reader.h"
@@ -33,14 +31,6 @@ auto Retry(Call call) {
   return result;
 }
 
-std::string ResolveLinks(const std::string& native) {
-  const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(native.c_str(), nullptr), &std::free);
-  if (resolved) return resolved.get();
-  std::error_code failure;  // the file is new, or a link to one that is
-  const std::filesystem::path target = std::filesystem::read_symlink(native, failure);
-  return failure ? native : (std::filesystem::path(native).parent_path() / target).native();
-}
-
 std::string NativeFolderOf(const std::string& native) {
   const std::size_t slash = native.rfind('/');
   return slash == std::string::npos ? "./" : native.substr(0, slash + 1);
@@ -58,12 +48,6 @@ void WriteAt(const FileHandle& handle, const CString& path, std::uint64_t positi
     position_bytes += static_cast<std::uint64_t>(count);
     bytes = bytes.subspan(static_cast<std::size_t>(count));
   }
-}
-
-mode_t ModeOfNewFiles() {
-  const mode_t mask = umask(0);
-  umask(mask);
-  return 0666 & ~mask;
 }
 
 }  // namespace
@@ -149,18 +133,16 @@ void ScratchFile::ReadAt(std::uint64_t position_bytes, std::span<std::byte> out)
 
 AtomicFile::AtomicFile(const CString& path) : path_(path), target_(ResolveLinks(GbkPathToNative(path))) {
   if (NameOf(path).IsEmpty()) throw FileError(path, 0, "names no file");
-  struct stat info {};
-  const bool replaces = stat(target_.c_str(), &info) == 0;
-  if (replaces && S_ISDIR(info.st_mode)) throw FileError(path, 0, "is a folder");
-  if (replaces && !S_ISREG(info.st_mode)) throw FileError(path, 0, "is not a regular file");
+  RequireReplaceable(path, target_);
   std::string name = NativeFolderOf(target_) + ".qloom-XXXXXX";
   handle_ = FileHandle(mkostemp(name.data(), O_CLOEXEC));
   if (!handle_.IsOpen()) throw SystemFileError(path, 0, "cannot create a file in its folder", errno);
   temporary_ = name;
-  if (fchmod(handle_.get(), replaces ? info.st_mode & 07777 : ModeOfNewFiles()) != 0) {
-    const int error = errno;
+  try {
+    TakeOverPermissions(path, handle_.get(), target_);
+  } catch (const FileError&) {
     Discard();
-    throw SystemFileError(path, 0, "cannot set its permissions", error);
+    throw;
   }
   buffer_.reserve(kWriteBufferBytes);
 }

@@ -111,6 +111,34 @@ TEST(AtomicFile, RefusesTargetsThatAreNoFiles) {
   EXPECT_EQ(1u, EntriesIn(folder));
 }
 
+TEST(AtomicFile, AProtectedFileStaysAndOwnersAreKept) {
+  const TempFolder folder;
+  const std::string native = folder.native() / "out";
+  WriteWholeFile(folder.File("out"), "old");
+  ASSERT_EQ(0, chmod(native.c_str(), 0444));
+  EXPECT_NE(std::string::npos, FileErrorOf([&] { AtomicFile{folder.File("out")}; }).find("write-protected"));
+  EXPECT_EQ(1u, EntriesIn(folder));
+  if (geteuid() != 0) GTEST_SKIP() << "only root gives files away";
+  ASSERT_EQ(0, chown(native.c_str(), 4711, 4712));
+  ASSERT_EQ(0, chmod(native.c_str(), 02664));
+  WriteWholeFile(folder.File("out"), "new");
+  struct stat info {};
+  ASSERT_EQ(0, stat(native.c_str(), &info));
+  EXPECT_EQ(4711u, info.st_uid);
+  EXPECT_EQ(4712u, info.st_gid);
+  EXPECT_EQ(02664u, info.st_mode & 07777);
+
+  // Somebody else may write the file, but not keep its owner.
+  ASSERT_EQ(0, chmod(native.c_str(), 0666));
+  ASSERT_EQ(0, chmod(folder.native().c_str(), 0777));
+  ASSERT_EQ(0, seteuid(65534));
+  const std::string refusal = FileErrorOf([&] { WriteWholeFile(folder.File("out"), "newer"); });
+  ASSERT_EQ(0, seteuid(0));
+  EXPECT_NE(std::string::npos, refusal.find("owner and group (4711:4712)")) << refusal;
+  EXPECT_EQ("new", ReadWholeText(folder.File("out")));
+  EXPECT_EQ(1u, EntriesIn(folder));
+}
+
 TEST(AtomicFile, FollowsALink) {
   const TempFolder folder;
   WriteWholeFile(folder.File("real"), "old");
