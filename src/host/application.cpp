@@ -28,6 +28,23 @@ class CatalogueTypes final : public CMemDataType {
   const IECatalogue& catalogue_;
 };
 
+// A log is recorded as recent when a batch has imported it: with every element, unless the batch stores its selection
+// behind that. A log that is opened again is not recorded, and keeps the selection that it was opened with.
+class RecordedLogs final : public CSystemConfig {
+ public:
+  RecordedLogs(StoredProject& project, std::unique_ptr<RecentLogs> recent)
+      : project_(project), recent_(std::move(recent)) {}
+  CString GetRecentLogFile(std::int32_t index) const override { return recent_->GetRecentLogFile(index); }
+  void SetRecentLogFile(const CString& path) override {
+    project_.DropImpSetting(path);
+    recent_->SetRecentLogFile(path);
+  }
+
+ private:
+  StoredProject& project_;
+  std::unique_ptr<RecentLogs> recent_;
+};
+
 }  // namespace
 
 HostApplication::HostApplication(const HostOptions& options)
@@ -35,15 +52,14 @@ HostApplication::HostApplication(const HostOptions& options)
 
 HostApplication::HostApplication(IECatalogue catalogue, const HostOptions& options) : catalogue_(std::move(catalogue)) {
   if (g_project != nullptr) throw std::logic_error("another application runs in this process");
-  project_ = options.project_path.IsEmpty() ? std::make_unique<StoredProject>(catalogue_, AbsoluteFolderOf(""))
-                                            : StoredProject::Open(catalogue_, options.project_path);
+  project_ = options.project_path.IsEmpty()
+                 ? std::make_unique<StoredProject>(catalogue_, AbsoluteFolderOf(""))
+                 : StoredProject::Open(catalogue_, options.project_path, options.project_access);
   system_project_ = std::make_unique<StoredProject>(catalogue_, options.config_folder);
   data_types_ = std::make_unique<CatalogueTypes>(catalogue_);
-  if (options.recent_logs_path.IsEmpty()) {
-    system_config_ = std::make_unique<RecentLogs>(project_->RecentLogs());
-  } else {
-    system_config_ = std::make_unique<RecentLogs>(options.recent_logs_path);
-  }
+  auto recent = options.recent_logs_path.IsEmpty() ? std::make_unique<RecentLogs>(project_->RecentLogs())
+                                                   : std::make_unique<RecentLogs>(options.recent_logs_path);
+  system_config_ = std::make_unique<RecordedLogs>(*project_, std::move(recent));
   network_ = std::make_unique<NetworkDatabase>(project_->WorkingCopy());
   communicator_ = std::make_unique<ModuleCommunicator>(StreamStore::Instance());
   workbooks_ = std::make_unique<WorkbookServer>(project_->GetPath());

@@ -16,6 +16,7 @@ struct HostOptions {
   CString config_folder;     // of the catalogue files
   CString project_path;      // *.qlp, made by the first Save() when missing; empty = a temporary project
   CString recent_logs_path;  // file of the user's that remembers recent logs; empty = the project remembers them
+  ProjectAccess project_access = {};
 };
 
 // The host of the module: opens catalogue and project and installs g_project, g_sysProject, g_memDataType,

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -78,10 +79,10 @@ TEST_F(ProjectTest, EverythingItHoldsComesBack) {
     first.SetParamSetting({{"RSCP", {"PCCPCH_RSCP", -116.5, -25}}});
     second.AddLogFile(paths[1]);
     second.SetParamSetting({{"CI", {"CI"}}});
+    for (const CString& path : paths) g_systemConfig->SetRecentLogFile(path);
     g_project->AddImpSetting(first);
     g_project->AddImpSetting(second);
     g_project->AddTxtFile(text);
-    for (const CString& path : paths) g_systemConfig->SetRecentLogFile(path);
     application->network().PutRows("tbl_Cell", {{{"CI", std::int64_t{77}}, {"Longitude", 1.5}, {"Latitude", 2.5}}});
     g_project->modified = 1;
     application->project().Save();
@@ -174,9 +175,105 @@ TEST_F(ProjectTest, ASaveThatFailsLeavesTheOldFile) {
 
   EXPECT_EQ(g_project->modified, 1);
   EXPECT_EQ(ReadWholeText(path_), before);
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.native()), {}), 1) << "something was left behind";
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.native()), {}), 2) << "project and lock";
   application->project().Save();
   EXPECT_GT(ReadWholeText(path_).size(), before.size() + 4096);
+}
+
+// What one process does with a project while another, or this one twice, has it open.
+class ProjectLockTest : public ProjectTest {
+ protected:
+  using Mode = ProjectAccess::Mode;
+  std::unique_ptr<StoredProject> Open(Mode mode) { return StoredProject::Open(catalogue_, path_, {.mode = mode}); }
+  bool HasLockFile() const { return FileExists(path_ + ".lock"); }
+
+  const IECatalogue catalogue_ = Catalogue();
+};
+
+TEST_F(ProjectLockTest, OneHoldsItOthersReadWhatWasSavedLast) {
+  SaveProjectWithOneLog();
+  EXPECT_FALSE(HasLockFile());
+  const auto holder = Open(Mode::kWrite);
+  holder->AddProjectLogFile(Log("/logs/b.log", 3));
+  EXPECT_THROW(Open(Mode::kWrite), ProjectInUse);
+  const auto reader = Open(Mode::kRead);
+  EXPECT_EQ(1u, reader->Content().logs.size());
+  EXPECT_THROW(reader->Save(), FileError);
+  const auto desktop = Open(Mode::kWriteIfPossible);
+  EXPECT_NE(std::string::npos, desktop->ReadOnlyReason().find(std::to_string(getpid()))) << desktop->ReadOnlyReason();
+  EXPECT_THROW(desktop->Save(), FileError);
+  holder->Save();
+  EXPECT_EQ(2u, Open(Mode::kRead)->Content().logs.size());
+
+  // Under another name it is somebody's own again; the way back is closed as long as the name is held.
+  const CString other = folder_.File("other.qlp");
+  desktop->SaveAs(other);
+  EXPECT_EQ("", desktop->ReadOnlyReason());
+  EXPECT_THROW(desktop->SaveAs(path_), ProjectInUse);
+  EXPECT_THROW(StoredProject::Open(catalogue_, other, {}), ProjectInUse);
+}
+
+TEST_F(ProjectLockTest, WhoWaitsGetsItOnceItIsReleased) {
+  auto holder = Open(Mode::kWrite);
+  std::filesystem::create_symlink("测试.qlp", folder_.native() / "link.qlp");
+  int asked = 0;
+  const auto wait = [&](const ProjectInUse&) {
+    if (++asked == 3) holder.reset();
+  };
+  const auto next = StoredProject::Open(catalogue_, folder_.File("link.qlp"), {.mode = Mode::kWrite, .wait = wait});
+  EXPECT_EQ(3, asked);
+  next->Save();
+  EXPECT_TRUE(FileExists(path_)) << "what the link stands for";
+}
+
+TEST_F(ProjectLockTest, ItDiesWithItsProcess) {
+  const pid_t child = fork();
+  if (child == 0) {
+    Open(Mode::kWrite).release();
+    _exit(0);
+  }
+  ASSERT_EQ(child, waitpid(child, nullptr, 0));
+  EXPECT_TRUE(HasLockFile());
+  Open(Mode::kWrite)->Save();
+  EXPECT_FALSE(HasLockFile());
+}
+
+TEST_F(ProjectLockTest, AFileThatIsNotTheOneThatWasReadStays) {
+  SaveProjectWithOneLog();
+  const std::string saved = ReadWholeText(path_);
+  const auto project = Open(Mode::kWrite);
+  std::string foreign = saved;
+  foreign.back() = static_cast<char>(foreign.back() ^ 1);
+  WriteWholeFile(path_, foreign);
+  EXPECT_THROW(project->Save(), FileError);
+  EXPECT_THROW(project->SaveAs(path_), FileError);
+  EXPECT_EQ(foreign, ReadWholeText(path_));
+  RemoveFile(path_);
+  EXPECT_THROW(project->Save(), FileError);
+  WriteWholeFile(path_, saved);
+  project->Save();
+  project->AddProjectLogFile(Log("/logs/b.log", 3));
+  project->Save();
+  EXPECT_EQ(2u, Open(Mode::kRead)->Content().logs.size());
+}
+
+TEST_F(ProjectLockTest, WhatCannotBeReplacedIsKnownWhenItIsOpened) {
+  SaveProjectWithOneLog();
+  std::filesystem::permissions(folder_.native() / "测试.qlp", std::filesystem::perms{0444});
+  EXPECT_THROW(Open(Mode::kWrite), FileError);
+  EXPECT_NE("", Open(Mode::kWriteIfPossible)->ReadOnlyReason());
+  EXPECT_FALSE(HasLockFile());
+}
+
+TEST_F(ProjectTest, ALogImportedAgainWithEverythingLosesItsSelection) {
+  const auto application = Start();
+  CImportSetting batch;
+  for (const char* const path : {"/logs/a.log", "/logs/b.log"}) batch.AddLogFile(path);
+  batch.SetParamSetting({{"CI", {"CI"}}});
+  g_project->AddImpSetting(batch);
+  g_systemConfig->SetRecentLogFile("/logs/a.log");
+  EXPECT_TRUE(g_project->GetImpSettingByLogFile("/logs/a.log").empty());
+  EXPECT_FALSE(g_project->GetImpSettingByLogFile("/logs/b.log").empty());
 }
 
 TEST_F(ProjectTest, AFileThatIsNoWholeProjectIsRefusedWithItsReason) {

@@ -1,5 +1,7 @@
 #include "host/project/project_file.h"
 
+#include <functional>
+
 #include "host/project/project_content.h"
 #include "platform/byte_reader.h"
 #include "platform/file.h"
@@ -53,6 +55,8 @@ void CheckContent(const CString& path, Database& database) {
     throw FileError(path, 0, "the project file is damaged: " + check.Text(0).str());
 }
 
+ProjectStamp StampOf(std::string_view image) { return std::hash<std::string_view>()(image); }
+
 }  // namespace
 
 Database NewProjectDatabase() {
@@ -63,18 +67,29 @@ Database NewProjectDatabase() {
   return database;
 }
 
-Database ReadProjectFile(const CString& path) {
+ProjectStamp StampOfProjectFile(const CString& path) {
+  return FileExists(path) ? StampOf(AsText(ReadWholeFile(path))) : ProjectStamp();
+}
+
+ProjectFile ReadProjectFile(const CString& path) {
+  if (!FileExists(path)) return {NewProjectDatabase(), std::nullopt};
   const std::vector<std::byte> image = ReadWholeFile(path);
   CheckHeader(path, image);
   try {
     Database database(image);
     CheckContent(path, database);
-    return database;
+    return {std::move(database), StampOf(AsText(image))};
   } catch (const DatabaseError& error) {
     throw FileError(path, 0, std::string("the project file is damaged: ") + error.what());
   }
 }
 
-void WriteProjectFile(const CString& path, Database& database) { WriteWholeFile(path, database.Image()); }
+ProjectStamp WriteProjectFile(const CString& path, Database& database) {
+  const std::string image = database.Image();
+  WriteWholeFile(path, image);
+  return StampOf(image);
+}
+
+void RequireWritableProject(const CString& path) { const AtomicFile abandoned(path); }
 
 }  // namespace loom

@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "host/project/project_file.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
 
@@ -26,6 +25,35 @@ auto FindText(const std::list<CProjectTxtFile>& files, const CString& name) {
                       [&](const CProjectTxtFile& file) { return file.GetTxtName() == name; });
 }
 
+// What opening a file came to: the project is held, or there is a reason why it is only read.
+struct Holding {
+  std::unique_ptr<ProjectLock> lock = nullptr;
+  std::string read_only_reason = {};
+};
+
+std::unique_ptr<ProjectLock> WaitForLock(const CString& path, const ProjectAccess& access) {
+  for (std::string holder;;) {
+    if (auto lock = ProjectLock::TryTake(path, holder)) return lock;
+    const ProjectInUse in_use(path, holder);
+    if (access.mode != ProjectAccess::Mode::kWrite || !access.wait) throw in_use;
+    access.wait(in_use);
+  }
+}
+
+Holding Hold(const CString& path, const ProjectAccess& access) {
+  if (access.mode == ProjectAccess::Mode::kRead) return {.read_only_reason = "it is open for reading"};
+  try {
+    RequireWritableProject(path);
+    return {.lock = WaitForLock(path, access)};
+  } catch (const ProjectInUse& in_use) {
+    if (access.mode == ProjectAccess::Mode::kWrite) throw;
+    return {.read_only_reason = "in use by " + in_use.holder};
+  } catch (const FileError& error) {
+    if (access.mode == ProjectAccess::Mode::kWrite) throw;
+    return {.read_only_reason = error.reason()};
+  }
+}
+
 }  // namespace
 
 CString AbsoluteFolderOf(const CString& file_path) {
@@ -36,18 +64,23 @@ CString AbsoluteFolderOf(const CString& file_path) {
 StoredProject::StoredProject(const IECatalogue& catalogue, const CString& folder)
     : catalogue_(catalogue), folder_(folder), database_(NewProjectDatabase()) {}
 
-StoredProject::StoredProject(const IECatalogue& catalogue, const CString& path, Database database)
+StoredProject::StoredProject(const IECatalogue& catalogue, const CString& path, ProjectFile file)
     : catalogue_(catalogue),
       path_(path),
       folder_(AbsoluteFolderOf(path)),
-      database_(std::move(database)),
+      stamp_(file.stamp),
+      database_(std::move(file.database)),
       content_(ReadContent(path, database_)) {
   for (auto log = content_.logs.begin(); log != content_.logs.end(); ++log) log_by_path_[log->GetLogFilePath()] = log;
 }
 
-std::unique_ptr<StoredProject> StoredProject::Open(const IECatalogue& catalogue, const CString& path) {
-  Database database = FileExists(path) ? ReadProjectFile(path) : NewProjectDatabase();
-  return std::unique_ptr<StoredProject>(new StoredProject(catalogue, path, std::move(database)));
+std::unique_ptr<StoredProject> StoredProject::Open(const IECatalogue& catalogue, const CString& path,
+                                                   const ProjectAccess& access) {
+  Holding holding = Hold(path, access);
+  std::unique_ptr<StoredProject> project(new StoredProject(catalogue, path, ReadProjectFile(path)));
+  project->lock_ = std::move(holding.lock);
+  project->read_only_reason_ = std::move(holding.read_only_reason);
+  return project;
 }
 
 std::int32_t StoredProject::GetIEID(const CString& name) const {
@@ -161,16 +194,36 @@ const CProjectTxtFile* StoredProject::GetProjectTxtFileByName(const CString& nam
 
 void StoredProject::Save() {
   if (IsTemporary()) throw std::logic_error("a temporary project has no file");
-  SaveAs(path_);
+  if (!read_only_reason_.empty()) throw FileError(path_, 0, "is not saved: " + read_only_reason_);
+  RequireFileThatWasRead();
+  Write(path_);
+}
+
+void StoredProject::RequireFileThatWasRead() const {
+  if (StampOfProjectFile(path_) != stamp_)
+    throw FileError(path_, 0,
+                    "is not the file that was read: another program has written or removed it meanwhile; it stays as "
+                    "it is");
 }
 
 void StoredProject::SaveAs(const CString& path) {
+  if (lock_ && lock_->IsOf(path)) return Save();
+  std::string holder;
+  std::unique_ptr<ProjectLock> lock = ProjectLock::TryTake(path, holder);
+  if (!lock) throw ProjectInUse(path, holder);
+  if (!IsTemporary() && lock->IsOf(path_)) RequireFileThatWasRead();
+  Write(path);
+  lock_ = std::move(lock);
+  read_only_reason_.clear();
+  path_ = path;
+  folder_ = AbsoluteFolderOf(path);
+}
+
+void StoredProject::Write(const CString& path) {
   Transaction transaction(database_);
   WriteProjectContent(database_, content_);
   transaction.Commit();
-  WriteProjectFile(path, database_);
-  path_ = path;
-  folder_ = AbsoluteFolderOf(path);
+  stamp_ = WriteProjectFile(path, database_);
   modified = 0;
 }
 

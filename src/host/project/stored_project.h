@@ -1,17 +1,34 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "components/project.h"
 #include "host/catalogue/catalogue.h"
 #include "host/project/database.h"
 #include "host/project/project_content.h"
+#include "host/project/project_file.h"
+#include "host/project/project_lock.h"
 
 namespace loom {
 
 // Folder of a file, absolute, without a trailing separator; of the empty path the working folder.
 CString AbsoluteFolderOf(const CString& file_path);
+
+// How a project file is opened.
+struct ProjectAccess {
+  enum class Mode {
+    kRead,             // takes no lock: the state saved last, which Save() does not change
+    kWrite,            // holds the project from here to the end, or throws
+    kWriteIfPossible,  // the same, but reads where kWrite would throw since another holds it or it cannot be replaced
+  };
+  Mode mode = Mode::kWrite;
+  // With kWrite: called each time another process turns out to hold the project. Returns to try again, having waited,
+  // or throws to give up. Without it ProjectInUse is thrown at once.
+  std::function<void(const ProjectInUse&)> wait = {};
+};
 
 // A project in one file (*.qlp), or a temporary one without a file. All work happens on a copy in memory, the tables of
 // the network elements included; only Save() touches the file.
@@ -19,9 +36,10 @@ class StoredProject final : public CProject, private CNTLog {
  public:
   // Temporary, in the folder given.
   StoredProject(const IECatalogue& catalogue, const CString& folder);
-  // Opens the file, throwing FileError when it is no whole project of a known schema. Without a file of that name the
-  // project is new and the first Save() makes the file.
-  static std::unique_ptr<StoredProject> Open(const IECatalogue& catalogue, const CString& path);
+  // Opens the file, throwing FileError when it is no whole project of a known schema or, with kWrite, could not be
+  // replaced. Without a file of that name the project is new and the first Save() makes the file.
+  static std::unique_ptr<StoredProject> Open(const IECatalogue& catalogue, const CString& path,
+                                             const ProjectAccess& access);
 
   std::int32_t GetIEID(const CString& name) const override;
   CString GetIEName(std::int32_t id) const override;
@@ -40,18 +58,23 @@ class StoredProject final : public CProject, private CNTLog {
   void GetBinningSetting(const CString& path, struct_BinningSetting& setting) const override;
   void AddImpSetting(const CImportSetting& setting) override;  // its logs leave earlier batches
   ImpIESettings GetImpSettingByLogFile(const CString& path) const override;
+  // Of a log that was imported anew: what a batch had chosen for it before no longer counts.
+  void DropImpSetting(const CString& path) { RemoveFromImportSettings({path}); }
 
   void AddTxtFile(const CProjectTxtFile& file) override;
   void RemoveTxtFile(const CString& name) override;
   const CProjectTxtFile* GetProjectTxtFileByName(const CString& name) const override;
 
   // Writes the project to its file and clears the modified flag. Throws std::logic_error for a temporary project, else
-  // Error; the file is then what it was.
+  // Error; the file is then what it was. A project that is open for reading is refused, and so is a file that is no
+  // longer the one that was read.
   void Save();
-  // The same to another file, which is the project's from then on.
+  // The same to another file, which is the project's from then on and held; ProjectInUse when another process holds it.
   void SaveAs(const CString& path);
 
   bool IsTemporary() const { return path_.IsEmpty(); }
+  // Why Save() is refused, UTF-8; empty when it is not.
+  const std::string& ReadOnlyReason() const { return read_only_reason_; }
   const CString& FilePath() const { return path_; }            // empty for a temporary project
   void SetFolder(const CString& folder) { folder_ = folder; }  // of a temporary project
   const ProjectContent& Content() const { return content_; }
@@ -59,7 +82,9 @@ class StoredProject final : public CProject, private CNTLog {
   Database& WorkingCopy() { return database_; }
 
  private:
-  StoredProject(const IECatalogue& catalogue, const CString& path, Database database);
+  StoredProject(const IECatalogue& catalogue, const CString& path, ProjectFile file);
+  void RequireFileThatWasRead() const;
+  void Write(const CString& path);
   const CProjectLogfile* GetProjectLogFileByPath(const CString& path) const override;
   std::vector<const CProjectLogfile*> GetProjectLogFiles() const override;
   void RemoveFromImportSettings(const std::vector<CString>& paths);
@@ -67,6 +92,9 @@ class StoredProject final : public CProject, private CNTLog {
   const IECatalogue& catalogue_;
   CString path_;
   CString folder_;
+  std::unique_ptr<ProjectLock> lock_;  // null for a temporary project and for one that is open for reading
+  std::string read_only_reason_;
+  ProjectStamp stamp_;  // of the file as it was read or written
   Database database_;
   ProjectContent content_;
   std::map<CString, std::list<CProjectLogfile>::iterator> log_by_path_;
