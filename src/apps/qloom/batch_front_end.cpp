@@ -5,7 +5,6 @@
 #include <iostream>
 #include <utility>
 
-#include "apps/qloom/json_streams.h"
 #include "platform/encoding.h"
 #include "platform/log.h"
 #include "platform/ui/dialog.h"
@@ -19,30 +18,28 @@ namespace {
 
 volatile std::sig_atomic_t g_interrupted = 0;
 
-void Trace(Json line) { std::cerr << line.dump() << '\n'; }
-
 class BatchProgress : public ProgressView {
  public:
   BatchProgress(const ProgressRequest& request, std::optional<int> cancel_at, bool trace, bool bar)
       : can_cancel_(request.can_cancel), cancel_at_(cancel_at), trace_(trace), bar_(bar) {
-    if (trace_) Trace({{"progress", "open"}, {"title", JsonText(request.title)}, {"can_cancel", can_cancel_}});
+    if (trace_) TraceUi({{"progress", "open"}, {"title", JsonText(request.title)}, {"can_cancel", can_cancel_}});
   }
   ~BatchProgress() override {
     if (bar_ && drawn_) std::fputs("\r\033[K", stderr);
-    if (trace_) Trace({{"progress", "close"}});
+    if (trace_) TraceUi({{"progress", "close"}});
   }
   void SetText(const CString& text) override {
     text_ = GbkToUtf8(text);
-    if (trace_) Trace({{"progress", "text"}, {"text", text_}});
+    if (trace_) TraceUi({{"progress", "text"}, {"text", text_}});
   }
   void SetRange(int lowest, int highest) override {
     lowest_ = lowest;
     highest_ = highest;
-    if (trace_) Trace({{"progress", "range"}, {"range", {lowest, highest}}});
+    if (trace_) TraceUi({{"progress", "range"}, {"range", {lowest, highest}}});
   }
   void SetPos(int position) override {
     position_ = position;
-    if (trace_) Trace({{"progress", "position"}, {"position", position}});
+    if (trace_) TraceUi({{"progress", "position"}, {"position", position}});
     if (bar_) Draw();
   }
   void Pump() override {}
@@ -85,6 +82,27 @@ void AnswerHandsetQuestion(CDialog& dialog, const BatchAnswers& answers) {
 
 }  // namespace
 
+void TraceUi(const Json& line) { std::cerr << line.dump() << '\n'; }
+
+void TraceWindow(const CDialog& dialog, const CString& title) {
+  TraceUi({{"window", dialog.GetTemplate().id}, {"title", JsonText(title)}});
+}
+
+void TraceFileDialog(const FileDialogRequest& request) {
+  TraceUi({{"window", "files"}, {"title", JsonText(request.title)}});
+}
+
+void TraceMessage(const MessageBoxRequest& request, MessageAnswer answer) {
+  TraceUi({{"message", JsonText(request.text)},
+           {"icon", MessageIconName(request.icon)},
+           {"answer", MessageAnswerName(answer)}});
+}
+
+std::unique_ptr<ProgressView> MakeBatchProgress(const ProgressRequest& request, std::optional<int> cancel_at,
+                                                bool trace, bool bar) {
+  return std::make_unique<BatchProgress>(request, cancel_at, trace, bar);
+}
+
 void CatchInterrupts() {
   struct sigaction action = {};
   action.sa_handler = [](int) { g_interrupted = 1; };
@@ -100,7 +118,7 @@ BatchFrontEnd::BatchFrontEnd(BatchAnswers answers, bool trace, bool bar)
 }
 
 void BatchFrontEnd::ShowDialog(CDialog& dialog) {
-  if (trace_) Trace({{"window", dialog.GetTemplate().id}, {"title", JsonText(dialog.GetTitle())}});
+  if (trace_) TraceWindow(dialog, dialog.GetTitle());
   if (dialog.GetTemplate().id == kDialogHandsetType) return AnswerHandsetQuestion(dialog, answers_);
   if (const auto fill = answers_.dialogs.find(dialog.GetTemplate().id); fill != answers_.dialogs.end())
     return fill->second(dialog, *this);
@@ -111,7 +129,7 @@ void BatchFrontEnd::ShowDialog(CDialog& dialog) {
 }
 
 void BatchFrontEnd::ShowSheet(CPropertySheet& sheet) {
-  if (trace_) Trace({{"window", sheet.GetActivePage()->GetTemplate().id}, {"title", JsonText(sheet.GetTitle())}});
+  if (trace_) TraceWindow(*sheet.GetActivePage(), sheet.GetTitle());
   if (answers_.text_import && TextImportWizardUser::IsWizard(sheet)) return FillTextImport(sheet);
   const auto pick_file = [this](const CString& path) { sheet_file_ = path; };
   if (text_export_ && TextExportWizardUser::IsTextExportWizard(sheet)) return text_export_->Fill(sheet, pick_file);
@@ -132,11 +150,7 @@ void BatchFrontEnd::FillTextImport(CPropertySheet& wizard) {
 MessageAnswer BatchFrontEnd::ShowMessage(const MessageBoxRequest& request) {
   const MessageAnswer answer = answers_.yes ? AgreeingAnswer(request.buttons) : DecliningAnswer(request.buttons);
   messages_.push_back({request, answer});
-  if (trace_) {
-    Trace({{"message", JsonText(request.text)},
-           {"icon", MessageIconName(request.icon)},
-           {"answer", MessageAnswerName(answer)}});
-  }
+  if (trace_) TraceMessage(request, answer);
   return answer;
 }
 
@@ -157,14 +171,14 @@ bool BatchFrontEnd::PassesSettings(const FileDialogRequest& request) {
 }
 
 std::optional<std::vector<CString>> BatchFrontEnd::ShowFileDialog(const FileDialogRequest& request) {
-  if (trace_) Trace({{"window", "files"}, {"title", JsonText(request.title)}});
+  if (trace_) TraceFileDialog(request);
   if (sheet_file_) return PickUnlessKept(request, {*std::exchange(sheet_file_, std::nullopt)});
   if (answers_.files.empty() || !PassesSettings(request)) return std::nullopt;
   return PickUnlessKept(request, std::exchange(answers_.files, {}));
 }
 
 std::unique_ptr<ProgressView> BatchFrontEnd::ShowProgress(const ProgressRequest& request) {
-  return std::make_unique<BatchProgress>(request, answers_.cancel_at, trace_, bar_);
+  return MakeBatchProgress(request, answers_.cancel_at, trace_, bar_);
 }
 
 }  // namespace loom

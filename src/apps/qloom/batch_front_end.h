@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "apps/qloom/import_sheet.h"
+#include "apps/qloom/json_streams.h"
 #include "apps/qloom/text_export_wizard.h"
 #include "apps/qloom/text_import_wizard.h"
 #include "platform/ui/front_end.h"
@@ -27,8 +28,8 @@ struct BatchAnswers {
   std::optional<ImportSheetAnswers> import_sheet;  // none: the settings sheet stays closed
   // By template: fills a dialog and presses its buttons.
   std::map<int, std::function<void(CDialog&, BatchFrontEnd&)>> dialogs;
-  std::optional<TextImportAnswers> text_import;    // none: the text import wizard is cancelled
-  std::optional<TextExportAnswers> text_export;    // none: the wizard is cancelled
+  std::optional<TextImportAnswers> text_import;  // none: the text import wizard is cancelled
+  std::optional<TextExportAnswers> text_export;  // none: the wizard is cancelled
   // By template of the first page: the same for a sheet.
   std::map<int, std::function<void(CPropertySheet&)>> sheets;
 };
@@ -71,6 +72,17 @@ class BatchFrontEnd : public FrontEnd {
   std::optional<TextImportWizardUser> text_import_user_;  // while the wizard is open
   std::vector<MessageShown> messages_;
 };
+
+// A progress window of a program without windows: cancelled by an interrupt, and once it has come to `cancel_at`
+// percent.
+std::unique_ptr<ProgressView> MakeBatchProgress(const ProgressRequest& request, std::optional<int> cancel_at,
+                                                bool trace, bool bar);
+
+// What --trace-ui tells, one JSON object a line on stderr.
+void TraceUi(const Json& line);
+void TraceWindow(const CDialog& dialog, const CString& title);
+void TraceFileDialog(const FileDialogRequest& request);
+void TraceMessage(const MessageBoxRequest& request, MessageAnswer answer);
 
 // From now on an interrupt (Ctrl-C) cancels whatever runs; WasInterrupted() tells.
 void CatchInterrupts();

@@ -68,6 +68,8 @@ Command Command::AddCommand(const std::string& name, const std::string& descript
   command.AddOption("--cancel-at", common.cancel_at, "Press cancel when the progress reaches this percentage")
       .Between(0, 100);
   command.AddOption("--project", common.project, "Project to work in, created when missing");
+  command.AddOption("--wait", common.wait_s, "Seconds to wait for a project that another process holds (default 30)")
+      .Between(0, 86400);
   command.AddOption("--config", common.config,
                     "Folder of the catalogue (default: ../Config from the program's folder)");
   return command;
@@ -116,7 +118,9 @@ std::optional<int> Program::Parse(int argc, char** argv) {
   try {
     app_->parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app_->exit(error);
+    const int exit_code = app_->exit(error);
+    if (exit_code != 0) wrong_usage_ = error.what();
+    return exit_code;
   }
   return std::nullopt;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -24,8 +25,9 @@ struct CommonOptions {
   bool no = false;  // answer to questions
   bool trace_ui = false;
   std::optional<int> cancel_at;
-  std::string project;  // empty: a temporary project
-  std::string config;   // empty: ../Config from the program's folder
+  std::string project;       // empty: a temporary project
+  std::int32_t wait_s = 30;  // for a project that another process holds
+  std::string config;        // empty: ../Config from the program's folder
 };
 
 // What a parsed command line has chosen: the command's work, and the options that every command takes.
@@ -100,10 +102,13 @@ class Program {
   Command commands() { return {*app_, line_}; }
   // Nothing when a command is ready to run; otherwise the exit code, after a help or what is wrong was printed.
   std::optional<int> Parse(int argc, char** argv);
+  // What Parse has found wrong; empty when nothing.
+  const std::string& WrongUsage() const { return wrong_usage_; }
 
  private:
   CommandLine line_;
   std::unique_ptr<CLI::App> app_;
+  std::string wrong_usage_;
 };
 
 }  // namespace loom

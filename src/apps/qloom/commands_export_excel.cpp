@@ -113,7 +113,7 @@ int RunExportExcel(const CommandLine& line, const ExcelOptions& options) {
   Session session(
       line.common,
       has_source ? SourceAnswersFrom(line.common, options.source) : AnswersFrom(line.common, options.source),
-      has_source ? FirstLog(options.source) : CString());
+      has_source ? FirstLog(options.source) : CString(), has_source ? ProjectUse::kChange : ProjectUse::kRead);
   LogReport report(session);
   const int imported = has_source ? ImportSource(session.manager(), options.source, report) : kBatchDone;
   int exit_code = report.ExitCodeOf(imported);

@@ -45,8 +45,7 @@ int RunToIntermediate(const CommandLine& line, const IntermediateOptions& option
   answers.yes = !line.common.no;
   answers.cancel_at = line.common.cancel_at;
   answers.files = {log};
-  Session session(line.common, std::move(answers), log);
-  session.KeepProjectFile();
+  Session session(line.common, std::move(answers), log, ProjectUse::kRead);
   const ILogfile* const logfile = ImportOneLog(session, log);
   if (logfile == nullptr) return session.Finish({{"result", 0}, {"out", options.out}}, kExitFailed);
   const IntermediateSummary summary =

@@ -53,20 +53,15 @@ void PrintRows(IDataStream& stream, const ImportOptions& options) {
 }
 
 int RunRows(const CommandLine& line, const ImportOptions& options) {
-  CommonOptions common = line.common;
-  common.json = false;  // rows are JSON lines by themselves
-  Session session(common, SourceAnswersFrom(common, options), FirstLog(options));
+  Session session(line.common, SourceAnswersFrom(line.common, options), FirstLog(options));
   LogReport report(session);
   const int result = ImportSource(session.manager(), options, report);
-  int exit_code = report.ExitCodeOf(result);
-  if (exit_code == kExitDone) {
-    if (IDataStream* stream = FindStreamOrList(report, options.stream)) {
-      PrintRows(*stream, options);
-    } else {
-      exit_code = kExitFailed;
-    }
-  }
-  return session.Finish(Json::object(), exit_code);
+  const int exit_code = report.ExitCodeOf(result);
+  if (exit_code != kExitDone) return session.FinishLines(exit_code);
+  IDataStream* const stream = FindStreamOrList(report, options.stream);
+  if (stream == nullptr) return session.FinishLines(kExitFailed, "the file has no stream \"" + options.stream + '"');
+  PrintRows(*stream, options);
+  return session.FinishLines(kExitDone);
 }
 
 // A command of one log: its positional argument and the handset question's options.

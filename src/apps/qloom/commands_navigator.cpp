@@ -39,8 +39,7 @@ void PrintNames(const char* title, const std::vector<CString>& names) {
 }
 
 int ShowTree(const CommandLine& line) {
-  Session session(line.common, {}, {});
-  session.KeepProjectFile();
+  Session session(line.common, {}, {}, ProjectUse::kRead);
   CMarkupMSXML navigator;
   RequireNavigator(navigator);
   if (!line.common.json) PrintTree(navigator);
@@ -48,8 +47,7 @@ int ShowTree(const CommandLine& line) {
 }
 
 int ShowLists(const CommandLine& line) {
-  Session session(line.common, {}, {});
-  session.KeepProjectFile();
+  Session session(line.common, {}, {}, ProjectUse::kRead);
   CMarkupMSXML navigator;
   RequireNavigator(navigator);
   const NavigatorNames names = ReadNavigatorNames(navigator);

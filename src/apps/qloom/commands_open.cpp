@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <iostream>
 
 #include "apps/qloom/commands.h"
@@ -26,9 +27,16 @@ Json OpenTexts(Session& session) {
   for (const CProjectTxtFile& text : session.host().project().Content().text_files) names.push_back(text.GetTxtName());
   Json texts = Json::array();
   for (const CString& name : names) {
+    if (WasInterrupted()) break;
     texts.push_back({{"name", JsonText(name)}, {"result", session.manager().OpenTxt(name)}});
   }
   return texts;
+}
+
+// A log or text that was cancelled has left the list, and those behind an interrupt were not opened.
+bool WasCancelled(const Json& outcomes) {
+  return WasInterrupted() || std::any_of(outcomes.begin(), outcomes.end(),
+                                         [](const Json& outcome) { return outcome["result"] == kImportCancelled; });
 }
 
 int RunOpen(const CommandLine& line, const OpenOptions& options) {
@@ -38,8 +46,7 @@ int RunOpen(const CommandLine& line, const OpenOptions& options) {
   BatchAnswers answers;
   answers.yes = !common.no;
   answers.cancel_at = common.cancel_at;
-  Session session(common, std::move(answers), {});
-  if (!options.save) session.KeepProjectFile();
+  Session session(common, std::move(answers), {}, options.save ? ProjectUse::kChange : ProjectUse::kRead);
   LogReport report(session);
   for (const CString& path : ListedLogs()) {
     if (WasInterrupted()) break;
@@ -51,7 +58,11 @@ int RunOpen(const CommandLine& line, const OpenOptions& options) {
   outcomes.insert(outcomes.end(), document["texts"].begin(), document["texts"].end());
   const int result = BatchResultOf(outcomes);
   document["result"] = result;
+  const bool is_cancelled = WasCancelled(outcomes);
+  if (is_cancelled) session.KeepProjectFile();
+  if (is_cancelled && options.save) document["error"] = "the project is not saved: an import was cancelled";
   if (!common.json) report.PrintHuman(std::cout);
+  if (document.contains("error")) std::cerr << "qloom: " << document["error"].get<std::string>() << '\n';
   return session.Finish(std::move(document), report.ExitCodeOf(result));
 }
 

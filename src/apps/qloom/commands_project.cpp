@@ -101,8 +101,7 @@ int ShowProject(const CommandLine& line, const std::string& path) {
   CommonOptions common = line.common;
   common.project = path;
   if (!FileExists(NativePathToGbk(path))) throw Error(path + ": there is no such project");
-  Session session(common, {}, {});
-  session.KeepProjectFile();
+  Session session(common, {}, {}, ProjectUse::kRead);
   Json project = ProjectJson(session.host().project());
   if (!common.json) PrintProject(project);
   return session.Finish(std::move(project), kExitDone);
@@ -144,8 +143,7 @@ std::vector<NetworkRow> ReadNetworkRows(const std::string& path) {
 }
 
 int ListNetwork(const CommandLine& line, const std::string& table) {
-  Session session(line.common, {}, {});
-  session.KeepProjectFile();
+  Session session(line.common, {}, {}, ProjectUse::kRead);
   for (const NetworkRow& row : session.host().network().ListRows(Utf8ToGbk(table))) {
     Json json = Json::object();
     for (const auto& [column, value] : row) json[GbkToUtf8(column)] = NetworkValueJson(value);
@@ -177,8 +175,7 @@ const char* TypeName(MemTableFieldTypeEnum type) {
 }
 
 int ListIEs(const CommandLine& line, const std::string& grep) {
-  Session session(line.common, {}, {});
-  session.KeepProjectFile();
+  Session session(line.common, {}, {}, ProjectUse::kRead);
   Json ies = Json::array();
   for (const CIEEntry& entry : session.host().catalogue().Entries()) {
     const std::string name = GbkToUtf8(entry.name);

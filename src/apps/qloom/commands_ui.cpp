@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <iostream>
 
 #include "apps/qloom/commands.h"
@@ -38,11 +40,48 @@ const std::map<std::string, FacadeCommand> kCommands{
      }},
 };
 
+// The person of a script, with the options that hold for whoever is in front of the program.
+class ScriptPerson final : public ScriptedUser {
+ public:
+  explicit ScriptPerson(const CommonOptions& options) : options_(options) {
+    PlayFreely();
+    SetStop(&WasInterrupted);
+  }
+
+  void ShowDialog(CDialog& dialog) override {
+    if (options_.trace_ui) TraceWindow(dialog, dialog.GetTitle());
+    ScriptedUser::ShowDialog(dialog);
+  }
+  void ShowSheet(CPropertySheet& sheet) override {
+    if (options_.trace_ui) TraceWindow(*sheet.GetActivePage(), sheet.GetTitle());
+    ScriptedUser::ShowSheet(sheet);
+  }
+  MessageAnswer ShowMessage(const MessageBoxRequest& request) override {
+    const MessageAnswer answer = ScriptedUser::ShowMessage(request);
+    if (options_.trace_ui) TraceMessage(request, answer);
+    return answer;
+  }
+  std::optional<std::vector<CString>> ShowFileDialog(const FileDialogRequest& request) override {
+    if (options_.trace_ui) TraceFileDialog(request);
+    return ScriptedUser::ShowFileDialog(request);
+  }
+  std::unique_ptr<ProgressView> ShowProgress(const ProgressRequest& request) override {
+    return MakeBatchProgress(request, options_.cancel_at, options_.trace_ui, isatty(STDERR_FILENO) != 0);
+  }
+
+ private:
+  const CommonOptions& options_;
+};
+
 // Prints the window in front after each step, with the messages that came with it.
 class StatePrinter {
  public:
   explicit StatePrinter(ScriptedUser& user) : user_(user) {
     user_.SetStepListener([this] { Print(); });
+  }
+  // Messages that came behind the last step, in a state of their own.
+  void PrintRest() {
+    if (seen_ < user_.answers().size()) Print();
   }
 
  private:
@@ -62,37 +101,37 @@ class StatePrinter {
 // The first thing that went otherwise than the script says; empty when nothing did.
 std::string PlayScript(Session& session, const UiOptions& options, int& result) {
   ScriptedUser::SetFailureHandler([](const std::string&) {});  // the user remembers them
-  ScriptedUser user;
-  user.PlayFreely();
+  ScriptPerson user(session.options());
   try {
     AddScript(user, options.script);
   } catch (const Error& error) {
     return error.what();
   }
-  const StatePrinter printer(user);
+  StatePrinter printer(user);
   result = kCommands.at(options.command)(session.manager(), LogNodes().at(options.node));
   user.Finish();
+  printer.PrintRest();
   return user.failures().empty() ? std::string() : user.failures().front();
 }
 
 int RunUi(const CommandLine& line, const UiOptions& options) {
-  CommonOptions common = line.common;
-  common.json = false;  // states are JSON lines by themselves
-  const std::vector<CString> sources = ExistingFiles(options.sources);
   BatchAnswers answers;
-  answers.yes = !common.no;
-  answers.files = sources;
-  Session session(common, std::move(answers), sources.empty() ? CString() : sources.front());
+  answers.yes = !line.common.no;
+  answers.cancel_at = line.common.cancel_at;
+  for (const std::string& source : options.sources) answers.files.push_back(ExistingPath(source));
+  const CString first = answers.files.empty() ? CString() : answers.files.front();
+  Session session(line.common, std::move(answers), first);
   LogReport report(session);
-  if (!sources.empty() && session.manager().ImportLog(LogNodes().at(options.node)) != kBatchDone) {
-    return session.Finish(Json::object(), kExitFailed);
+  if (!first.IsEmpty()) {
+    const int imported = session.manager().ImportLog(LogNodes().at(options.node));
+    if (imported != kBatchDone) return session.FinishLines(WasInterrupted() ? kExitCancelled : kExitFailed);
   }
   int result = 0;
   const std::string failure = PlayScript(session, options, result);
-  if (failure.empty()) return session.Finish(Json::object(), report.ExitCodeOf(result));
+  if (failure.empty()) return session.FinishLines(report.ExitCodeOf(result));
   std::cerr << "qloom: " << failure << '\n';
   session.KeepProjectFile();
-  return session.Finish(Json::object(), kExitUsage);
+  return session.FinishLines(kExitUsage, failure);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <exception>
-#include <iostream>
 
 #include "apps/qloom/batch_front_end.h"
 #include "apps/qloom/commands.h"
@@ -15,15 +14,17 @@ int main(int argc, char** argv) {
         &loom::AddOpenCommand, &loom::AddNavigatorCommands, &loom::AddLogToolCommands, &loom::AddTextImportCommands,
         &loom::AddExportTextCommand, &loom::AddExportExcelCommand, &loom::AddNetImportCommand, &loom::AddUiCommand})
     add(commands, line);
-  if (const std::optional<int> failed = program.Parse(argc, argv))
-    return *failed == 0 ? loom::kExitDone : loom::kExitUsage;
+  if (const std::optional<int> failed = program.Parse(argc, argv)) {
+    if (*failed == 0) return loom::kExitDone;
+    loom::ReportWrongUsage(argc, argv, program.WrongUsage());
+    return loom::kExitUsage;
+  }
   loom::CatchInterrupts();
   std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write error like others
   setenv("QLOOM_LOG", "stderr", 0);
   try {
     return line.run();
   } catch (const std::exception& error) {
-    std::cerr << "qloom: " << error.what() << '\n';
-    return loom::kExitFailed;
+    return loom::ReportFailure(line.common, error.what());
   }
 }

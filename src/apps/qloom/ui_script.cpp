@@ -1,14 +1,17 @@
 #include "apps/qloom/ui_script.h"
 
+#include <filesystem>
 #include <map>
 #include <sstream>
 
+#include "apps/qloom/session.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
 #include "platform/number.h"
 #include "platform/ui/list_ctrl.h"
 #include "platform/ui/tree_ctrl.h"
 #include "resources/log_import_templates.h"
+#include "resources/text_import_templates.h"
 
 namespace loom {
 namespace {
@@ -19,9 +22,15 @@ int IdOf(const Json& arguments) { return arguments.at(0).get<int>(); }
 
 bool FlagOf(const Json& json) { return json.is_boolean() ? json.get<bool>() : json.get<int>() != 0; }
 
+// What a person types; the path of a text file, which the project keeps, from the root.
+CString TypedText(int id, const Json& text) {
+  const bool is_path = id == kEditTextPath && !text.get<std::string>().empty();
+  return is_path ? AbsolutePath(text.get<std::string>()) : TextOf(text);
+}
+
 std::vector<CString> PathsOf(const Json& json) {
   std::vector<CString> paths;
-  for (const Json& path : json) paths.push_back(NativePathToGbk(path.get<std::string>()));
+  for (const Json& path : json) paths.push_back(AbsolutePath(path.get<std::string>()));
   return paths;
 }
 
@@ -44,9 +53,25 @@ HTREEITEM ItemAt(const CTreeCtrl& tree, int position) {
   return item;
 }
 
+// Logs stand in a tree under their paths from the root; a script may name them from the working folder.
+HTREEITEM ItemByPath(const CTreeCtrl& tree, const std::string& path) {
+  if (const HTREEITEM item = tree.FindPath(Utf8ToGbk(path))) return item;
+  for (HTREEITEM item = tree.GetRootItem(); item; item = tree.GetNextItem(item)) {
+    const std::string text = GbkToUtf8(tree.GetItemText(item));
+    if (!text.starts_with('/')) continue;
+    const std::string from_here =
+        std::filesystem::path(text).lexically_relative(std::filesystem::current_path()).string();
+    const std::size_t at = path.find(from_here + '/');
+    if (at == path.npos) continue;
+    if (const HTREEITEM found = tree.FindPath(Utf8ToGbk(std::string(path).replace(at, from_here.size(), text))))
+      return found;
+  }
+  return {};
+}
+
 HTREEITEM ItemFor(const CTreeCtrl& tree, const Json& path_or_position) {
   if (path_or_position.is_number()) return ItemAt(tree, path_or_position.get<int>());
-  const HTREEITEM item = tree.FindPath(TextOf(path_or_position));
+  const HTREEITEM item = ItemByPath(tree, path_or_position.get<std::string>());
   if (!item) throw UiRefused("the tree has no item '" + path_or_position.get<std::string>() + "'");
   return item;
 }
@@ -104,7 +129,7 @@ const std::map<std::string, AddStep> kSteps{
        if (name == "cancel") return void(user.Cancel());
        user.Press(Named(kButtons, name));
      }},
-    {"type", [](ScriptedUser& user, const Json& a) { user.Type(IdOf(a), TextOf(a.at(1))); }},
+    {"type", [](ScriptedUser& user, const Json& a) { user.Type(IdOf(a), TypedText(IdOf(a), a.at(1))); }},
     {"choose",
      [](ScriptedUser& user, const Json& a) {
        if (a.at(1).is_number()) return void(user.ChooseAt(IdOf(a), a.at(1).get<int>()));

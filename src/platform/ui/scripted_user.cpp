@@ -79,7 +79,7 @@ void ScriptedUser::Finish() {
   Report();
   const std::string next = NextStepText();
   const std::size_t count = std::exchange(steps_, {}).size();
-  if (count > 0) Fail(std::to_string(count) + " steps are left over, the first: " + next);
+  if (count > 0 && !IsStopped()) Fail(std::to_string(count) + " steps are left over, the first: " + next);
   for (const auto& [window, point] : std::exchange(cancel_points_, {})) {
     if (window >= static_cast<int>(progress_.size()) || !progress_[static_cast<std::size_t>(window)].cancelled)
       Fail("progress window " + std::to_string(window) + " was not cancelled: it did not come that far");
@@ -106,7 +106,7 @@ std::string ScriptedUser::NextStepText() const { return steps_.empty() ? "the en
 
 std::optional<ScriptedUser::Step> ScriptedUser::TakeIf(StepKind kind) {
   if (steps_.empty() || steps_.front().kind != kind) return std::nullopt;
-  if (free_ && !failures_.empty()) return std::nullopt;
+  if ((free_ && !failures_.empty()) || IsStopped()) return std::nullopt;
   Step step = std::move(steps_.front());
   steps_.pop_front();
   step_unreported_ = true;

@@ -96,6 +96,8 @@ class ScriptedUser : public FrontEnd {
   // first failure nothing more is played.
   void PlayFreely() { free_ = true; }
   ScriptedUser& AnswerNext(MessageAnswer answer);
+  // Asked before each step: once it says true nothing more is played and what is left over is no failure.
+  void SetStop(std::function<bool()> stop) { stop_ = std::move(stop); }
   // Called after each step as soon as its effect shows: a new window or message, or the end of what the
   // window in front does about it.
   void SetStepListener(std::function<void()> listener) { listener_ = std::move(listener); }
@@ -164,6 +166,7 @@ class ScriptedUser : public FrontEnd {
   std::optional<Step> TakeIf(StepKind kind);
   std::optional<Step> TakePreset(StepKind kind);
   std::string NextStepText() const;
+  bool IsStopped() const { return stop_ && stop_(); }
   void Fail(const std::string& utf8);
   void Report();
   void Play(const CDialog& first, const CString& title, const DialogInFront& front);
@@ -180,6 +183,7 @@ class ScriptedUser : public FrontEnd {
   std::deque<Step> presets_;
   std::vector<OpenWindow> open_;
   std::function<void()> listener_;
+  std::function<bool()> stop_;
   bool free_ = false;
   bool step_unreported_ = false;
   std::vector<std::string> failures_;
