@@ -119,6 +119,27 @@ TEST_F(Desktop, ASavedProjectIsOpenedWithItsLogsAndRemembered) {
   EXPECT_EQ(QStringList{PathToQt(project)}, settings->value("recent_projects").toStringList());
 }
 
+TEST_F(Desktop, AProjectInUseIsOpenedForReading) {
+  const CString project = folder.File("a.qlp");
+  window->ImportFiles(kImporterOutdoorLog, {MakeLog("merged_600")});
+  session->SaveAs(project);
+  Action("new_project").trigger();
+  std::string holder;
+  const auto lock = ProjectLock::TryTake(project, holder);
+  ASSERT_TRUE(lock);
+  window->OpenProject(project);
+  EXPECT_EQ(1, LogsUnder(0));
+  EXPECT_GE(window->windowTitle().indexOf("(read-only: in use by "), 0) << window->windowTitle().toStdString();
+  const CString copy = folder.File("b.qlp");
+  person.Then("save under another name", [=] {
+    Person::Find<QLineEdit>("fileNameEdit")->setText(PathToQt(copy));
+    qobject_cast<QDialog*>(Person::Window())->accept();
+  });
+  Action("save_project").trigger();
+  EXPECT_EQ(copy, session->project().FilePath());
+  EXPECT_LT(window->windowTitle().indexOf("read-only"), 0);
+}
+
 TEST_F(Desktop, AProjectThatIsNoneIsRefusedAndTheOpenOneStays) {
   window->ImportFiles(kImporterOutdoorLog, {MakeLog("merged_600")});
   session->SaveAs(folder.File("a.qlp"));

@@ -15,8 +15,11 @@ void DesktopSession::Start(const CString& project_path) {
   manager_.reset();
   host_.reset();
   types_.clear();
-  host_ = std::make_unique<HostApplication>(HostOptions{
-      .config_folder = config_folder_, .project_path = project_path, .recent_logs_path = recent_logs_file_});
+  host_ =
+      std::make_unique<HostApplication>(HostOptions{.config_folder = config_folder_,
+                                                    .project_path = project_path,
+                                                    .recent_logs_path = recent_logs_file_,
+                                                    .project_access = {.mode = ProjectAccess::Mode::kWriteIfPossible}});
   manager_ = std::make_unique<CIOManager>();
   manager_->RegisterModuleCommunicator(&host_->communicator());
   manager_->SetLogListener([this](const LogOutcome& outcome) { Remember(outcome); });
@@ -24,7 +27,9 @@ void DesktopSession::Start(const CString& project_path) {
 
 void DesktopSession::NewProject() { Start({}); }
 
-void DesktopSession::CheckProject(const CString& path) const { StoredProject::Open(host_->catalogue(), path); }
+void DesktopSession::CheckProject(const CString& path) const {
+  StoredProject::Open(host_->catalogue(), path, {.mode = ProjectAccess::Mode::kRead});
+}
 
 void DesktopSession::OpenProject(const CString& path) { Start(path); }
 

@@ -25,12 +25,13 @@ class DesktopSession {
 
   // Throws Error when the file is no usable project.
   void CheckProject(const CString& path) const;
-  // What was imported goes; opening throws Error.
+  // What was imported goes; opening throws Error. A project that another process holds, or that cannot be written, is
+  // opened for reading: project().ReadOnlyReason() says why.
   void NewProject();
   void OpenProject(const CString& path);
   // Imports again everything that the project lists; what cannot be opened leaves the list.
   void ReopenLogs();
-  // Both throw Error when the file cannot be written.
+  // Both throw Error when the file cannot be written, Save() also for a project that is open for reading.
   void Save();
   void SaveAs(const CString& path);
   bool IsModified() { return project().modified != 0; }

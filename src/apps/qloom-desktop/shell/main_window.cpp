@@ -138,7 +138,9 @@ void MainWindow::ShowProject() {
   tree_->Show(session_);
   const CString& path = session_.project().FilePath();
   const QString name = path.IsEmpty() ? Text(shell::kUntitled) : PathToQt(NameOf(path));
-  setWindowTitle(name + QStringLiteral("[*] - Quillon Loom"));
+  const std::string& reason = session_.project().ReadOnlyReason();
+  const QString read_only = reason.empty() ? QString() : Text(shell::kReadOnly).arg(QString::fromStdString(reason));
+  setWindowTitle(name + QStringLiteral("[*]") + read_only + QStringLiteral(" - Quillon Loom"));
   setWindowModified(session_.IsModified());
   for (const auto& [action, is_present] : optional_actions_) action->setEnabled((this->*is_present)());
 }

@@ -193,8 +193,9 @@ void MainWindow::RememberProject(const CString& path) {
   settings_.setValue(QLatin1String(kRecentProjectsKey), QStringList(paths.mid(0, kMostRecentProjects)));
 }
 
+// A project that is open for reading can be saved under another name.
 bool MainWindow::SaveProject() {
-  if (session_.project().IsTemporary()) return SaveProjectAs();
+  if (session_.project().IsTemporary() || !session_.project().ReadOnlyReason().empty()) return SaveProjectAs();
   session_.Save();
   return true;
 }

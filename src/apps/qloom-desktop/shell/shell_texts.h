@@ -57,6 +57,7 @@ inline constexpr ShellText kNodeText           {"文本文件", "Text files"};
 inline constexpr ShellText kDockProject        {"项目", "Project"};
 inline constexpr ShellText kDockMessages       {"信息", "Messages"};
 inline constexpr ShellText kUntitled           {"未命名项目", "Untitled project"};
+inline constexpr ShellText kReadOnly           {"（只读：%1）", " (read-only: %1)"};
 inline constexpr ShellText kNotLoaded          {"（未载入）", "(not loaded)"};
 inline constexpr ShellText kProjectFiles       {"项目文件 (*.qlp)", "Project files (*.qlp)"};
 inline constexpr ShellText kLogFiles           {"日志文件 (*.log)", "Log files (*.log)"};
