@@ -46,7 +46,7 @@ TEST_F(ProjectUse, AProjectInUseIsReadAndNotChanged) {
   ASSERT_EQ(0, Run("import short.log --project p.qlp").exit_code);
   // The holder is stopped while it reads its log.
   ASSERT_EQ(0, Shell("$Q import long.log --project p.qlp --trace-ui >/dev/null 2>trace & P=$!\n"
-                     "until grep -q position trace; do sleep 0.01; done\n"
+                     "until grep -qs position trace; do sleep 0.01; done\n"
                      "kill -STOP $P\n"
                      "$Q import short.log --project p.qlp --wait 0 --json >refused 2>said\n"
                      "echo $? >code\n"
@@ -69,7 +69,7 @@ TEST_F(ProjectUse, AnOpeningThatIsCancelledSavesNothing) {
   const std::string saved = ReadText(Path("p.qlp"));
 
   EXPECT_EQ(130, Shell("$Q open p.qlp --save --json --trace-ui >out 2>trace & P=$!\n"
-                       "until grep -q position trace; do sleep 0.01; done\n"
+                       "until grep -qs position trace; do sleep 0.01; done\n"
                        "kill -INT $P; wait $P"));
   const json interrupted = json::parse(ReadText(Path("out")));
   EXPECT_EQ(-1, interrupted["logs"][0]["result"]);
@@ -140,7 +140,7 @@ TEST_F(ProjectUse, AScriptTellsMessagesBehindItsLastStepAndEndsWithAnInterrupt) 
                                  "\n"
                                  R"({"press": 1})");
   EXPECT_EQ(130, Shell("$Q ui import-log --script steps.jsonl --project p.qlp --trace-ui >out 2>trace & P=$!\n"
-                       "until grep -q position trace; do sleep 0.01; done\n"
+                       "until grep -qs position trace; do sleep 0.01; done\n"
                        "kill -INT $P; wait $P"));
   EXPECT_EQ(std::string::npos, ReadText(Path("trace")).find("left over"));
   EXPECT_FALSE(std::filesystem::exists(Path("p.qlp")));
