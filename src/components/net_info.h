@@ -25,9 +25,10 @@ enum NetDataType : std::int32_t {
   kNetCustomCpiGroup = 6,
 };
 
-// Days since 1899-12-30, times of day below 1.
+// A number that the worksheet shows as a date.
 struct NetDate {
-  double days = 0;
+  double number = 0;  // the cell's own: what counts where a number is wanted
+  double days = 0;    // since 1899-12-30, times of day below 1: what a text shows
 };
 // One worksheet value of a network element row; monostate where the cell is empty.
 using NetValue = std::variant<std::monostate, bool, double, NetDate, CString>;
@@ -43,7 +44,7 @@ inline std::optional<std::int32_t> IntegerOf(const NetValue& value) {
   std::optional<double> number;
   if (const auto* const flag = std::get_if<bool>(&value)) number = *flag ? -1 : 0;
   if (const auto* const real = std::get_if<double>(&value)) number = *real;
-  if (const auto* const date = std::get_if<NetDate>(&value)) number = date->days;
+  if (const auto* const date = std::get_if<NetDate>(&value)) number = date->number;
   if (const auto* const text = std::get_if<CString>(&value)) number = ParseDouble(CString(*text).Trim());
   if (!number) return std::nullopt;
   const double rounded = std::nearbyint(*number);

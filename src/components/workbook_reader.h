@@ -23,7 +23,8 @@ struct WorksheetCell {
 
   std::uint32_t column = 0;  // from 0
   Kind kind = Kind::kText;
-  double number = 0;      // of kNumber; of kBool 0 or 1; of kDate days since 1899-12-30, fractions of a day below 1
+  double number = 0;      // of kNumber; of kBool 0 or 1; of kDate the cell's own, as the sheet's date system counts
+  double days = 0;        // of kDate: since 1899-12-30, times of day below 1
   std::string_view text;  // UTF-8, of kText and kError; valid until the sink returns
 };
 

@@ -19,11 +19,16 @@ constexpr double kLargestShownWhole = 1e15;  // larger numbers are shown with an
 // A value as a message shows it.
 CString ShownValue(const NetValue& value) {
   if (const auto* const text = std::get_if<CString>(&value)) return *text;
-  if (const auto* const number = std::get_if<double>(&value)) {
-    const bool is_whole = std::trunc(*number) == *number && std::abs(*number) < kLargestShownWhole;
-    return CString(is_whole ? NumberText(*number, 0) : NumberText(*number));
+  double number = 0;
+  if (const auto* const real = std::get_if<double>(&value)) {
+    number = *real;
+  } else if (const auto* const date = std::get_if<NetDate>(&value)) {
+    number = date->number;
+  } else {
+    return {};
   }
-  return {};
+  const bool is_whole = std::trunc(number) == number && std::abs(number) < kLargestShownWhole;
+  return CString(is_whole ? NumberText(number, 0) : NumberText(number));
 }
 
 CString CpiGroupMessage(NetCheck check) {

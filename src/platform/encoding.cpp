@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <functional>
 
+#include "platform/code_page.h"
+
 namespace loom {
 namespace {
 
@@ -150,6 +152,15 @@ std::string GbkToUtf16Le(std::string_view gbk) {
   return converter.Convert(gbk, [](std::string_view input, std::size_t at, std::string*) -> std::size_t {
     throw EncodingError(at, "invalid GBK byte " + Hex(input[at]));
   });
+}
+
+std::string CodePageToUtf8(unsigned code_page, std::string_view bytes) {
+  constexpr unsigned kMacRoman = 10000;
+  const std::string name = code_page == kMacRoman ? "MACINTOSH" : "CP" + std::to_string(code_page);
+  return Converter("UTF-8", name.c_str())
+      .Convert(bytes, [&](std::string_view, std::size_t position, std::string*) -> std::size_t {
+        throw EncodingError(position, "a byte that the code page " + name + " does not have");
+      });
 }
 
 std::string Utf16ToUtf8(std::string_view bytes) {

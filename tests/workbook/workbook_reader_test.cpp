@@ -7,6 +7,7 @@
 #include "platform/file.h"
 #include "tests/support/places.h"
 #include "tests/support/temp_folder.h"
+#include "tests/support/xls_builder.h"
 #include "tests/support/xlsx_builder.h"
 
 namespace loom::testing {
@@ -30,7 +31,10 @@ std::string Shown(const WorksheetCell& cell) {
   const std::string kind = kKinds[static_cast<int>(cell.kind)];
   if (cell.kind == WorksheetCell::Kind::kText || cell.kind == WorksheetCell::Kind::kError)
     return kind + std::string(cell.text);
-  return cell.kind == WorksheetCell::Kind::kNoValue ? kind : kind + NumberText(cell.number);
+  if (cell.kind == WorksheetCell::Kind::kNoValue) return kind;
+  if (cell.kind == WorksheetCell::Kind::kDate && cell.days != cell.number)
+    return kind + NumberText(cell.days) + " of " + NumberText(cell.number);
+  return kind + NumberText(cell.number);
 }
 
 // "row:column=value" of every cell, columns from 0.
@@ -96,12 +100,12 @@ TEST_F(WorkbookReader, GivesEveryKindOfCell) {
       {"<c t=\"d\"><v>2012-05-03T12:00:00Z</v></c>", "1:0=date 41032.5"},
       {"<c t=\"d\"><v>2012-13-03</v></c>", "1:0=2012-13-03"},
       {"<c s=\"1\"><v>41032</v></c>", "1:0=date 41032"},
-      {"<c s=\"1\"><v>59</v></c><c s=\"1\"><v>61</v></c>", "1:0=date 60 1:1=date 61"},
+      {"<c s=\"1\"><v>59</v></c><c s=\"1\"><v>61</v></c>", "1:0=date 60 of 59 1:1=date 61"},
       {"<c s=\"1\"><v>0.25</v></c>", "1:0=date 0.25"},
       {"<c s=\"1\"><v>-1</v></c><c s=\"1\"><v>3e6</v></c>", "1:0=number -1 1:1=number 3e+06"},
       {"<c s=\"2\"><v>41032</v></c>", "1:0=date 41032"},
       {"<c s=\"3\"><v>41032</v></c>", "1:0=number 41032"},
-      {"<c s=\"4\"><v>1.5</v></c>", "1:0=date 2.5"},
+      {"<c s=\"4\"><v>1.5</v></c>", "1:0=date 2.5 of 1.5"},
       {"<c s=\"99\"><v>1</v></c>", "1:0=number 1"},
       {"<c><v>1</v><extLst><v>2</v></extLst></c>", "1:0=number 1"},
   };
@@ -121,8 +125,49 @@ TEST_F(WorkbookReader, CountsDatesFrom1904WhereTheWorkbookSaysSo) {
       .Part("xl/workbook.xml",
             XlsxBuilder::Workbook("<sheet name=\"S\" r:id=\"rId1\"/>", "<workbookPr date1904=\"true\"/>"))
       .Part("xl/styles.xml", kStyles)
-      .Cells("<row><c s=\"1\"><v>39570</v></c></row>");
-  EXPECT_EQ(std::vector<std::string>{"1:0=date 41032"}, Read(workbook));
+      .Cells("<row><c s=\"1\"><v>39570</v></c><c s=\"1\"><v>0.5</v></c><c t=\"d\"><v>2012-05-03</v></c></row>");
+  EXPECT_EQ((std::vector<std::string>{"1:0=date 41032 of 39570", "1:1=date 0.5", "1:2=date 41032 of 39570"}),
+            Read(workbook));
+}
+
+// Both versions, in small streams and beyond them.
+TEST_F(WorkbookReader, GivesEveryKindOfCellOfABinaryWorkbook) {
+  using B = XlsBuilder;
+  const auto special = [](unsigned kind, unsigned value) {
+    return B::N(kind, 1) + B::N(0, 1) + B::N(value, 1) + B::N(0, 3) + B::N(0xFFFF, 2);
+  };
+  const auto rk = [](std::int32_t integer, bool hundredths) {
+    return B::N(static_cast<std::uint32_t>(integer) << 2 | 2 | (hundredths ? 1 : 0), 4);
+  };
+  for (const unsigned version : {5u, 8u}) {
+    for (const bool is_long : {false, true}) {
+      B book(version);
+      const std::string flag = version == 8 ? std::string(1, '\0') : "";
+      const std::string north = version == 8 ? std::string("\x01\x17\x53", 3) : "\xB1\xB1";
+      book.Number(0, 0, 0, 116.5).Number(0, 1, 1, 39.9).Number(0, 2, 2, 41032.5).Number(0, 3, 1, 0.9999999);
+      book.Cell(0x027E, 1, 0, 1, rk(3990, true)).Cell(0x027E, 1, 1, 0, rk(-7, false));
+      book.Add(0x00BD, B::N(1, 2) + B::N(2, 2) + B::N(0, 2) + rk(5, false) + B::N(1, 2) + rk(61, false) + B::N(3, 2));
+      book.Formula(2, 0, 0, B::Bits(2.5)).Formula(2, 1, 1, B::Bits(41032)).Formula(2, 2, 0, special(1, 1));
+      book.Formula(2, 3, 0, special(2, 0x07)).Formula(2, 4, 0, special(3, 0)).Formula(2, 5, 0, special(0, 0));
+      book.Cell(0x0205, 3, 0, 0, B::N(1, 1) + B::N(0, 1)).Cell(0x0205, 3, 1, 0, B::N(0x2A, 1) + B::N(1, 1));
+      book.Formula(4, 0, 0, special(0, 0)).Add(0x0207, B::N(version == 8 ? 1 : 2, 2) + north);
+      book.Formula(4, 1, 0, special(0, 0)).Add(0x0207, B::N(4, 2) + flag + "ab").Add(0x003C, flag + "cd");
+      book.Formula(4, 2, 0, special(0, 0)).Add(0x0207, B::N(9, 2) + flag + "cut");
+      if (is_long) book.Add(0x00EC, std::string(5000, 'x'));
+      Listing listing;
+      OpenWorkbookReader(book.Write(folder_.File("a.xls")))->ReadSheet(0, listing);
+      EXPECT_EQ((std::vector<std::string>{"1:0=number 116.5", "1:1=date 40.9 of 39.9", "1:2=date 41032.5",
+                                          "1:3=date 0.9999999", "2:0=date 40.9 of 39.9", "2:1=number -7",
+                                          "2:2=number 5", "2:3=date 61", "3:0=number 2.5", "3:1=date 41032",
+                                          "3:2=bool 1", "3:3=error #DIV/0!", "3:5=no value", "4:0=bool 1",
+                                          "4:1=error #N/A", "5:0=北", "5:1=abcd", "5:2=no value"}),
+                listing.values)
+          << version << ' ' << is_long;
+    }
+  }
+  Listing listing;
+  OpenWorkbookReader(B().From1904().Number(0, 0, 1, 116.5).Write(folder_.File("b.xls")))->ReadSheet(0, listing);
+  EXPECT_EQ(std::vector<std::string>{"1:0=date 1578.5 of 116.5"}, listing.values);
 }
 
 TEST_F(WorkbookReader, FindsThePartsHoweverTheyAreNamed) {
@@ -261,11 +306,11 @@ TEST_F(SampleWorkbooks, HoldWhatTheirMakersPutIn) {
   } kValues[] = {
       {"calamine_date.xlsx", 0, "1:0=date 44197"},
       {"calamine_date.xls", 0, "2:0=date 44198"},
-      {"libxls_dates-1904.xls", 0, "1:0=date 36526"},
+      {"libxls_dates-1904.xls", 0, "1:0=date 36526 of 35064"},
       {"libxls_types.xls", 2, "2:1=HELLO WORLD"},
       {"libxls_types.xls", 2, "9:1=bool 1"},
       {"libxls_types.xls", 2, "13:1=error #N/A"},
-      {"roo_1904_base.xlsx", 0, "1:0=date 39979"},
+      {"roo_1904_base.xlsx", 0, "1:0=date 39979 of 38517"},
       {"calamine_issues.xls", 0, "4:0=bool 0"},
       {"poi_noSharedStringTable.xlsx", 0, "1:1=number 123"},
   };

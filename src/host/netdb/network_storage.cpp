@@ -1,5 +1,6 @@
 #include "host/netdb/network_storage.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 
@@ -36,9 +37,10 @@ std::optional<std::int64_t> WholeOf(double number) {
   return static_cast<std::int64_t>(number);
 }
 
-// "2012-05-03", "2012-05-03 10:30:00" or "10:30:00".
+// "2012-05-03", "2012-05-03 10:30:00" or "10:30:00". A time of day stays in its day.
 CString DateText(double days) {
-  const auto seconds = static_cast<std::int64_t>(std::llround(days * kSecondsPerDay));
+  std::int64_t seconds = std::llround(days * kSecondsPerDay);
+  if (days < 1) seconds = std::min<std::int64_t>(seconds, 86399);
   const std::int64_t day = seconds / 86400, second = seconds % 86400;
   const auto two = [](std::int64_t number) { return Format(number < 10 ? "0%d" : "%d", number); };
   const CString time = two(second / 3600) + ":" + two(second / 60 % 60) + ":" + two(second % 60);
@@ -74,7 +76,7 @@ NetworkValue AsText(const NetValue& value) {
 std::optional<double> NumberOf(const NetValue& value) {
   if (const auto* const flag = std::get_if<bool>(&value)) return *flag ? 1 : 0;
   if (const auto* const number = std::get_if<double>(&value)) return *number;
-  if (const auto* const date = std::get_if<NetDate>(&value)) return date->days;
+  if (const auto* const date = std::get_if<NetDate>(&value)) return date->number;
   if (const auto* const text = std::get_if<CString>(&value)) return ParseDouble(CString(*text).Trim());
   return std::nullopt;
 }

@@ -128,7 +128,7 @@ class RowSink final : public IWorksheetSink {
       case WorksheetCell::Kind::kBool:
         return cell.number != 0;
       case WorksheetCell::Kind::kDate:
-        return NetDate{cell.number};
+        return NetDate{cell.number, cell.days};
       case WorksheetCell::Kind::kText:
         return TextValue(row, cell);
       case WorksheetCell::Kind::kError:

@@ -86,6 +86,20 @@ std::optional<double> DaysOfSerial(double serial, bool from_1904) {
   return serial;
 }
 
+void SetWorksheetNumber(WorksheetCell& cell, double number, bool shows_date, bool from_1904) {
+  const auto days = shows_date ? DaysOfSerial(number, from_1904) : std::nullopt;
+  cell.kind = days ? WorksheetCell::Kind::kDate : WorksheetCell::Kind::kNumber;
+  cell.number = number;
+  cell.days = days.value_or(0);
+}
+
+void SetWorksheetDate(WorksheetCell& cell, double days, bool from_1904) {
+  cell.kind = WorksheetCell::Kind::kDate;
+  cell.days = cell.number = days;
+  if (days >= 1 && from_1904) cell.number -= kDaysTo1904;
+  if (days >= 1 && !from_1904 && days <= kFalseLeapDay) cell.number -= 1;
+}
+
 std::optional<double> DaysOfIsoText(std::string_view text) {
   if (text.size() < 10 || text[4] != '-') return TimeOfDay(text);
   const auto days = DaysOfDate(text.substr(0, 10));

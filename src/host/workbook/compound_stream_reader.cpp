@@ -10,7 +10,9 @@ constexpr std::uint32_t kHighestSector = 0xFFFFFFFA;  // above: markers
 constexpr std::size_t kHeaderFatSectors = 109;
 constexpr std::size_t kEntry_bytes = 128;
 constexpr std::uint64_t kSmallStream_bytes = 4096;
+constexpr std::size_t kSmallSector_bytes = 64;
 constexpr unsigned char kStreamEntry = 2;
+constexpr unsigned char kRootEntry = 5;
 
 class CompoundFile {
  public:
@@ -39,6 +41,19 @@ class CompoundFile {
     for (std::size_t left = SectorCount(); left > 0 && sector < fat_.size(); --left) {
       data += Sector(sector);
       sector = fat_[sector];
+    }
+    return data;
+  }
+  // A small stream; their sectors and the table of these are streams of their own.
+  std::string SmallChain(std::uint32_t sector, std::string_view root_entry) const {
+    const std::string sectors = Chain(Number(root_entry, 116, 4));
+    const std::string table = Chain(Number(bytes_, 60, 4));
+    std::string data;
+    for (std::size_t left = sectors.size() / kSmallSector_bytes + 1; left > 0 && sector <= kHighestSector; --left) {
+      const std::uint64_t at = std::uint64_t{sector} * kSmallSector_bytes;
+      if (at >= sectors.size() || std::uint64_t{sector} * 4 >= table.size()) break;
+      data += std::string_view(sectors).substr(at, kSmallSector_bytes);
+      sector = Number(table, std::size_t{sector} * 4, 4);
     }
     return data;
   }
@@ -87,13 +102,15 @@ std::optional<std::string> ReadCompoundStream(const std::vector<std::byte>& file
   CompoundFile compound(file);
   if (!compound.ReadFat()) return std::nullopt;
   const std::string directory = compound.Directory();
+  std::string_view root;
   for (std::size_t at = 0; at + kEntry_bytes <= directory.size(); at += kEntry_bytes) {
     const std::string_view entry = std::string_view(directory).substr(at, kEntry_bytes);
+    if (static_cast<unsigned char>(entry[66]) == kRootEntry) root = entry;
     for (const std::string_view name : names) {
       if (static_cast<unsigned char>(entry[66]) != kStreamEntry || !HasName(entry, name)) continue;
       const std::uint64_t size = CompoundFile::Number(entry, 120, 4);
-      if (size < kSmallStream_bytes) return std::nullopt;
-      std::string stream = compound.Chain(CompoundFile::Number(entry, 116, 4));
+      const std::uint32_t start = CompoundFile::Number(entry, 116, 4);
+      std::string stream = size < kSmallStream_bytes ? compound.SmallChain(start, root) : compound.Chain(start);
       if (stream.size() > size) stream.resize(size);
       return stream;
     }

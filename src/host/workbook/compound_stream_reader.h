@@ -8,8 +8,8 @@
 
 namespace loom {
 
-// The bytes of a compound file's stream (MS-CFB) of one of these ASCII names; nothing when there is none, when it is
-// kept among the small streams, or when the file is damaged.
+// The bytes of a compound file's stream (MS-CFB) of one of these ASCII names; nothing when there is none or when
+// the file is damaged.
 std::optional<std::string> ReadCompoundStream(const std::vector<std::byte>& file,
                                               std::initializer_list<std::string_view> names);
 

@@ -2,10 +2,10 @@
 
 #include <freexl.h>
 
+#include <algorithm>
 #include <set>
 
-#include "host/workbook/biff_formula_reader.h"
-#include "host/workbook/cell_date_reader.h"
+#include "host/workbook/biff_sheet_reader.h"
 #include "host/workbook/cell_text_reader.h"
 #include "platform/encoding.h"
 #include "platform/error.h"
@@ -24,6 +24,8 @@ const char* OpenFailure(int result) {
       return "is a damaged workbook";
   }
 }
+
+constexpr unsigned kMostColumns = 256;
 
 class XlsReader final : public IWorkbookReader {
  public:
@@ -44,15 +46,22 @@ class XlsReader final : public IWorkbookReader {
   const std::vector<CString>& SheetNames() const override { return names_; }
 
   void ReadSheet(std::size_t sheet, IWorksheetSink& sink) override {
-    unsigned rows = 0;
+    unsigned shared_rows = 0;
     unsigned short columns = 0;
     Check(freexl_select_active_worksheet(handle_.get(), static_cast<unsigned short>(sheet)), "a sheet cannot be read");
-    Check(freexl_worksheet_dimensions(handle_.get(), &rows, &columns), "a sheet cannot be read");
-    const BiffResults results = ReadBiffResults(path_, sheet);
+    Check(freexl_worksheet_dimensions(handle_.get(), &shared_rows, &columns), "a sheet cannot be read");
+    const BiffSheet own = ReadBiffSheet(path_, sheet);
+    auto next = own.cells.begin();
+    const unsigned rows = std::max(shared_rows, own.cells.empty() ? 0 : own.cells.back().row + 1);
     std::vector<WorksheetCell> cells;
     for (unsigned row = 0; row < rows; ++row) {
       cells.clear();
-      for (unsigned short column = 0; column < columns; ++column) AddCell(row, column, results, cells);
+      for (unsigned column = 0; column < kMostColumns; ++column) {
+        const bool is_own = next != own.cells.end() && next->row == row && next->cell.column == column;
+        if (is_own) AddOwnCell((next++)->cell, cells);
+        if (!is_own && row < shared_rows && column < columns)
+          AddSharedText(row, static_cast<unsigned short>(column), cells);
+      }
       if (!cells.empty() && !sink.OnRow(row + 1, cells)) return;
     }
   }
@@ -85,44 +94,19 @@ class XlsReader final : public IWorkbookReader {
     return value;
   }
 
-  void AddCell(unsigned row, unsigned short column, const BiffResults& results, std::vector<WorksheetCell>& cells) {
-    if (const auto found = results.find({row, column}); found != results.end()) {
-      const BiffResult& result = found->second;
-      if (result.kind == WorksheetCell::Kind::kText && result.text.empty()) return;
-      cells.push_back({column, result.kind, result.number, result.text});
-      return;
-    }
+  static void AddOwnCell(const WorksheetCell& cell, std::vector<WorksheetCell>& cells) {
+    if (cell.kind != WorksheetCell::Kind::kText || !cell.text.empty()) cells.push_back(cell);
+  }
+
+  // The texts of cells stand in a table that the library reads.
+  void AddSharedText(unsigned row, unsigned short column, std::vector<WorksheetCell>& cells) {
     FreeXL_CellValue value;
     Check(freexl_get_cell_value(handle_.get(), row, column, &value), "a cell cannot be read");
-    WorksheetCell cell;
+    const bool is_text = value.type == FREEXL_CELL_TEXT || value.type == FREEXL_CELL_SST_TEXT;
+    if (!is_text || value.value.text_value == nullptr || *value.value.text_value == '\0') return;
+    WorksheetCell& cell = cells.emplace_back();
     cell.column = column;
-    switch (value.type) {
-      case FREEXL_CELL_INT:
-        cell.kind = WorksheetCell::Kind::kNumber;
-        cell.number = value.value.int_value;
-        break;
-      case FREEXL_CELL_DOUBLE:
-        cell.kind = WorksheetCell::Kind::kNumber;
-        cell.number = value.value.double_value;
-        break;
-      case FREEXL_CELL_TEXT:
-      case FREEXL_CELL_SST_TEXT:
-        cell.text = value.value.text_value != nullptr ? value.value.text_value : "";
-        if (cell.text.empty()) return;
-        break;
-      case FREEXL_CELL_DATE:
-      case FREEXL_CELL_DATETIME:
-      case FREEXL_CELL_TIME:
-        cell.text = value.value.text_value;
-        if (const auto days = DaysOfIsoText(cell.text)) {
-          cell.kind = WorksheetCell::Kind::kDate;
-          cell.number = *days;
-        }
-        break;
-      default:
-        return;
-    }
-    cells.push_back(cell);
+    cell.text = value.value.text_value;
   }
 
   CString path_;

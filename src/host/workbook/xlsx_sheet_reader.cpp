@@ -148,8 +148,7 @@ bool XlsxSheetReader::TakeValue(WorksheetCell& cell) {
   } else if (type_ == "d") {
     const auto days = DaysOfIsoText(Trimmed(value_));
     if (!days) return TakeOwnText(WorksheetCell::Kind::kText, value_), true;
-    cell.kind = WorksheetCell::Kind::kDate;
-    cell.number = *days;
+    SetWorksheetDate(cell, *days, context_.from_1904);
   } else {
     return TakeNumber(cell);
   }
@@ -162,13 +161,8 @@ bool XlsxSheetReader::TakeNumber(WorksheetCell& cell) {
   if (text.empty()) return false;
   const auto number = ParseDouble(text);
   if (!number) return TakeOwnText(WorksheetCell::Kind::kText, value_), true;
-  cell.kind = WorksheetCell::Kind::kNumber;
-  cell.number = *number;
-  if (style_ >= context_.date_styles.size() || !context_.date_styles[style_]) return true;
-  if (const auto days = DaysOfSerial(*number, context_.from_1904)) {
-    cell.kind = WorksheetCell::Kind::kDate;
-    cell.number = *days;
-  }
+  const bool shows_date = style_ < context_.date_styles.size() && context_.date_styles[style_];
+  SetWorksheetNumber(cell, *number, shows_date, context_.from_1904);
   return true;
 }
 
