@@ -25,6 +25,15 @@ HTREEITEM ItemOf(const CTreeCtrl& tree, const CString& name) {
   return item;
 }
 
+void ChooseWorksheet(CComboBox& worksheets, const CString& name) {
+  std::string there;
+  for (int row = 0; row < worksheets.GetCount(); ++row) {
+    if (worksheets.GetLBText(row) == name) return worksheets.UserChoose(name);
+    there += (row > 0 ? ", \"" : "\"") + GbkToUtf8(worksheets.GetLBText(row)) + "\"";
+  }
+  throw Error("the workbook has no worksheet \"" + GbkToUtf8(name) + "\"; it has " + (there.empty() ? "none" : there));
+}
+
 }  // namespace
 
 void NetWizardUser::FillWizard(CPropertySheet& sheet) {
@@ -63,7 +72,7 @@ void NetWizardUser::PressFinish(CPropertySheet& sheet) const {
 
 void NetWizardUser::FillMapping(CDialog& page) {
   answered_ = true;
-  if (answers_.worksheet) page.GetDlgItem<CComboBox>(kComboWorksheet).UserChoose(*answers_.worksheet);
+  if (answers_.worksheet) ChooseWorksheet(page.GetDlgItem<CComboBox>(kComboWorksheet), *answers_.worksheet);
   for (const auto& answer : answers_.map) {
     if (!answered_) return;
     FreeParameter(page, answer.first, answer.second);
