@@ -31,8 +31,8 @@ class NetworkDatabaseTest : public ::testing::Test {
 TEST_F(NetworkDatabaseTest, FindsAPositionOnlyForAKeyOfExactlyOneCell) {
   NetworkRow with_rnc = Cell(7000, 20, 3, 30);
   with_rnc.emplace_back("RNCID", std::int64_t{77});
-  network_.PutRows("tbl_Cell", {Cell(45000, 1001, 1, 10),
-                                Cell(45001, 1001, 2, 20),
+  network_.PutRows("tbl_Cell", {Cell(45000, (1 << 16) + 1001, 1, 10),
+                                Cell(45001, (2 << 16) + 1001, 2, 20),
                                 with_rnc,
                                 Cell(7000, (5 << 16) + 9, 4, 40),
                                 {{"CI", std::int64_t{500}}}});
@@ -55,7 +55,7 @@ TEST_F(NetworkDatabaseTest, FindsAPositionOnlyForAKeyOfExactlyOneCell) {
   const Case cases[] = {
       {"LAC and cell id, key above 2^31", (45000u << 16) | 1001, {1, 10}},
       {"the same cell id under another LAC", (45001u << 16) | 1001, {2, 20}},
-      {"a cell id alone that two LACs have", 1001, kNone},
+      {"a cell id alone, which two cells have with an RNC id", 1001, kNone},
       {"a cell id alone that one LAC has", 20, {3, 30}},
       {"RNC id and cell id", (77u << 16) | 20, {3, 30}},
       {"a cell identity of 28 bits", (5u << 16) + 9, {4, 40}},
@@ -68,7 +68,7 @@ TEST_F(NetworkDatabaseTest, FindsAPositionOnlyForAKeyOfExactlyOneCell) {
   };
   for (const Case& c : cases) EXPECT_EQ(PositionOf(c.key), c.position) << c.what;
 
-  network_.PutRows("tbl_Cell", {Cell(45000, 1001, 11, 12)});  // a query that is prepared sees what changes
+  network_.PutRows("tbl_Cell", {Cell(45000, (1 << 16) + 1001, 11, 12)});  // a query that is prepared sees what changes
   EXPECT_EQ(PositionOf((45000u << 16) | 1001), (P{11, 12}));
 }
 
@@ -109,9 +109,72 @@ TEST_F(NetworkDatabaseTest, RowsComeBackWithAnyColumnsAndReplaceByKey) {
   EXPECT_EQ(network_.ListRows("tbl_Cell_GSM"), (std::vector<NetworkRow>{second_named, replaced}));
 }
 
+// What tells two cells apart, and what is a value of one cell.
+TEST_F(NetworkDatabaseTest, CellsAreKnownByTheirIdentity) {
+  using I = std::int64_t;
+  const struct {
+    const char* what;
+    const char* table;
+    NetworkRow first, second;
+    bool is_one;
+  } kCases[] = {
+      {"another LAC", "tbl_Cell", Cell(1, 70000, 1, 1), Cell(2, 70000, 1, 1), true},
+      {"a short identity", "tbl_Cell", Cell(1, 7, 1, 1), Cell(2, 7, 1, 1), true},
+      {"another RNC", "tbl_Cell", {{"CI", I{7}}, {"RNCID", I{1}}}, {{"CI", I{7}}, {"RNCID", I{2}}}, false},
+      {"written in two ways", "tbl_Cell", {{"CI", I{7}}, {"RNCID", I{1}}}, {{"CI", I{65543}}}, true},
+      {"another network", "tbl_Cell", {{"MNC", I{0}}, {"CI", I{7}}}, {{"MNC", I{7}}, {"CI", I{7}}}, false},
+      {"LTE, 28 bits", "tbl_Cell_LTE", {{"CI", I{256}}, {"PCI", I{1}}}, {{"CI", I{256}}, {"PCI", I{2}}}, true},
+      {"LTE, PCI", "tbl_Cell_LTE", {{"CI", I{1}}, {"PCI", I{1}}}, {{"CI", I{1}}, {"PCI", I{2}}}, false},
+      {"LTE, EARFCN", "tbl_Cell_LTE", {{"CI", I{1}}, {"EARFCN", I{1}}}, {{"CI", I{1}}, {"EARFCN", I{2}}}, false},
+      {"LTE, place", "tbl_Cell_LTE", {{"CI", I{1}}, {"Latitude", 1.5}}, {{"CI", I{1}}, {"Latitude", 2.5}}, false},
+      {"LTE, another name", "tbl_Cell_LTE", {{"CI", I{1}}}, {{"CI", I{1}}, {"CellName", CString("x")}}, true},
+      {"LTE, eNodeB",
+       "tbl_Cell_LTE",
+       {{"CI", I{1}}, {"eNodeBID", I{5}}, {"PCI", I{1}}},
+       {{"CI", I{1}}, {"eNodeBID", I{5}}, {"PCI", I{2}}},
+       true},
+  };
+  for (const auto& [what, table, first, second, is_one] : kCases) {
+    Database database;
+    const auto counts = NetworkDatabase(database).PutRows(table, {first, second});
+    EXPECT_EQ(is_one ? 1 : 2, counts.added) << what;
+    EXPECT_EQ(is_one ? std::vector<std::int64_t>{0} : std::vector<std::int64_t>{}, counts.superseded) << what;
+  }
+}
+
+TEST_F(NetworkDatabaseTest, RowsThatAnOlderProjectStoredTwiceBecomeOne) {
+  network_.PutRows("tbl_Cell", {Cell(1, 70000, 1, 1)});
+  database_.Execute("DROP INDEX tbl_Cell_key");
+  database_.Execute("INSERT INTO tbl_Cell(LAC, CI, Longitude, Latitude) VALUES(2, 70000, 2, 2), (NULL, NULL, 3, 3)");
+  EXPECT_EQ(PositionOf(70000), kNone);
+  network_.PutRows("tbl_Cell", {});
+  EXPECT_EQ(PositionOf(70000), (std::pair<double, double>{2, 2}));
+  EXPECT_EQ(2u, network_.ListRows("tbl_Cell").size());
+}
+
+TEST_F(NetworkDatabaseTest, ColumnsThatDifferInCaseAloneAreStoredApart) {
+  const auto put = [&](std::vector<CString> columns, std::vector<NetworkValue> row) {
+    bool is_first = true;
+    network_.PutRows("tbl_Cell", columns, [&](std::vector<NetworkValue>& values) {
+      values = row;
+      return std::exchange(is_first, false);
+    });
+  };
+  using I = std::int64_t;
+  put({"CI", "Foo", "foo", "ci"}, {I{1}, I{10}, I{11}, I{12}});
+  put({"CI", "FOO", "foo"}, {I{2}, I{20}, I{21}});
+  const NetworkRow first{{"CI", I{1}}, {"Foo", I{10}}, {"foo", I{11}}, {"ci", I{12}}};
+  const NetworkRow second{{"CI", I{2}}, {"foo", I{21}}, {"FOO", I{20}}};
+  EXPECT_EQ((std::vector<NetworkRow>{first, second}), network_.ListRows("tbl_Cell"));
+  Database other_database;
+  NetworkDatabase other(other_database);
+  other.PutRows("tbl_Cell", network_.ListRows("tbl_Cell"));
+  EXPECT_EQ(network_.ListRows("tbl_Cell"), other.ListRows("tbl_Cell"));
+}
+
 TEST_F(NetworkDatabaseTest, AFailureStoresNothingAndNamesTheRow) {
   const NetworkRow good = Cell(1, 1, 1, 1);
-  for (const NetworkRow& bad : {NetworkRow{}, NetworkRow{{"CI", std::int64_t{2}}, {"ci", std::int64_t{3}}}}) {
+  for (const NetworkRow& bad : {NetworkRow{}, NetworkRow{{"CI", std::int64_t{2}}, {"CI", std::int64_t{3}}}}) {
     try {
       network_.PutRows("tbl_Cell", {good, bad});
       ADD_FAILURE() << "stored";

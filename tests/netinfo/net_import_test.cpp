@@ -78,6 +78,26 @@ TEST_F(NetImport, StoresTheMappedColumnsAndReplacesRowsOfTheSameKey) {
   EXPECT_EQ(1, DBMapper::Instance().Report().counts.replaced);
 }
 
+// The number of a cell that is formatted as a date is its own; a text shows the date.
+TEST_F(NetImport, TakesNumbersOutOfDates) {
+  const std::string head =
+      "<row><c t=\"str\"><v>MCC</v></c><c t=\"str\"><v>MNC</v></c><c t=\"str\"><v>Longitude</v></c>"
+      "<c t=\"str\"><v>Latitude</v></c><c t=\"str\"><v>PCI</v></c><c t=\"str\"><v>CellName</v></c></row>";
+  for (const bool from_1904 : {false, true}) {
+    XlsxBuilder workbook;
+    workbook.Part("xl/styles.xml", "<styleSheet><cellXfs><xf/><xf numFmtId=\"22\"/></cellXfs></styleSheet>");
+    if (from_1904)
+      workbook.Part("xl/workbook.xml",
+                    XlsxBuilder::Workbook("<sheet name=\"Sheet1\" r:id=\"rId1\"/>", "<workbookPr date1904=\"1\"/>"));
+    workbook.Cells(head + "<row><c><v>460</v></c><c><v>0</v></c><c s=\"1\"><v>116.5</v></c><c s=\"1\"><v>39.9</v></c>" +
+                   "<c s=\"1\"><v>37</v></c><c s=\"1\"><v>0.9999999</v></c></row>");
+    EXPECT_EQ(3, ImportAsItIs(workbook.Write(folder_.File("net.xlsx")), "LTE", "小区"_gbk));
+  }
+  const NetworkRow expected{{"MCC", std::int64_t{460}}, {"MNC", std::int64_t{0}}, {"CellName", CString("23:59:59")},
+                            {"Longitude", 116.5},       {"Latitude", 39.9},       {"PCI", std::int64_t{37}}};
+  EXPECT_EQ(std::vector<NetworkRow>{expected}, host_.network().ListRows("tbl_Cell_LTE"));
+}
+
 TEST_F(NetImport, RefusesCellsThatComeTwice) {
   const CString twice = "小区数据非法, 有重复小区, 请核查小区表!"_gbk;
   EXPECT_EQ(0, ImportRefused({kTdHeadings, TdCell("1"), TdCell("2"), TdCell("1")}, "TD-SCDMA", "小区"_gbk, twice));
@@ -89,6 +109,7 @@ TEST_F(NetImport, RefusesCellsThatComeTwice) {
       << "never checked";
   EXPECT_EQ(kProtocolLte, protocol_);
   EXPECT_EQ(1u, Stored("tbl_Cell_LTE"));
+  EXPECT_EQ(1u, notes_.Count("row replaced by a later one of the sheet"));
 }
 
 TEST_F(NetImport, SaysWhereAValueIsNoInteger) {

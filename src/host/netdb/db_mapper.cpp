@@ -103,6 +103,11 @@ void DBMapper::Store(NetDataType data_type, ProtocolTypeEnum protocol, const std
   const CString table = TableOf(data_type, protocol);
   report_.counts = network_->PutRows(table, report_.parameters, next);
   report_.table = table;
+  for (const std::int64_t superseded : report_.counts.superseded) {
+    CurrentNotes().Add("row replaced by a later one of the sheet", path_,
+                       sheet + " row " + std::to_string(rows[static_cast<std::size_t>(superseded)].sheet_row),
+                       "a row below has the same key");
+  }
   Log(LogLevel::kInfo, std::string(table.view()) + ": " + std::to_string(rows.size()) + " rows, " +
                            std::to_string(report_.counts.added) + " new, " + std::to_string(report_.counts.replaced) +
                            " replaced");

@@ -23,11 +23,31 @@ std::vector<std::string> CellKeyExpressions(const NetworkTable& table) {
   return expressions;
 }
 
+std::string KeyIndexSql(const NetworkTable& table) {
+  const std::string name = table.name;
+  return "CREATE UNIQUE INDEX " + name + "_key ON " + name + "(" + table.key + ")";
+}
+
+// Of the rows that have one key now, the one stored last stays.
+void RenewKey(Database& database, const NetworkTable& table) {
+  const std::string name = table.name;
+  Statement index = database.Prepare("SELECT sql FROM sqlite_master WHERE name = ?");
+  index.BindText(1, CString(name + "_key"));
+  if (index.Step() && index.Text(0).view() == KeyIndexSql(table)) return;
+  index.Reset();
+  database.Execute("CREATE TEMP TABLE kept AS SELECT * FROM main." + name + " ORDER BY rowid");
+  database.Execute("DELETE FROM " + name);
+  database.Execute("DROP INDEX IF EXISTS " + name + "_key");
+  database.Execute(KeyIndexSql(table));
+  database.Execute("INSERT OR REPLACE INTO " + name + " SELECT * FROM temp.kept ORDER BY rowid");
+  database.Execute("DROP TABLE temp.kept");
+}
+
 void CreateTable(Database& database, const NetworkTable& table) {
-  if (database.HasTable(table.name)) return;
+  if (database.HasTable(table.name)) return RenewKey(database, table);
   const std::string name = table.name;
   database.Execute("CREATE TABLE " + name + "(" + table.columns + ")");
-  database.Execute("CREATE UNIQUE INDEX " + name + "_key ON " + name + "(" + table.key + ")");
+  database.Execute(KeyIndexSql(table));
   int number = 0;
   for (const std::string& expression : CellKeyExpressions(table))
     database.Execute("CREATE INDEX " + name + "_cell_key_" + std::to_string(++number) + " ON " + name + "(" +
@@ -36,23 +56,60 @@ void CreateTable(Database& database, const NetworkTable& table) {
 
 CString LowerCase(CString text) { return text.MakeLower(); }
 
-class ColumnAdder {
+// SQL does not tell names apart by case: a column whose name another has but for the case is called by its name, this
+// mark and a number.
+constexpr char kNameMark = '\x1F';
+
+CString NameOfColumn(const CString& column) {
+  const int mark = column.Find(kNameMark);
+  return mark < 0 ? column : column.Left(mark);
+}
+
+// The columns of a table by the names that they were stored under.
+class TableColumns {
  public:
-  ColumnAdder(Database& database, const NetworkTable& table) : database_(database), table_(table) {
+  TableColumns(Database& database, const NetworkTable& table) : database_(database), table_(table) {
     Statement columns = database.Prepare("SELECT name FROM pragma_table_info(?)");
     columns.BindText(1, table.name);
-    while (columns.Step()) present_.insert(LowerCase(columns.Text(0)));
+    while (columns.Step()) Know(columns.Text(0));
+    own_ = NetworkDatabase::ColumnsOf(table.name);
   }
-  void Need(const CString& column) {
-    if (!present_.insert(LowerCase(column)).second) return;
-    if (column.IsEmpty() || column.Find('\0') >= 0) throw Error("a column has no usable name");
+
+  // What SQL calls the column; one that is missing is added.
+  const CString& Named(const CString& name) {
+    if (const auto known = columns_.find(name); known != columns_.end()) return known->second;
+    if (name.IsEmpty() || name.Find('\0') >= 0 || name.Find(kNameMark) >= 0) throw Error("a column has no usable name");
+    CString column = name;
+    for (int number = 2; taken_.contains(LowerCase(column)); ++number)
+      column = name + CString(kNameMark + std::to_string(number));
     database_.Execute("ALTER TABLE " + std::string(table_.name) + " ADD COLUMN " + QuotedName(column));
+    Know(column);
+    return columns_.at(name);
+  }
+
+  // The name of a value of a row: one that is that of a column which the table has from the start but for the case
+  // means this column, unless the row has a value of that name or the table a column of its own for it.
+  CString MeantBy(const CString& name, const NetworkRow& row) const {
+    if (columns_.contains(name)) return name;
+    for (const CString& own : own_) {
+      if (own.CompareNoCase(name) != 0) continue;
+      const bool is_given = std::any_of(row.begin(), row.end(), [&](const auto& value) { return value.first == own; });
+      return is_given ? name : own;
+    }
+    return name;
   }
 
  private:
+  void Know(const CString& column) {
+    columns_.emplace(NameOfColumn(column), column);
+    taken_.insert(LowerCase(column));
+  }
+
   Database& database_;
   const NetworkTable& table_;
-  std::set<CString> present_;
+  std::vector<CString> own_;
+  std::map<CString, CString> columns_;
+  std::set<CString> taken_;  // in lower case
 };
 
 void Bind(Statement& statement, int parameter, const NetworkValue& value) {
@@ -78,8 +135,8 @@ class RowInserter {
     std::set<CString> seen;
     std::string names, marks;
     for (const CString& column : columns) {
-      if (!seen.insert(LowerCase(column)).second)
-        throw Error("the column \"" + GbkToUtf8(column) + "\" is there twice");
+      if (!seen.insert(column).second)
+        throw Error("the column \"" + GbkToUtf8(NameOfColumn(column)) + "\" is there twice");
       names += (names.empty() ? "" : ", ") + QuotedName(column);
       marks += marks.empty() ? "?" : ", ?";
     }
@@ -106,8 +163,10 @@ NetworkDatabase::Counts NetworkDatabase::PutInOneGo(const NetworkTable& table, c
   position_queries_.reset();
   Transaction transaction(database_);
   CreateTable(database_, table);
-  const std::string count_sql = "SELECT count(*) FROM " + std::string(table.name);
+  const std::string from_table = " FROM " + std::string(table.name);
+  const std::string count_sql = "SELECT count(*)" + from_table;
   const std::int64_t before = database_.ReadInt(count_sql);
+  const std::int64_t last_before = database_.ReadInt("SELECT max(rowid)" + from_table);
   std::int64_t number = 0;
   try {
     put_all(number);
@@ -117,14 +176,31 @@ NetworkDatabase::Counts NetworkDatabase::PutInOneGo(const NetworkTable& table, c
   Counts counts;
   counts.added = database_.ReadInt(count_sql) - before;
   counts.replaced = number - counts.added;
+  counts.superseded = SupersededRows(table, last_before, number);
   transaction.Commit();
   return counts;
+}
+
+// A row stored takes the next row id; the ids that are gone were those of rows that a later one replaced.
+std::vector<std::int64_t> NetworkDatabase::SupersededRows(const NetworkTable& table, std::int64_t last_before,
+                                                          std::int64_t rows) {
+  std::vector<std::int64_t> superseded;
+  const std::string behind = " FROM " + std::string(table.name) + " WHERE rowid > " + std::to_string(last_before);
+  if (database_.ReadInt("SELECT count(*)" + behind) == rows) return superseded;
+  Statement left = database_.Prepare("SELECT rowid" + behind + " ORDER BY rowid");
+  std::int64_t row = 0;
+  while (left.Step()) {
+    const std::int64_t kept = left.Int(0) - last_before - 1;
+    for (; row < kept; ++row) superseded.push_back(row);
+    row = kept + 1;
+  }
+  return superseded;
 }
 
 NetworkDatabase::Counts NetworkDatabase::PutRows(const CString& table_name, const std::vector<NetworkRow>& rows) {
   const NetworkTable& table = KnownTable(table_name);
   return PutInOneGo(table, [&](std::int64_t& number) {
-    ColumnAdder adder(database_, table);
+    TableColumns known(database_, table);
     RowInserter inserter(database_, table);
     std::vector<CString> columns;
     std::vector<NetworkValue> values;
@@ -133,8 +209,7 @@ NetworkDatabase::Counts NetworkDatabase::PutRows(const CString& table_name, cons
       columns.clear();
       values.clear();
       for (const auto& [column, value] : row) {
-        adder.Need(column);
-        columns.push_back(column);
+        columns.push_back(known.Named(known.MeantBy(column, row)));
         values.push_back(value);
       }
       inserter.UseColumns(columns);
@@ -147,10 +222,11 @@ NetworkDatabase::Counts NetworkDatabase::PutRows(const CString& table_name, cons
                                                  const NextRow& next) {
   const NetworkTable& table = KnownTable(table_name);
   return PutInOneGo(table, [&](std::int64_t& number) {
-    ColumnAdder adder(database_, table);
-    for (const CString& column : columns) adder.Need(column);
+    TableColumns known(database_, table);
+    std::vector<CString> called;
+    for (const CString& column : columns) called.push_back(known.Named(column));
     RowInserter inserter(database_, table);
-    inserter.UseColumns(columns);
+    inserter.UseColumns(called);
     for (std::vector<NetworkValue> values(columns.size()); next(values); inserter.Insert(values)) ++number;
   });
 }
@@ -172,7 +248,8 @@ std::vector<NetworkRow> NetworkDatabase::ListRows(const CString& table_name) {
   if (!database_.HasTable(table.name)) return rows;
   Statement select = database_.Prepare("SELECT * FROM " + std::string(table.name) + " ORDER BY rowid");
   std::vector<CString> columns;
-  for (int column = 0; column < select.ColumnCount(); ++column) columns.push_back(select.ColumnName(column));
+  for (int column = 0; column < select.ColumnCount(); ++column)
+    columns.push_back(NameOfColumn(select.ColumnName(column)));
   while (select.Step()) {
     NetworkRow& row = rows.emplace_back();
     for (int column = 0; column < select.ColumnCount(); ++column) {

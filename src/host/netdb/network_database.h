@@ -21,7 +21,8 @@ using NetworkRow = std::vector<std::pair<CString, NetworkValue>>;
 
 // The network-element tables of a project's working copy: "tbl_RNC", "tbl_NodeB", "tbl_Cell" (TD-SCDMA),
 // "tbl_Cell_GSM", "tbl_Cell_LTE", "tbl_AdjCell", "tbl_AdjCell_GSM", "tbl_CustomCPIGroup", "tbl_NetDataConfig".
-// Column names are the network element parameters ("CI", "LAC", "Longitude" ...), compared without case.
+// Column names are the network element parameters ("CI", "LAC", "Longitude" ...), which may differ
+// from another in case alone.
 class NetworkDatabase {
  public:
   explicit NetworkDatabase(Database& database) : database_(database) {}
@@ -29,11 +30,14 @@ class NetworkDatabase {
   struct Counts {
     std::int64_t added = 0;
     std::int64_t replaced = 0;
+    std::vector<std::int64_t> superseded;  // positions, from 0, of the rows given that a later one of them replaced
   };
   // Stores the rows; one of the same key (CI and so on) is replaced as a whole. All of them or, with an Error that
-  // names the row, none.
+  // names the row, none. A name that is that of a column which the table has from the start but for the case means this
+  // column, where nothing else of the table or the row has it.
   Counts PutRows(const CString& table, const std::vector<NetworkRow>& rows);
-  // The same for rows that all have these columns. `next` fills in the values of one row, false behind the last.
+  // The same for rows that all have these columns, whose names count as they are. `next` fills in the values of one
+  // row, false behind the last.
   using NextRow = std::function<bool(std::vector<NetworkValue>& values)>;
   Counts PutRows(const CString& table, const std::vector<CString>& columns, const NextRow& next);
   // The rows with their values that are not empty, columns in the table's order. Throws Error for an unknown table.
@@ -49,6 +53,7 @@ class NetworkDatabase {
  private:
   using PutAll = std::function<void(std::int64_t& number)>;  // counts the rows it puts
   Counts PutInOneGo(const NetworkTable& table, const PutAll& put_all);
+  std::vector<std::int64_t> SupersededRows(const NetworkTable& table, std::int64_t last_before, std::int64_t rows);
   std::vector<Statement>& PositionQueries();
 
   Database& database_;

@@ -15,6 +15,15 @@ constexpr const char* kLteCellKeys =
     "(PCI << 16) | CASE WHEN EARFCN BETWEEN 38650 AND 39649 THEN (EARFCN - 38650) / 10 + 2300"
     " WHEN EARFCN BETWEEN 37750 AND 38249 THEN (EARFCN - 37750) / 10 + 2570 END";
 
+// The 28 bits of a TD-SCDMA cell identity: a cell id of 16 bits stands beside its RNC id, or alone.
+#define TD_CELL_IDENTITY "CASE WHEN CI BETWEEN 0 AND 65535 THEN (ifnull(RNCID, 0) << 16) | CI ELSE CI END"
+// What tells LTE cells apart that have no identity of their own, be it that they have none or one of 8 bits, which is
+// that of a cell of its eNodeB (3GPP TS 36.413), without the eNodeB.
+#define LTE_CELL_PLACE                                                                      \
+  "CASE WHEN CI >= 256 OR (CI IS NOT NULL AND eNodeBID IS NOT NULL) THEN '' ELSE "          \
+  "ifnull(PCI, '') || ' ' || ifnull(EARFCN, '') || ' ' || ifnull(Frequency, '') || ' ' || " \
+  "ifnull(Longitude, '') || ' ' || ifnull(Latitude, '') || ' ' || iif(CI IS NULL, ifnull(CellName, ''), '') END"
+
 // clang-format off
 constexpr NetworkTable kTables[] = {
     {"tbl_RNC",
@@ -26,18 +35,16 @@ constexpr NetworkTable kTables[] = {
     {"tbl_Cell",
      "MCC INTEGER, MNC INTEGER, RNCID INTEGER, LAC INTEGER, CI INTEGER, CellName TEXT, SiteName TEXT, "
      "Longitude REAL, Latitude REAL, UARFCN INTEGER, CellParameterID INTEGER",
-     "ifnull(MCC, -1), ifnull(MNC, -1), ifnull(LAC, -1), CI", kTdCellKeys},
+     "ifnull(MCC, -1), ifnull(MNC, -1), " TD_CELL_IDENTITY, kTdCellKeys},
     {"tbl_Cell_GSM",
      "MCC INTEGER, MNC INTEGER, LAC INTEGER, CI INTEGER, CellName TEXT, SiteName TEXT, "
      "Longitude REAL, Latitude REAL, BCCH INTEGER, BSIC INTEGER",
      "ifnull(MCC, -1), ifnull(MNC, -1), LAC, CI", nullptr},
-    {"tbl_Cell_LTE",  // a cell identity is not required: without one the cell is known by what else there is; one of
-                      // 8 bits is that of a cell of its eNodeB (3GPP TS 36.413)
+    {"tbl_Cell_LTE",
      "MCC INTEGER, MNC INTEGER, eNodeBID INTEGER, CI INTEGER, CellName TEXT, SiteName TEXT, "
      "Longitude REAL, Latitude REAL, PCI INTEGER, EARFCN INTEGER, Frequency REAL",
-     "ifnull(MCC, -1), ifnull(MNC, -1), CASE WHEN CI < 256 THEN ifnull(eNodeBID, -1) ELSE -1 END, "
-     "ifnull(CI, 'PCI ' || ifnull(PCI, '') || ' ' || ifnull(EARFCN, '') || ' ' || ifnull(Frequency, '') || ' ' || "
-     "ifnull(Longitude, '') || ' ' || ifnull(Latitude, '') || ' ' || ifnull(CellName, ''))", kLteCellKeys},
+     "ifnull(MCC, -1), ifnull(MNC, -1), CASE WHEN CI >= 256 THEN -1 ELSE ifnull(eNodeBID, -1) END, "
+     "ifnull(CI, -1), " LTE_CELL_PLACE, kLteCellKeys},
     {"tbl_AdjCell",
      "ServCellMCC INTEGER, ServCellMNC INTEGER, ServCellCI INTEGER, "
      "NborCellMCC INTEGER, NborCellMNC INTEGER, NborCellCI INTEGER",
@@ -55,6 +62,9 @@ constexpr NetworkTable kTables[] = {
      "Name", nullptr},
 };
 // clang-format on
+
+#undef TD_CELL_IDENTITY
+#undef LTE_CELL_PLACE
 
 }  // namespace
 

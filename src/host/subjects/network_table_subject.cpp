@@ -41,8 +41,12 @@ NetworkTableSubject::NetworkTableSubject(NetworkDatabase& database, const CStrin
 CString NetworkTableSubject::GetFieldText(const CString& field) {
   if (at_ >= rows_.size()) throw Error("there is no further row to read");
   const NetworkRow& row = rows_[at_];
-  const auto found =
-      std::find_if(row.begin(), row.end(), [&](const auto& column) { return column.first.CompareNoCase(field) == 0; });
+  auto found = std::find_if(row.begin(), row.end(), [&](const auto& column) { return column.first == field; });
+  const bool is_column = found != row.end() || std::find(columns_.begin(), columns_.end(), field) != columns_.end();
+  if (!is_column) {
+    found = std::find_if(row.begin(), row.end(),
+                         [&](const auto& column) { return column.first.CompareNoCase(field) == 0; });
+  }
   return found != row.end() ? TextOf(found->second) : CString();
 }
 

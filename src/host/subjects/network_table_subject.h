@@ -8,7 +8,8 @@
 
 namespace loom {
 
-// The rows of a network-element table, by column names without regard to case, as they stand when the subject is made.
+// The rows of a network-element table as they stand when the subject is made. The case of a column's name counts only
+// where a column has just that name.
 class NetworkTableSubject final : public ISubject, public IRecordsetData {
  public:
   // Throws Error for an unknown table.
