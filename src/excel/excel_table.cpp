@@ -14,7 +14,7 @@ constexpr std::int32_t kRecordsPerSheet = 65534;  // beside the header
 constexpr const char* kFirstCell = "A1";
 constexpr std::string_view kInvalidText = "-255";
 constexpr std::string_view kTimeColumn = "RecordTime";
-constexpr int kTimeFormat = 126;
+constexpr int kTimeFormat = 127;  // with the date, which a time of day alone cannot tell apart
 
 CString CellTextOf(const CString& column, CString text) {
   if (text.view() == kInvalidText) return {};

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <filesystem>
 
 #include "tests/qloom/program.h"
@@ -56,11 +57,15 @@ TEST_F(ExportExcelCommand, AStreamBecomesASheetOfItsRows) {
   std::size_t with_uarfcn = 0;
   for (std::size_t at = 0; at < rows.size(); ++at) {
     const std::string number = std::to_string(at + 2);
-    EXPECT_EQ(FieldText(rows[at], 147), sheet["cells"].value("B" + number, "")) << number;
-    with_uarfcn += sheet["cells"].contains("B" + number) ? 1 : 0;
+    const bool is_there = sheet["cells"].contains("B" + number);
+    const std::string text = FieldText(rows[at], 147);
+    EXPECT_EQ(text.empty() ? json() : json::parse(text), is_there ? sheet["cells"]["B" + number] : json()) << number;
+    with_uarfcn += is_there ? 1 : 0;
   }
   EXPECT_LT(0u, with_uarfcn);
-  EXPECT_EQ("09:30:00.000", sheet["cells"]["A2"]);
+  const double first = sheet["cells"]["A2"];
+  EXPECT_LT(40000, first) << "a day";
+  EXPECT_NEAR(9.5 / 24, first - std::floor(first), 1e-9);
 }
 
 TEST_F(ExportExcelCommand, SeveralStreamsAndReadyTablesGiveTheSameSheets) {
@@ -87,10 +92,10 @@ TEST_F(ExportExcelCommand, NetworkElementTablesBecomeSheets) {
   EXPECT_EQ((json{{"A1", "CI"},
                   {"B1", "cellname"},
                   {"C1", "Longitude"},
-                  {"A2", "11"},
+                  {"A2", 11},
                   {"B2", "西单"},
-                  {"C2", "116.5"},
-                  {"A3", "12"}}),
+                  {"C2", 116.5},
+                  {"A3", 12}}),
             Book()["sheets"][0]["cells"]);
   EXPECT_EQ(1, Qloom("export-excel --net tbl_Nothing --project p.qlp --out none.xlsx").exit_code);
 }

@@ -88,7 +88,7 @@ def main():
     parser.add_argument("--openpyxl", action="store_true")
     parser.add_argument("path")
     options = parser.parse_args()
-    print(json.dumps(read_openpyxl(options.path) if options.openpyxl else read_plain(options.path)))
+    print(json.dumps(read_openpyxl(options.path) if options.openpyxl else read_plain(options.path), default=str))
 
 
 if __name__ == "__main__":

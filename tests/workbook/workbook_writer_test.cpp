@@ -43,7 +43,6 @@ class WorkbookWriterTest : public ::testing::Test {
 // Text, and what readers must give back.
 const std::pair<CString, std::string> kTexts[] = {
     {"plain", "plain"},
-    {"-95.25", "-95.25"},
     {"=1+1", "=1+1"},
     {"<a href=\"x\">&'</a>", "<a href=\"x\">&'</a>"},
     {" blanks at both ends ", " blanks at both ends "},
@@ -64,6 +63,48 @@ TEST_F(WorkbookWriterTest, IndependentReadersGiveTheTextsBack) {
     int row = 0;
     for (const auto& [text, read] : kTexts) EXPECT_EQ(read, book["sheets"][0]["cells"]["A" + std::to_string(++row)]);
   }
+}
+
+// Below the first row, which holds headings.
+TEST_F(WorkbookWriterTest, PlainNumbersAndTimesBecomeCellsOfTheirKind) {
+  const std::pair<const char*, json> kAssigned[] = {
+      {"-95.25", -95.25},
+      {"0", 0.0},
+      {"-0.05", -0.05},
+      {"1.50", 1.5},
+      {"123456789012345", 123456789012345.0},
+      {"1234567890123456", "1234567890123456"},
+      {"007", "007"},
+      {"-01.5", "-01.5"},
+      {"1e5", "1e5"},
+      {"+5", "+5"},
+      {".5", ".5"},
+      {"5.", "5."},
+      {"-", "-"},
+      {" 5", " 5"},
+      {"=1+1", "=1+1"},
+      {"2012-05-03 10:30:00.250", 41032.43750289352},
+      {"2012-05-03 00:00:00.000", 41032.0},
+      {"2012-02-30 10:30:00.250", "2012-02-30 10:30:00.250"},
+      {"1900-02-28 10:30:00.250", "1900-02-28 10:30:00.250"},
+      {"2012-05-03 10:30:60.250", "2012-05-03 10:30:60.250"},
+      {"2012-05-03 10:30:00", "2012-05-03 10:30:00"},
+  };
+  std::vector<VARIANT> values{VARIANT("1")};
+  for (const auto& [text, read] : kAssigned) values.push_back(VARIANT(text));
+  WrittenSheet& sheet = AddSheet("s");
+  sheet.fits_columns = true;
+  writer_.Fill(sheet, Column(values), {});
+  const json read_sheet = SaveAndRead()["sheets"][0];
+  EXPECT_EQ("1", read_sheet["cells"]["A1"]);
+  EXPECT_EQ((json{{"1:1", 24.7}}), read_sheet["widths"]);
+  for (std::size_t at = 0; at < std::size(kAssigned); ++at)
+    EXPECT_EQ(kAssigned[at].second, read_sheet["cells"]["A" + std::to_string(at + 2)]) << kAssigned[at].first;
+  if (!HasOpenpyxl()) return;
+  const json cells = ReadWorkbookByOpenpyxl(path_)["sheets"][0]["cells"];
+  EXPECT_EQ("2012-05-03 10:30:00.250000", cells["A17"]);
+  EXPECT_EQ("2012-05-03 00:00:00", cells["A18"]);
+  EXPECT_EQ(-95.25, cells["A2"]);
 }
 
 TEST_F(WorkbookWriterTest, CharactersThatXmlCannotHoldAreEscaped) {

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <string>
 
+#include "host/workbook/cell_text_kind.h"
 #include "host/workbook/xml_text.h"
 #include "platform/encoding.h"
 #include "platform/notes.h"
@@ -34,6 +35,7 @@ class RowRenderer {
               const CString& sheet_name, DeflateWriter& deflate)
       : first_(first), path_(path), sheet_name_(sheet_name), deflate_(deflate), widths_(columns) {
     style_ = "\" s=\"" + std::to_string(style) + "\"";
+    time_style_ = "\" s=\"" + std::to_string(style + kTimeStyle) + "\"";
     for (std::uint32_t column = 0; column < columns; ++column)
       cell_heads_.push_back("<c r=\"" + ColumnLetters(first.column + column));
     block_.reserve(kBlockBytes + 4096);
@@ -68,16 +70,25 @@ class RowRenderer {
   void Cell(std::size_t column, const VARIANT& value) {
     switch (value.type()) {
       case VT_BSTR:
-        return TextCell(column, value.Text());
+        return row_ == 0 ? TextCell(column, value.Text()) : AssignedText(column, value.Text());
       case VT_I2:
       case VT_I4:
       case VT_R8:
         return NumberCell(column, value.Real());
       case VT_BOOL:
-        return ValueCell(column, " t=\"b\"", value.Boolean() ? "1" : "0");
+        return ValueCell(column, style_, " t=\"b\"", value.Boolean() ? "1" : "0");
       default:
         throw AutomationError("a cell cannot hold a value of type " + std::to_string(value.type()));
     }
+  }
+
+  void AssignedText(std::size_t column, std::string_view text) {
+    if (IsPlainNumber(text)) return ValueCell(column, style_, "", text);
+    char serial[kSerialRoom];
+    const char* const end = PutSerial(text, serial);
+    if (end == nullptr) return TextCell(column, text);
+    ValueCell(column, time_style_, "", {serial, static_cast<std::size_t>(end - serial)});
+    widths_[column] = std::max(widths_[column], static_cast<std::uint32_t>(text.size()));
   }
 
   void TextCell(std::size_t column, std::string_view text) {
@@ -115,14 +126,14 @@ class RowRenderer {
   void NumberCell(std::size_t column, double number) {
     const std::string text = NumberText(number);
     if (!std::isfinite(number)) return TextCell(column, text);
-    ValueCell(column, "", text);
+    ValueCell(column, style_, "", text);
   }
 
-  void ValueCell(std::size_t column, std::string_view type, std::string_view value) {
+  void ValueCell(std::size_t column, std::string_view style, std::string_view type, std::string_view value) {
     widths_[column] = std::max(widths_[column], static_cast<std::uint32_t>(value.size()));
     block_ += cell_heads_[column];
     block_ += row_number_;
-    block_ += style_;
+    block_ += style;
     block_ += type;
     block_ += "><v>";
     block_ += value;
@@ -137,6 +148,7 @@ class RowRenderer {
   DeflateWriter& deflate_;
   std::vector<std::uint32_t> widths_;
   std::string style_;
+  std::string time_style_;
   std::vector<std::string> cell_heads_;
   std::uint32_t row_ = 0;
   std::string row_number_;

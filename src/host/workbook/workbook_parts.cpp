@@ -16,6 +16,7 @@ const std::string kSpreadsheetType = "application/vnd.openxmlformats-officedocum
 
 constexpr double kWidthPadding = 1.7;  // room beside the text of a fitted column
 constexpr double kWidestColumn = 255.0;
+constexpr int kTimeFormatId = 164;  // the first that a workbook defines for itself
 
 struct VerticalAlign {
   std::int32_t value;  // as the object model numbers them
@@ -32,10 +33,12 @@ std::string Relations(const std::string& content) {
   return kXml + "<Relationships xmlns=\"" + kPackage + "relationships\">" + content + "</Relationships>";
 }
 
-std::string StyleXml(const std::optional<std::int32_t>& vertical_align) {
-  const std::string head = "<xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\"";
+std::string StyleXml(const CellStyle& style) {
+  std::string head = "<xf numFmtId=\"" + std::to_string(style.shows_time ? kTimeFormatId : 0) +
+                     "\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\"";
+  if (style.shows_time) head += " applyNumberFormat=\"1\"";
   const auto found = std::find_if(std::begin(kVerticalAligns), std::end(kVerticalAligns),
-                                  [&](const VerticalAlign& align) { return align.value == vertical_align; });
+                                  [&](const VerticalAlign& align) { return align.value == style.vertical_align; });
   if (found == std::end(kVerticalAligns)) return head + "/>";
   return head + " applyAlignment=\"1\"><alignment vertical=\"" + found->name + "\"/></xf>";
 }
@@ -107,17 +110,19 @@ std::string WorkbookRelationsXml(std::size_t sheets) {
   return Relations(content + Relation("rId" + std::to_string(sheets + 1), "styles", "styles.xml"));
 }
 
-std::string StylesXml(const std::vector<std::optional<std::int32_t>>& vertical_aligns) {
+std::string StylesXml(const std::vector<CellStyle>& styles) {
   std::string xml =
-      kXml + "<styleSheet xmlns=\"" + kMain +
-      "\"><fonts count=\"1\"><font><sz val=\"11\"/><name val=\"Calibri\"/></font></fonts>"
+      kXml + "<styleSheet xmlns=\"" + kMain + "\"><numFmts count=\"1\"><numFmt numFmtId=\"" +
+      std::to_string(kTimeFormatId) +
+      "\" formatCode=\"yyyy\\-mm\\-dd\\ hh:mm:ss.000\"/></numFmts>"
+      "<fonts count=\"1\"><font><sz val=\"11\"/><name val=\"Calibri\"/></font></fonts>"
       "<fills count=\"2\"><fill><patternFill patternType=\"none\"/></fill>"
       "<fill><patternFill patternType=\"gray125\"/></fill></fills>"
       "<borders count=\"1\"><border><left/><right/><top/><bottom/><diagonal/></border></borders>"
       "<cellStyleXfs count=\"1\"><xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\"/></cellStyleXfs>"
       "<cellXfs count=\"" +
-      std::to_string(vertical_aligns.size()) + "\">";
-  for (const auto& align : vertical_aligns) xml += StyleXml(align);
+      std::to_string(styles.size()) + "\">";
+  for (const CellStyle& style : styles) xml += StyleXml(style);
   return xml +
          "</cellXfs><cellStyles count=\"1\"><cellStyle name=\"Normal\" xfId=\"0\" builtinId=\"0\"/></cellStyles>"
          "</styleSheet>";

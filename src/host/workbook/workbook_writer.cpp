@@ -50,7 +50,8 @@ CString WithAllowedLength(const CString& name) {
 WrittenSheet& WorkbookWriter::AddSheet(std::size_t position) {
   auto sheet = std::make_unique<WrittenSheet>();
   sheet->name = FreeName({});
-  sheet->style = next_style_++;
+  sheet->style = next_style_;
+  next_style_ += kTimeStyle + 1;
   return **sheets_.insert(sheets_.begin() + static_cast<std::ptrdiff_t>(position), std::move(sheet));
 }
 
@@ -107,16 +108,17 @@ class WorkbookWriter::Saving {
 
   void Run() {
     std::vector<CString> names;
-    std::vector<std::optional<std::int32_t>> aligns(book_.next_style_);
+    std::vector<CellStyle> styles(book_.next_style_);
     for (const auto& sheet : book_.sheets_) {
       names.push_back(sheet->name);
-      aligns[sheet->style] = sheet->vertical_align;
+      styles[sheet->style] = {sheet->vertical_align, false};
+      styles[sheet->style + kTimeStyle] = {sheet->vertical_align, true};
     }
     zip_.AddEntry("[Content_Types].xml", ContentTypesXml(names.size()));
     zip_.AddEntry("_rels/.rels", PackageRelationsXml());
     zip_.AddEntry("xl/workbook.xml", WorkbookXml(names, book_.active_));
     zip_.AddEntry("xl/_rels/workbook.xml.rels", WorkbookRelationsXml(names.size()));
-    zip_.AddEntry("xl/styles.xml", StylesXml(aligns));
+    zip_.AddEntry("xl/styles.xml", StylesXml(styles));
     for (std::size_t at = 0; at < names.size(); ++at) AddSheet(at);
     zip_.Finish();
   }

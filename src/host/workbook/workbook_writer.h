@@ -15,7 +15,7 @@ namespace loom {
 struct WrittenSheet {
   CString name;
   bool is_named = false;                       // false: the name was found for it and may give way
-  std::uint32_t style = 0;                     // number of the cells' style, unlike that of any other sheet
+  std::uint32_t style = 0;                     // number of the cells' style; it and the next one are this sheet's alone
   std::optional<SheetBody> body;               // none: the sheet is empty
   std::optional<std::int32_t> vertical_align;  // of its cells, in the object model's numbers
   bool fits_columns = false;                   // columns as wide as their texts
