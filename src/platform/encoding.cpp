@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <functional>
+#include <optional>
 
 #include "platform/code_page.h"
 
@@ -108,26 +109,61 @@ void AppendRawByte(unsigned char byte, std::string* gbk) {
   *gbk += static_cast<char>(kFirstTrail + (byte & 0x3F));
 }
 
-// The native bytes of one double-byte character.
-std::string NativeCharacter(std::string_view gbk) {
+// The byte that a double-byte character carries.
+std::optional<char> CarriedByte(std::string_view gbk) {
   const auto lead = static_cast<unsigned char>(gbk[0]);
   const int low_bits = static_cast<unsigned char>(gbk[1]) - kFirstTrail;
-  if ((lead == kLowByteLead || lead == kHighByteLead) && low_bits >= 0 && low_bits < 0x40)
-    return std::string(1, static_cast<char>((lead == kLowByteLead ? 0x80 : 0xC0) + low_bits));
-  return GbkToUtf8Converter().Convert(gbk, [](std::string_view input, std::size_t bad, std::string* output) {
-    *output += input[bad];
-    return std::size_t{1};
-  });
+  if ((lead != kLowByteLead && lead != kHighByteLead) || low_bits < 0 || low_bits >= 0x40) return std::nullopt;
+  return static_cast<char>((lead == kLowByteLead ? 0x80 : 0xC0) + low_bits);
+}
+
+// Converts a name character by character; `carried` gives what stands for a carried byte, `bad` for one that is no GBK.
+template <class Carried, class Bad>
+std::string ConvertName(std::string_view gbk, Carried carried, Bad bad) {
+  if (IsAscii(gbk)) return std::string(gbk);
+  if (gbk.find_first_of("\xFD\xFE") == std::string_view::npos) return GbkToUtf8Converter().Convert(gbk, bad);
+  std::string text;
+  for (std::size_t at = 0; at < gbk.size();) {
+    const std::string_view character = gbk.substr(at, GbkCharLength(gbk, at));
+    const std::optional<char> byte = character.size() == 2 ? CarriedByte(character) : std::nullopt;
+    text += byte ? carried(*byte) : GbkToUtf8Converter().Convert(character, bad);
+    at += character.size();
+  }
+  return text;
+}
+
+std::size_t KeepByte(std::string_view input, std::size_t at, std::string* output) {
+  *output += input[at];
+  return 1;
+}
+
+std::size_t HexByte(std::string_view input, std::size_t at, std::string* output) {
+  *output += Hex(input[at]);
+  return 1;
+}
+
+int HexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
+}
+
+constexpr std::size_t kHexLength = 4;  // "\xHH"
+
+// The byte from 0x80 on that `\xHH` at `at` spells.
+std::optional<char> SpelledByte(std::string_view text, std::size_t at) {
+  if (at + kHexLength > text.size() || text[at] != '\\' || text[at + 1] != 'x') return std::nullopt;
+  const int high = HexDigit(text[at + 2]);
+  const int low = HexDigit(text[at + 3]);
+  if (high < 8 || low < 0) return std::nullopt;
+  return static_cast<char>(high * 16 + low);
 }
 
 }  // namespace
 
 std::string GbkToUtf8(std::string_view gbk) {
   if (IsAscii(gbk)) return std::string(gbk);
-  return GbkToUtf8Converter().Convert(gbk, [](std::string_view input, std::size_t at, std::string* output) {
-    *output += Hex(input[at]);
-    return std::size_t{1};
-  });
+  return GbkToUtf8Converter().Convert(gbk, HexByte);
 }
 
 CString Utf8ToGbk(std::string_view utf8) {
@@ -171,17 +207,52 @@ std::string Utf16ToUtf8(std::string_view bytes) {
 }
 
 std::string GbkPathToNative(const CString& path) {
-  std::string native;
+  std::string slashed;  // no double-byte character is cut: the rear half of one may be a '\\', too
   const std::string_view text = path.view();
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t length = GbkCharLength(text, at);
-    if (length == 2)
-      native += NativeCharacter(text.substr(at, 2));
-    else
-      native += text[at] == '\\' ? '/' : text[at];
+    slashed += length == 1 && text[at] == '\\' ? std::string_view("/") : text.substr(at, length);
     at += length;
   }
-  return native;
+  return GbkNameToNative(slashed);
+}
+
+std::string GbkNameToNative(std::string_view gbk) {
+  return ConvertName(
+      gbk, [](char byte) { return std::string(1, byte); }, KeepByte);
+}
+
+std::string GbkNameToUtf8(std::string_view gbk) { return ConvertName(gbk, Hex, HexByte); }
+
+CString NativeNameToGbk(std::string_view name) { return NativePathToGbk(WithBytes(name)); }
+
+std::string WithBytes(std::string_view name) {
+  std::string bytes;
+  for (std::size_t at = 0; at < name.size();) {
+    const std::optional<char> byte = SpelledByte(name, at);
+    bytes += byte.value_or(name[at]);
+    at += byte ? kHexLength : 1;
+  }
+  return bytes;
+}
+
+std::string WithCharacters(std::string_view utf8) {
+  std::string text;
+  for (std::size_t at = 0; at < utf8.size();) {
+    std::string run;
+    for (std::size_t next = at; const auto byte = SpelledByte(utf8, next); next += kHexLength) run += *byte;
+    if (run.empty()) {
+      text += utf8[at++];
+      continue;
+    }
+    for (std::size_t of_run = 0; of_run < run.size();) {
+      const std::size_t length = Utf8CharLength(run, of_run);
+      text += length > 1 ? run.substr(of_run, length) : Hex(run[of_run]);
+      of_run += length;
+    }
+    at += run.size() * kHexLength;
+  }
+  return text;
 }
 
 CString NativePathToGbk(std::string_view native) {

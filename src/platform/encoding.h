@@ -31,4 +31,16 @@ std::string Utf16ToUtf8(std::string_view bytes);
 std::string GbkPathToNative(const CString& path);
 CString NativePathToGbk(std::string_view native);
 
+// Names of files and what is named after files. As it is on disk, '\\' kept; and as UTF-8 for machines, in which a byte
+// that the name carries becomes `\xHH`.
+std::string GbkNameToNative(std::string_view gbk);
+std::string GbkNameToUtf8(std::string_view gbk);
+// A name in either of the two spellings.
+CString NativeNameToGbk(std::string_view name);
+
+// `\xHH` of a native name as the byte, from 0x80 on.
+std::string WithBytes(std::string_view name);
+// For people: only such `\xHH` that make up characters of UTF-8.
+std::string WithCharacters(std::string_view utf8);
+
 }  // namespace loom

@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+#include "platform/encoding.h"
+
 namespace loom {
 namespace {
 
@@ -37,10 +39,11 @@ const char* LogLevelName(LogLevel level) {
 }
 
 void Log(LogLevel level, std::string_view utf8) {
+  const std::string text = WithCharacters(utf8);
   if (CurrentSink())
-    CurrentSink()(level, utf8);
+    CurrentSink()(level, text);
   else
-    WriteDefault(level, utf8);
+    WriteDefault(level, text);
 }
 
 LogSink SetLogSink(LogSink sink) { return std::exchange(CurrentSink(), std::move(sink)); }
