@@ -35,9 +35,10 @@ inline constexpr int kMergedLogVersion = 600;        // of logs made by merging,
 // Results of merging logs.
 enum LogMergeResult : int {
   kMergeDone = 0,
-  kMergeFailed = 1,   // the target could not be written
-  kMergeInPart = 2,   // merged without the logs that are too old
-  kMergeRefused = 3,  // a log is none or does not go with the others, or the target is one of them
+  kMergeFailed = 1,       // the target could not be written
+  kMergeInPart = 2,       // merged without the logs that are too old
+  kMergeRefused = 3,      // a log is none or does not go with the others, or the target is one of them
+  kMergeInterrupted = 4,  // by Ctrl-C; the target is as it was
 };
 inline constexpr int kExtractDone = 1;
 inline constexpr int kExtractFailed = 0;
@@ -79,8 +80,9 @@ class CLogFileManager {
   // of time order go to the notes. Throws FileError when a log fails to read or is written to meanwhile. The mode means
   // nothing.
   int MergeFile(std::vector<CString> paths, const CString& target, int mode);
-  // Writes the records from `start` up to the end of the second `end`, local times, into a log with the source's
-  // header. Gives kExtractDone or kExtractFailed, with the reason in the notes; throws as MergeFile does.
+  // Writes the records from `start` up to the end of the second `end`, of the log's clock, into a log with the source's
+  // header. Gives kExtractDone or kExtractFailed, with the reason in the notes, also after an interrupt; throws as
+  // MergeFile does.
   int ExtractLogFile(const CString& source, const CTime& start, const CTime& end, const CString& target_folder,
                      const CString& target_name);
 

@@ -21,15 +21,13 @@ namespace {
 constexpr const char* kLogFilter = "Log File (*.log)|*.log||";
 constexpr const char* kLogEnding = ".log";
 
-COleDateTime ToOleDateTime(const CTime& time) { return COleDateTime(time.GetLocalTime()); }
-
 // A time of day on the log's own day: hours beyond 24 start over.
 COleDateTime OnDayOf(CDTFile& log, const sys_time& time) {
   const auto second_of_day = static_cast<std::int64_t>(std::floor(time.toSecond())) % 86'400;
-  return ToOleDateTime(CTime(LocalTime{.day = {log.getYear(), log.getMonth(), log.getDate()},
-                                       .hour = static_cast<int>(second_of_day / 3600),
-                                       .minute = static_cast<int>(second_of_day / 60 % 60),
-                                       .second = static_cast<int>(second_of_day % 60)}));
+  return COleDateTime(LocalTime{.day = {log.getYear(), log.getMonth(), log.getDate()},
+                                .hour = static_cast<int>(second_of_day / 3600),
+                                .minute = static_cast<int>(second_of_day / 60 % 60),
+                                .second = static_cast<int>(second_of_day % 60)});
 }
 
 // -1 for the fields of one that is not valid, which makes the sum invalid.
@@ -104,7 +102,7 @@ CLogfilePartitionDlg::TimeRange CLogfilePartitionDlg::ReadAutoTestRange(const CS
   SYSTEMTIME begin;
   SYSTEMTIME end;
   if (!CCSLogImportWrap().GetBeginEndTime(path, begin, end)) throw FileError(path, 0, "tells no times");
-  return {ToOleDateTime(CTime(begin)), ToOleDateTime(CTime(end))};
+  return {COleDateTime(CTime(begin).GetLocalTime()), COleDateTime(CTime(end).GetLocalTime())};
 }
 
 void CLogfilePartitionDlg::SetRange(const TimeRange& range) {
@@ -121,7 +119,7 @@ void CLogfilePartitionDlg::ChooseTarget() {
   UpdateData(true);
   CFileDialog dialog(false, "", "", CFileDialog::kOverwritePrompt, kLogFilter);
   if (dialog.DoModal() != kIdOk) return;
-  target_path_ = dialog.GetPathName();
+  target_path_ = picked_target_ = dialog.GetPathName();
   UpdateData(false);
 }
 
@@ -147,6 +145,8 @@ bool CLogfilePartitionDlg::Check() {
     Complain("目标文件截取时间不能超过源文件的起止时间！请重新设置。"_gbk);
     return false;
   }
+  if (!MayReplace(picked_target_, target_path_, this)) return false;
+  picked_target_ = target_path_;
   return true;
 }
 

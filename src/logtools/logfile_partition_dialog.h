@@ -39,6 +39,7 @@ class CLogfilePartitionDlg final : public CDialog {
 
   CString source_path_;
   CString target_path_;
+  CString picked_target_;  // that may be replaced
   CString source_start_text_;
   CString source_end_text_;
   TimeRange source_;

@@ -23,6 +23,11 @@ struct LocalTime {
   friend bool operator==(const LocalTime&, const LocalTime&) = default;
 };
 
+// Seconds since 1970 with the local clock read as UTC, and its inverse: what a log tells, wherever it is read, hours
+// that summer time skips included. A time of day out of its range carries over.
+std::int64_t ClockSecondsOf(const LocalTime& time);
+LocalTime ClockTimeOf(std::int64_t clock_s);
+
 // Seconds since 1970 of a local time; whether summer time applies is the system library's decision. Fields out of
 // their range carry over. Throws Error when the system cannot represent the time.
 std::int64_t SecondsOf(const LocalTime& time);

@@ -22,18 +22,17 @@ struct SYSTEMTIME {
 SYSTEMTIME SystemTimeOf(const LocalTime& time, int milliseconds = 0);
 LocalTime LocalTimeOf(const SYSTEMTIME& time);
 
-// A whole second since 1970.
+// A whole second of a log's clock, which counts calendar fields as if they were UTC (clock.h).
 class CTime {
  public:
   CTime() = default;
   explicit CTime(std::int64_t seconds_since_1970) : seconds_(seconds_since_1970) {}
-  // A local time; whether summer time applies is the system's decision. Throws Error as SecondsOf does.
-  explicit CTime(const LocalTime& time) : seconds_(SecondsOf(time)) {}
+  explicit CTime(const LocalTime& time) : seconds_(ClockSecondsOf(time)) {}
   // A year before 1900 gives the time 0.
-  explicit CTime(const SYSTEMTIME& time) : seconds_(time.wYear < 1900 ? 0 : SecondsOf(LocalTimeOf(time))) {}
+  explicit CTime(const SYSTEMTIME& time) : seconds_(time.wYear < 1900 ? 0 : ClockSecondsOf(LocalTimeOf(time))) {}
 
   std::int64_t GetTime() const { return seconds_; }
-  LocalTime GetLocalTime() const { return LocalTimeOf(seconds_); }
+  LocalTime GetLocalTime() const { return ClockTimeOf(seconds_); }
   SYSTEMTIME GetAsSystemTime() const { return SystemTimeOf(GetLocalTime()); }
 
  private:

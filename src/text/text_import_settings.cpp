@@ -48,8 +48,9 @@ void SaveImportConfig(const TextImportSettings& settings) {
   CFileDialog dialog(false, kImportConfigExtension, CString(), CFileDialog::kOverwritePrompt, kImportConfigFilter);
   dialog.SetTitle("保存导入配置"_gbk);
   if (dialog.DoModal() != kIdOk || dialog.GetPathName().IsEmpty()) return;
-  const bool is_saved = CFactory::Instance().CreateDBMapper()->SaveTextConfig(WithConfigExtension(dialog.GetPathName()),
-                                                                              ConfigOf(settings));
+  const CString path = WithConfigExtension(dialog.GetPathName());
+  if (!MayReplace(dialog.GetPathName(), path)) return;
+  const bool is_saved = CFactory::Instance().CreateDBMapper()->SaveTextConfig(path, ConfigOf(settings));
   ShowMessageBox(is_saved ? "配置文件保存成功！"_gbk : "配置文件保存失败！"_gbk);
 }
 

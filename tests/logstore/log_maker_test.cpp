@@ -10,6 +10,8 @@
 #include "host/logstore/log_merge.h"
 #include "host/logstore/log_reader.h"
 #include "host/simulation/simulator.h"
+#include "platform/file.h"
+#include "platform/interrupt.h"
 #include "tests/logstore/log_files.h"
 
 namespace loom::testing {
@@ -90,6 +92,24 @@ class LogMaker : public ::testing::Test {
   Notes notes_;
   NotesScope scope_{notes_};
 };
+
+// The wish to end stays for the process, so it is made in another one.
+TEST_F(LogMaker, AnInterruptStopsThemAndLeavesTheTarget) {
+  Write(File("a.log"), {{1, 10.0}, {2, 20.0}});
+  Write(File("b.log"), {{11, 5.0}});
+  WriteWholeFile(File("merged.log"), "old");
+  WriteWholeFile(File("cut.log"), "old");
+  const auto files = FileCount();
+  const auto is_stopped = [&] {
+    Interrupt();
+    return Merge({"a.log", "b.log"}) == kMergeInterrupted && Cut("a.log", 10, 20) == kExtractFailed &&
+           Cut("a.log", 30, 40) == kExtractFailed;
+  };
+  EXPECT_EXIT(std::_Exit(is_stopped() ? 0 : 1), ::testing::ExitedWithCode(0), "");
+  EXPECT_EQ("old", ReadWholeText(File("merged.log")));
+  EXPECT_EQ("old", ReadWholeText(File("cut.log")));
+  EXPECT_EQ(files, FileCount());
+}
 
 TEST_F(LogMaker, MergeOrdersByTimeAndEqualTimesByTheList) {
   Write(File("a.log"), {{1, 10.0}, {2, 20.0}, {3, 20.0}, {4, 30.5}});

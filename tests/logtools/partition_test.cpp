@@ -83,6 +83,25 @@ TEST_F(Partition, TargetsEndInLog) {
   }
 }
 
+TEST_F(Partition, TheNameWithItsExtensionIsAskedForAgain) {
+  const CString log = Write("a.log");
+  Write("cut.log", {kTen});
+  const CString question = Format("%s 已存在。要替换它吗？"_gbk, File("cut.log"));
+  ScriptedUser user;
+  Source(user.Expect(kDialogPartition), log);
+  Target(user, File("cut")).Ok().ExpectMessage(question, MessageIcon::kWarning).Answer(MessageAnswer::kNo);
+  user.Ok().ExpectMessage(question, MessageIcon::kWarning).Answer(MessageAnswer::kNo).Cancel();
+  manager_.PartitionLogfile();
+  EXPECT_EQ(1u, Times("cut.log").size());
+
+  ScriptedUser willing;
+  Source(willing.Expect(kDialogPartition), log);
+  Target(willing, File("cut")).Ok().ExpectMessage(question, MessageIcon::kWarning).Answer(MessageAnswer::kYes);
+  willing.ExpectMessage(kDone);
+  manager_.PartitionLogfile();
+  EXPECT_EQ(2u, Times("cut.log").size());
+}
+
 TEST_F(Partition, MissingFolderIsMadeOnRequest) {
   const CString log = Write("a.log");
   const CString question = Format("文件夹\"%s\"不存在，是否创建？"_gbk, File("new/"));

@@ -1,5 +1,3 @@
-#include <chrono>
-
 #include "components/autotest.h"
 #include "components/log_store.h"
 #include "host/logstore/log_cut.h"
@@ -30,19 +28,9 @@ bool IsKind(const CString& path, LogKind kind) {
   return header && header->kind == kind;
 }
 
-// A time of a log, which counts the local clock as UTC.
 SYSTEMTIME ClockTime(std::int64_t time_ns) {
-  using namespace std::chrono;
-  const time_point<system_clock, nanoseconds> time{nanoseconds(time_ns)};
-  const auto midnight = floor<days>(time);
-  const year_month_day day{midnight};
-  const hh_mm_ss of_day{floor<milliseconds>(time - midnight)};
-  return SystemTimeOf({.day = {static_cast<int>(day.year()), static_cast<int>(static_cast<unsigned>(day.month())),
-                               static_cast<int>(static_cast<unsigned>(day.day()))},
-                       .hour = static_cast<int>(of_day.hours().count()),
-                       .minute = static_cast<int>(of_day.minutes().count()),
-                       .second = static_cast<int>(of_day.seconds().count())},
-                      static_cast<int>(of_day.subseconds().count()));
+  const std::int64_t seconds = time_ns / kSecond_ns - (time_ns % kSecond_ns < 0 ? 1 : 0);
+  return SystemTimeOf(ClockTimeOf(seconds), static_cast<int>((time_ns - seconds * kSecond_ns) / 1'000'000));
 }
 
 template <ImporterTypeEnum kType>

@@ -6,14 +6,11 @@
 #include "host/logstore/log_writer.h"
 #include "platform/error.h"
 #include "platform/file.h"
+#include "platform/interrupt.h"
 #include "platform/notes.h"
 
 namespace loom {
 namespace {
-
-std::int64_t ClockSeconds(const LocalTime& time) {
-  return MidnightSeconds(time.day) + time.hour * 3600 + time.minute * 60 + time.second;
-}
 
 std::optional<LogReader> OpenSource(const CString& source, const CString& target) {
   try {
@@ -48,7 +45,7 @@ bool CutByIndex(LogReader& reader, const CString& target, const TimeWindow& wind
 void CutWhole(LogReader& reader, const CString& target, const TimeWindow& window) {
   reader.Rewind();
   LogWriter log(target, reader.header());
-  for (LogPacket packet; reader.Next(packet);)
+  for (LogPacket packet; reader.Next(packet); StopIfInterrupted())
     if (window.Holds(packet.time_ns)) log.Append(packet);
   reader.RequireUnchanged();
   log.Finish();
@@ -58,7 +55,7 @@ void CutWhole(LogReader& reader, const CString& target, const TimeWindow& window
 
 TimeWindow WindowOfSeconds(const LocalTime& first, const LocalTime& last) {
   constexpr std::int64_t kSecond = 1'000'000'000;
-  return {ClockSeconds(first) * kSecond, (ClockSeconds(last) + 1) * kSecond};
+  return {ClockSecondsOf(first) * kSecond, (ClockSecondsOf(last) + 1) * kSecond};
 }
 
 bool CutLog(const CString& source, const CString& target, const TimeWindow& window) {
@@ -66,6 +63,9 @@ bool CutLog(const CString& source, const CString& target, const TimeWindow& wind
   if (!reader) return false;
   try {
     if (!CutByIndex(*reader, target, window)) CutWhole(*reader, target, window);
+  } catch (const Interrupted&) {
+    CurrentNotes().Add("log not written", target, std::uint64_t{0}, "interrupted");
+    return false;
   } catch (const FileError& error) {
     if (error.path() != target) throw;
     CurrentNotes().Add("log not written", target, error.position_bytes(), error.reason());

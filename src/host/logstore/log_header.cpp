@@ -78,9 +78,6 @@ LogHeader ParseHeaderText(std::string_view text) {
   return header;
 }
 
-std::int64_t MidnightSeconds(const CalendarDay& day) {
-  const auto date = std::chrono::year(day.year) / day.month / day.day;
-  return std::chrono::sys_seconds(std::chrono::sys_days(date)).time_since_epoch().count();
-}
+std::int64_t MidnightSeconds(const CalendarDay& day) { return ClockSecondsOf({.day = day}); }
 
 }  // namespace loom

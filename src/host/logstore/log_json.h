@@ -16,7 +16,7 @@ namespace loom {
 void MakeLog(const CString& lines_path, const CString& log_path);
 
 // Prints a log as lines. A record that cannot be read or decoded is left out and noted. Throws FileError when the file
-// is no log or cannot be read, and Error when the stream fails.
+// is no log or cannot be read. Ends where `out` fails, which its state tells.
 void DumpLog(const CString& log_path, std::ostream& out);
 
 // The header line without its end, and its inverse; throws Error.

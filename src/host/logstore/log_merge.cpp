@@ -13,6 +13,7 @@
 #include "host/logstore/record_codec.h"
 #include "platform/error.h"
 #include "platform/file.h"
+#include "platform/interrupt.h"
 #include "platform/log.h"
 #include "platform/notes.h"
 
@@ -205,6 +206,9 @@ LogMergeResult MergeLogs(std::span<const CString> paths, const CString& target, 
     for (MergeQueue queue(opened.sources); !queue.IsEmpty(); queue.Advance()) log.Append(queue.First().Packet());
     for (const MergeSource& source : opened.sources) source.reader().RequireUnchanged();
     log.Finish();
+  } catch (const Interrupted&) {
+    AddNote("log not written", target, "interrupted");
+    return kMergeInterrupted;
   } catch (const FileError& error) {
     if (error.path() != target) throw;
     AddNote("log not written", target, error.reason(), error.position_bytes());

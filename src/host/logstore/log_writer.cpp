@@ -6,6 +6,7 @@
 
 #include "host/logstore/pcapng.h"
 #include "platform/byte_reader.h"
+#include "platform/interrupt.h"
 
 namespace loom {
 namespace {
@@ -104,6 +105,7 @@ void LogWriter::Append(std::span<const std::byte> record, double time_s) {
 }
 
 void LogWriter::CountRecord(std::uint64_t time_ns) {
+  StopIfInterrupted();
   start_ns_ = record_count_ == 0 ? time_ns : std::min(start_ns_, time_ns);
   end_ns_ = std::max(end_ns_, time_ns);
   ++record_count_;
@@ -150,6 +152,7 @@ void LogWriter::WriteIndex() {
 void LogWriter::Finish() {
   WriteIndex();
   WriteStatistics();
+  StopIfInterrupted();
   file_.Commit();
 }
 

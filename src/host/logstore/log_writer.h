@@ -13,7 +13,8 @@
 
 namespace loom {
 
-// Writes one log. The file appears, complete, with Finish(); without it nothing of it stays. Throws FileError.
+// Writes one log. The file appears, complete, with Finish(); without it nothing of it stays. Throws FileError,
+// and Interrupted while the person wants an end (platform/interrupt.h).
 class LogWriter {
  public:
   // `stretch_bytes` is how much of the log one entry of its time index covers.

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/error.h"
+#include "platform/interrupt.h"
 
 namespace loom {
 
@@ -45,7 +45,7 @@ void WindowReader::CheckRecord(const LogPacket& packet) const {
 }
 
 bool WindowReader::Next(LogPacket& packet) {
-  for (;;) {
+  for (;; StopIfInterrupted()) {
     if (left_ == 0 && !EnterStretch()) return false;
     if (!reader_.Next(packet)) throw FormatError(expected_bytes_, "the log ends before its index says so");
     CheckRecord(packet);

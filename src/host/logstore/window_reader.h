@@ -23,7 +23,7 @@ class WindowReader {
   WindowReader(LogReader& reader, const TimeIndex& index, const TimeWindow& window);
 
   // False behind the last one. Throws FormatError, with position and reason, when the log is not what the index says;
-  // then nothing that was read counts.
+  // then nothing that was read counts. Throws Interrupted.
   bool Next(LogPacket& packet);
 
  private:

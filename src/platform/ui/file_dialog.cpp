@@ -1,6 +1,8 @@
 #include "platform/ui/file_dialog.h"
 
+#include "platform/file.h"
 #include "platform/path.h"
+#include "platform/ui/message_box.h"
 #include "platform/ui/template.h"
 
 namespace loom {
@@ -26,6 +28,12 @@ CFileDialog::CFileDialog(bool open, const CString& default_extension, const CStr
   request_.multi_select = (flags & kAllowMultiSelect) != 0;
   request_.must_exist = (flags & kFileMustExist) != 0;
   request_.overwrite_prompt = (flags & kOverwritePrompt) != 0;
+}
+
+bool MayReplace(const CString& picked, const CString& target, const CDialog* owner) {
+  if (target == picked || !FileExists(target)) return true;
+  return ShowMessageBox(OverwriteQuestionFor(target), MessageIcon::kWarning, MessageButtons::kYesNo,
+                        kApplicationCaption, owner) == MessageAnswer::kYes;
 }
 
 int CFileDialog::DoModal() {

@@ -51,4 +51,8 @@ class CFileDialog {
   std::vector<CString> paths_;
 };
 
+// Whether `target` may be written, the name that a `picked` one got by an extension behind the dialog: when it is
+// another and a file of that name is there, the overwrite question is asked for it.
+bool MayReplace(const CString& picked, const CString& target, const CDialog* owner = nullptr);
+
 }  // namespace loom

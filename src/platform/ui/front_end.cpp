@@ -31,7 +31,7 @@ class AbsentFrontEnd : public FrontEnd {
   }
   MessageAnswer ShowMessage(const MessageBoxRequest& request) override {
     Log(request.icon == MessageIcon::kInformation ? LogLevel::kInfo : LogLevel::kWarning,
-        "message: " + GbkToUtf8(request.text));
+        "message: " + GbkNameToUtf8(request.text));
     return DecliningAnswer(request.buttons);
   }
   std::optional<std::vector<CString>> ShowFileDialog(const FileDialogRequest& request) override {
@@ -103,17 +103,20 @@ std::string ObjectionTo(const FileDialogRequest& request, const std::vector<CStr
   if (paths.size() > 1 && !request.multi_select) return "more than one file is picked";
   for (const CString& path : paths) {
     if (path.IsEmpty()) return "a file has no name";
-    if (request.must_exist && !FileExists(CompletedPath(request, path))) return GbkToUtf8(path) + ": does not exist";
-    if (FolderExists(path)) return GbkToUtf8(path) + ": is a folder";
+    if (request.must_exist && !FileExists(CompletedPath(request, path)))
+      return GbkNameToUtf8(path) + ": does not exist";
+    if (FolderExists(path)) return GbkNameToUtf8(path) + ": is a folder";
   }
   return {};
 }
+
+CString OverwriteQuestionFor(const CString& target) { return Format("%s 已存在。要替换它吗？"_gbk, target); }
 
 CString OverwriteQuestion(const FileDialogRequest& request, const std::vector<CString>& paths) {
   if (!request.save || !request.overwrite_prompt) return {};
   for (const CString& path : paths) {
     const CString target = CompletedPath(request, path);
-    if (FileExists(target)) return Format("%s 已存在。要替换它吗？"_gbk, target);
+    if (FileExists(target)) return OverwriteQuestionFor(target);
   }
   return {};
 }

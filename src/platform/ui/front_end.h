@@ -70,6 +70,7 @@ std::string ObjectionTo(const FileDialogRequest& request, const std::vector<CStr
 // What the system's dialog asks before it closes with this selection, to be answered with yes or no; empty when
 // nothing.
 CString OverwriteQuestion(const FileDialogRequest& request, const std::vector<CString>& paths);
+CString OverwriteQuestionFor(const CString& target);  // which is there
 
 struct ProgressRequest {
   CString title;
