@@ -189,6 +189,7 @@ bool CIntermediateFileImporter::IsAccepted(const IntermediateFile& file) {
     ShowMessageBox("不是日志中间文件!"_gbk, MessageIcon::kWarning);
     return false;
   }
+  file_version_ = static_cast<std::int32_t>(header->Version());
   if (header->Version() == layout::kFormatVersion) return true;
   ShowMessageBox("日志中间文件版本不支持!"_gbk, MessageIcon::kWarning);
   return false;

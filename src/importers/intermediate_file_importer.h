@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -21,11 +22,13 @@ class CIntermediateFileImporter final : public CImporter {
   // file cannot be opened (one that is missing is made) or is empty. `logfile` may be null. When this throws, nothing
   // of the file stays.
   int Import(const CString& path, ILogfile** logfile) override;
+  // That the file tells, also when it is refused for it; none without a header of an intermediate file.
+  std::optional<std::int32_t> FileVersion() const { return file_version_; }
 
  private:
   using Extent = std::pair<std::uint64_t, std::uint64_t>;
 
-  static bool IsAccepted(const IntermediateFile& file);
+  bool IsAccepted(const IntermediateFile& file);
   ILogfile* ImportStreams(const IntermediateFile& file);
   void ImportStream(const IntermediateFile& file, std::uint64_t position, ILogfile& logfile);
   IDataStream* MakeStream(const IntermediateFile& file, const IntermediateEntry& entry);
@@ -34,6 +37,7 @@ class CIntermediateFileImporter final : public CImporter {
   void LinkDualStreams();
 
   IModuleCommunicator* communicator_;
+  std::optional<std::int32_t> file_version_;
   std::map<CString, std::vector<IDataStream*>> streams_;  // by device name
   std::vector<Extent> extents_;                           // of the row data of the streams so far
 };

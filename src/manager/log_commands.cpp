@@ -113,7 +113,9 @@ bool CIOManager::ChooseLogs(ImporterTypeEnum node_type, LogSelection& selection)
     if (!dialog.IsNameBufferTooSmall()) return false;
     ShowMessageBox("选择文件个数过多，请减少文件个数后重试!"_gbk, MessageIcon::kWarning);
   }
-  selection.paths = FoundPaths(dialog.GetPathList());
+  const std::vector<CString>& picked = dialog.GetPathList();
+  selection.paths = FoundPaths(picked);
+  if (selection.paths.size() < picked.size()) Report({.path = picked[selection.paths.size()]});
   selection.settings = dialog.GetIESettings();
   selection.binning = dialog.GetBinningSetting();
   return !selection.paths.empty();
@@ -121,6 +123,7 @@ bool CIOManager::ChooseLogs(ImporterTypeEnum node_type, LogSelection& selection)
 
 void CIOManager::ImportSelected(ImporterTypeEnum node_type, LogSelection& selection, Batch& batch) {
   g_handset_question.ResetFlags();
+  const HandsetQuestion::Batch question_batch(g_handset_question);
   const std::set<CString> present_titles = PresentTitles();
   for (const CString& path : selection.paths) {
     if (!IsTitleFree(path, present_titles)) continue;
@@ -146,7 +149,9 @@ int CIOManager::OpenImmediateLogFile(std::vector<CString>& paths) {
     for (const CString& path : paths) {
       if (!IsTitleFree(path, present_titles)) continue;
       LogOutcome outcome{.path = path};
-      Completes([&] { CIntermediateFileImporter(communicator_).Import(path, &outcome.logfile); });
+      CIntermediateFileImporter importer(communicator_);
+      Completes([&] { importer.Import(path, &outcome.logfile); });
+      outcome.version = importer.FileVersion().value_or(kUnreadableVersion);
       const bool has_streams = outcome.logfile != nullptr && !outcome.logfile->GetStreams().empty();
       outcome.result = has_streams ? kImportDone : kImportFailed;
       Report(outcome);

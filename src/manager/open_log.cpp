@@ -73,12 +73,15 @@ void CIOManager::ImportChecked(LogOutcome& outcome, const ImpIESettings& setting
   if (!FileExists(path)) return Tell("找不到日志文件：%s ，请确认路径! \n"_gbk, path, MessageIcon::kWarning);
   const CString file_name = NameOf(path);
   outcome.type = GetImporterType(path);
+  outcome.version = CLogFileManager::GetLogFileVersion(path);
+  outcome.test_type = CLogFileManager::GetLogTestType(path);
   if (!node_check && outcome.type == kImporterChinaMobileLog) import_node_type_ = kImporterChinaMobileLog;
   if (!IsAllowedUnderNode(outcome.type, file_name)) return;
   IImporter* importer = PrepareImporter(outcome.type, settings);
   if (!importer) return;
 
   outcome.result = importer->Import(path, &outcome.logfile);
+  if (outcome.logfile) outcome.version = outcome.logfile->GetVersion();
   if (const auto* log_importer = dynamic_cast<const CLogImporter*>(importer)) {
     outcome.skipped = log_importer->SkippedCounts();
   }

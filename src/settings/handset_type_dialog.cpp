@@ -34,6 +34,7 @@ void CFixUEFacDlg::OnOK() {
   if (!UpdateData(true)) return;
   HandsetQuestion& question = g_handset_question;
   question.corrected_type = ModelAt(GetDlgItem<CComboBox>(kComboHandsetType).GetCurSel());
+  question.Answered();
   if (question.keep_for_this_log != 0 || question.keep_for_all_logs != 0) question.ask = 0;
   EndDialog(kIdOk);
 }
@@ -44,6 +45,7 @@ void CFixUEFacDlg::DoDataExchange(CDataExchange& exchange) {
 }
 
 std::int32_t AskForHandsetType() {
+  if (g_handset_question.IsAnswerKept()) return g_handset_question.corrected_type;
   const CResourceHandle resources;
   CFixUEFacDlg dialog;
   dialog.DoModal();

@@ -39,7 +39,7 @@ class CFixUEFacDlg final : public CDialog {
 };
 
 // Shows the dialog with the module's resources current and gives the model code answered; closing it without OK
-// answers with the preselected model.
+// answers with the preselected model. An answer that is kept for all logs of the batch is given without asking.
 std::int32_t AskForHandsetType();
 
 }  // namespace loom

@@ -135,15 +135,30 @@ TEST_F(LogCommands, TooManyFilesAreAskedForAgain) {
   EXPECT_TRUE(outcomes_.empty());
 }
 
-TEST_F(LogCommands, TheHandsetQuestionIsAskedForEachLogOfABatch) {
+TEST_F(LogCommands, TheHandsetQuestionIsAskedForEachLogOfABatchUnlessItsAnswerIsKeptForAll) {
   const Records no_model{HandsetRecord().Model(0), HandsetRecord().Model(0).Device(2)};
-  user_.PickFiles({WriteLog("a.log", no_model), WriteLog("b.log", no_model)});
-  user_.Expect(kDialogHandsetType).Choose(kComboHandsetType, "Tessary TN300").Ok();
-  user_.Expect(kDialogHandsetType).Ok();
+  const std::vector<CString> tessary{"_TESSARY_TN300_LTE(1)", "_TESSARY_TN300_LTE(2)"};
+  const auto names = [this](std::size_t log) {
+    std::vector<CString> names;
+    for (const CString& name : StreamNames(*outcomes_.at(log).logfile)) names.push_back(name.Mid(1));
+    return names;
+  };
+  user_.PickFiles({WriteLog("a.log", no_model), WriteLog("b.log", no_model), WriteLog("c.log", no_model)});
+  user_.Expect(kDialogHandsetType).Cancel();  // which is no answer
+  user_.Expect(kDialogHandsetType).Choose(kComboHandsetType, "Tessary TN300").Check(kCheckKeepForThisLog, false).Ok();
   EXPECT_EQ(kBatchDone, manager_.ImportLog(kImporterOutdoorLog));
-  EXPECT_EQ((std::vector<CString>{"a_TESSARY_TN300_LTE(1)", "a_TESSARY_TN300_LTE(2)"}),
-            StreamNames(*outcomes_[0].logfile));
-  EXPECT_EQ((std::vector<CString>{"b_RV2230_TD(1)", "b_RV2230_TD(2)"}), StreamNames(*outcomes_[1].logfile));
+  EXPECT_EQ((std::vector<CString>{"_RV2230_TD(1)", "_RV2230_TD(2)"}), names(0));
+  EXPECT_EQ(tessary, names(1));
+  EXPECT_EQ(tessary, names(2));
+  EXPECT_EQ(1, g_handset_question.ask);
+
+  // The next batch asks anew.
+  user_.PickFiles({WriteLog("d.log", no_model), WriteLog("e.log", no_model)});
+  user_.Expect(kDialogHandsetType).Check(kCheckKeepForAllLogs, false).Ok();
+  user_.Expect(kDialogHandsetType).Choose(kComboHandsetType, "Tessary TN300").Ok();
+  EXPECT_EQ(kBatchDone, manager_.ImportLog(kImporterOutdoorLog));
+  EXPECT_EQ((std::vector<CString>{"_RV2230_TD(1)", "_RV2230_TD(2)"}), names(3));
+  EXPECT_EQ(tessary, names(4));
 }
 
 TEST_F(LogCommands, OneIndoorLogIsImportedByName) {
