@@ -44,6 +44,15 @@ std::string FieldText(const json& row, int id) {
   return "";
 }
 
+TEST_F(ExportExcelCommand, AWorkbookThatIsThereIsReplacedOnlyWithYes) {
+  WriteText((folder_.native() / "out.xlsx").string(), "old");
+  const ProgramRun kept = Export("--no --stream '" + std::string(kTd) + "'");
+  EXPECT_EQ(1, kept.exit_code);
+  EXPECT_EQ(0, kept.Json()["result"]);
+  EXPECT_EQ("old", ReadText((folder_.native() / "out.xlsx").string()));
+  EXPECT_NE(std::string::npos, kept.err.find("the file stays as it is")) << kept.err;
+}
+
 TEST_F(ExportExcelCommand, AStreamBecomesASheetOfItsRows) {
   const ProgramRun run = Export("--stream '" + std::string(kTd) + "' --ie RecordTime UARFCN MsgName");
   ASSERT_EQ(0, run.exit_code) << run.err;

@@ -50,6 +50,9 @@ TEST_F(IntermediateCommandTest, ALogComesBackAsItsOwnRows) {
   EXPECT_EQ(1, back["result"]);
   const json& log = back["logs"][0];
   EXPECT_EQ(direct["rows"], log["rows"]);
+  EXPECT_EQ(direct["merged_rows"], log["merged_rows"]);
+  EXPECT_EQ(160, direct["version"]);
+  EXPECT_EQ(750, log["version"]);  // of the intermediate form
   EXPECT_EQ(direct["bounds"], log["bounds"]);
   EXPECT_EQ(direct["handset_type"], log["handset_type"]);
   ASSERT_LE(4u, direct["streams"].size());

@@ -44,6 +44,7 @@ TEST_F(LogCommands, ADualModeHandsetGivesTwoStreamsAndAMergedThird) {
   EXPECT_EQ(1, report["result"]);
   const json& log = report["logs"][0];
   EXPECT_EQ(3, log["rows"]);
+  EXPECT_EQ(3, log["merged_rows"]);
   std::map<std::string, json> streams;
   for (const json& stream : log["streams"]) streams[stream["name"]] = stream;
   ASSERT_EQ(3u, streams.size());
@@ -109,6 +110,46 @@ TEST_F(LogCommands, WhatIsRefusedSaysWhyAndTheExitCodeTells) {
   EXPECT_EQ(2, Run("import").exit_code);
 }
 
+TEST_F(LogCommands, EveryNamedFileIsListedAndTheExitCodeTellsWhetherAllWereImported) {
+  Make("a", {Handset(36000, 1, 7, 2, 1)});
+  Make("b", {Handset(36000, 1, 7, 2, 1)});
+  WriteText(Path("text.log"), "this is no log");
+  const struct {
+    std::string logs;
+    int exit_code;
+    std::vector<int> results;
+  } cases[] = {{"a.log b.log", 0, {1, 1}},
+               {"a.log text.log b.log", 3, {1, 0, 1}},
+               {"a.log nothing.log b.log", 3, {1, 0, -3}},
+               {"nothing.log a.log b.log", 1, {0, -3, -3}},
+               {"a.log b.log a.log", 3, {1, 1, -2}},
+               {"text.log", 1, {0}}};
+  for (const auto& named : cases) {
+    const ProgramRun run = Run("import --json " + named.logs);
+    EXPECT_EQ(named.exit_code, run.exit_code) << named.logs;
+    std::vector<int> results;
+    const json report = run.Json();
+    for (const json& log : report["logs"]) results.push_back(log["result"]);
+    EXPECT_EQ(named.results, results) << named.logs;
+  }
+  EXPECT_NE(std::string::npos, Run("import nothing.log a.log").out.find("a.log: not attempted\n"));
+}
+
+// The answer is for all logs unless it is told otherwise; each batch asks anew.
+TEST_F(LogCommands, TheHandsetQuestionIsAskedOncePerBatchWhileItsAnswerIsKeptForAllLogs) {
+  for (const char* log : {"a", "b", "c"}) Make(log, {Handset(36000, 1, 0, 2, 1)});
+  for (const auto& [keep, expected] : {std::pair{"", 1}, {"--no-keep-log", 1}, {"--no-keep-all", 3}}) {
+    const ProgramRun run = Run("import a.log b.log c.log --json --trace-ui --handset 'KM 4430' " + std::string(keep));
+    int questions = 0;
+    for (std::size_t at = 0; (at = run.err.find("\"window\":9010", at)) != std::string::npos; ++at) ++questions;
+    EXPECT_EQ(expected, questions) << keep;
+    const json report = run.Json();
+    ASSERT_EQ(3u, report["logs"].size());
+    for (const json& log : report["logs"])
+      EXPECT_NE(std::string::npos, log["streams"][0]["name"].get<std::string>().find("_KM4430_TD(1)"));
+  }
+}
+
 TEST_F(LogCommands, SkippedRecordsAreCountedByReasonWithTheirPlaces) {
   json broken = Handset(36001, 1, 7, 2, 1);
   broken["fails"] = "decode";
@@ -130,6 +171,7 @@ TEST_F(LogCommands, ACancelledImportLeavesNothingInTheProject) {
 
   ASSERT_EQ(0, Run("import short.log --project p.qlp").exit_code);
   const json project = Run("project show p.qlp --json").Json();
+  EXPECT_FALSE(project.contains("modified"));
   ASSERT_EQ(1u, project["logs"].size());
   EXPECT_EQ("short_RV2230_TD(1)", project["logs"][0]["streams"][0]["name"]);
   EXPECT_EQ(7, project["logs"][0]["handset_type"]);

@@ -82,6 +82,19 @@ TEST_F(LogTools, CutTakesWholeSeconds) {
   EXPECT_EQ(2, Run("cut a.log b.log --from '2024-05-17 10:00:00.5' --to '2024-05-17 10:01:00'").exit_code);
 }
 
+// On this day summer time skips the hour from two o'clock on; the log's clock has it.
+TEST_F(LogTools, CutFindsTheHourThatSummerTimeSkips) {
+  std::string lines = json{{"kind", "store"}, {"version", 160}, {"test_type", 1}, {"date", "2024-03-31"}}.dump() + "\n";
+  for (int minute = 60; minute < 240; ++minute) lines += json{{"kind", 1}, {"time", minute * 60}}.dump() + "\n";
+  WriteText(Path("night.jsonl"), lines);
+  ASSERT_EQ(0, Run("log make night.jsonl night.log").exit_code);
+  const std::string window = "--from '2024-03-31 02:00:00' --to '2024-03-31 02:59:59'";
+  const ProgramRun run = RunQloom(folder_.native().string(), "cut night.log cut.log " + window, "TZ=Europe/Berlin ");
+  EXPECT_EQ(0, run.exit_code) << run.err;
+  EXPECT_EQ("日志截取成功！\n", run.err);
+  EXPECT_EQ(60, Info("cut.log")["records"]);
+}
+
 TEST_F(LogTools, DialogsAreScripted) {
   Make("a", 60);
   Make("b", 30);

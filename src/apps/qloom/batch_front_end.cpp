@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/encoding.h"
+#include "platform/file.h"
 #include "platform/log.h"
 #include "platform/ui/dialog.h"
 #include "platform/ui/property_sheet.h"
@@ -15,8 +16,6 @@
 
 namespace loom {
 namespace {
-
-volatile std::sig_atomic_t g_interrupted = 0;
 
 class BatchProgress : public ProgressView {
  public:
@@ -29,8 +28,8 @@ class BatchProgress : public ProgressView {
     if (trace_) TraceUi({{"progress", "close"}});
   }
   void SetText(const CString& text) override {
-    text_ = GbkToUtf8(text);
-    if (trace_) TraceUi({{"progress", "text"}, {"text", text_}});
+    text_ = GbkNameToNative(text);
+    if (trace_) TraceUi({{"progress", "text"}, {"text", JsonText(text)}});
   }
   void SetRange(int lowest, int highest) override {
     lowest_ = lowest;
@@ -44,7 +43,7 @@ class BatchProgress : public ProgressView {
   }
   void Pump() override {}
   bool Cancelled() const override {
-    return can_cancel_ && (g_interrupted != 0 || (cancel_at_ && Percent() >= *cancel_at_));
+    return can_cancel_ && (WasInterrupted() || (cancel_at_ && Percent() >= *cancel_at_));
   }
 
  private:
@@ -105,12 +104,10 @@ std::unique_ptr<ProgressView> MakeBatchProgress(const ProgressRequest& request, 
 
 void CatchInterrupts() {
   struct sigaction action = {};
-  action.sa_handler = [](int) { g_interrupted = 1; };
+  action.sa_handler = [](int) { Interrupt(); };
   action.sa_flags = SA_RESETHAND | SA_RESTART;  // a second interrupt ends the program at once
   sigaction(SIGINT, &action, nullptr);
 }
-
-bool WasInterrupted() { return g_interrupted != 0; }
 
 BatchFrontEnd::BatchFrontEnd(BatchAnswers answers, bool trace, bool bar)
     : answers_(std::move(answers)), trace_(trace), bar_(bar) {
@@ -124,7 +121,7 @@ void BatchFrontEnd::ShowDialog(CDialog& dialog) {
     return fill->second(dialog, *this);
   if (dialog.GetTemplate().id == kDialogParam && text_import_user_) return text_import_user_->ChooseParameter(dialog);
   if (dialog.GetTemplate().id == kDialogExportLimits && text_export_) return text_export_->FillLimits(dialog);
-  Log(LogLevel::kWarning, "no answer for this dialog, it is cancelled: " + GbkToUtf8(dialog.GetTitle()));
+  Log(LogLevel::kWarning, "no answer for this dialog, it is cancelled: " + GbkNameToUtf8(dialog.GetTitle()));
   dialog.UserClose();
 }
 
@@ -154,12 +151,16 @@ MessageAnswer BatchFrontEnd::ShowMessage(const MessageBoxRequest& request) {
   return answer;
 }
 
-// A file that is there is overwritten only with --yes.
+bool BatchFrontEnd::MayReplace(const CString& file) const {
+  if (answers_.yes || !FileExists(file)) return true;
+  Log(LogLevel::kWarning, "the file stays as it is: " + GbkNameToUtf8(file));
+  return false;
+}
+
 std::optional<std::vector<CString>> BatchFrontEnd::PickUnlessKept(const FileDialogRequest& request,
                                                                   std::vector<CString> files) const {
   const CString question = OverwriteQuestion(request, files);
-  if (question.IsEmpty() || answers_.yes) return files;
-  Log(LogLevel::kWarning, "the file stays as it is: " + GbkToUtf8(files.front()));
+  if (question.IsEmpty() || MayReplace(CompletedPath(request, files.front()))) return files;
   return std::nullopt;
 }
 

@@ -11,6 +11,7 @@
 #include "apps/qloom/json_streams.h"
 #include "apps/qloom/text_export_wizard.h"
 #include "apps/qloom/text_import_wizard.h"
+#include "platform/interrupt.h"
 #include "platform/ui/front_end.h"
 
 namespace loom {
@@ -54,6 +55,8 @@ class BatchFrontEnd : public FrontEnd {
 
   // What the next file dialog is answered with; none: it is cancelled.
   void SetFiles(std::vector<CString> files) { answers_.files = std::move(files); }
+  // A file that is there is replaced only with --yes; that it stays is said.
+  bool MayReplace(const CString& file) const;
   const std::vector<MessageShown>& messages() const { return messages_; }
   const CString& TextExportFile() const { return text_export_->WrittenFile(); }  // of an export that was answered
 
@@ -84,8 +87,7 @@ void TraceWindow(const CDialog& dialog, const CString& title);
 void TraceFileDialog(const FileDialogRequest& request);
 void TraceMessage(const MessageBoxRequest& request, MessageAnswer answer);
 
-// From now on an interrupt (Ctrl-C) cancels whatever runs; WasInterrupted() tells.
+// From now on Ctrl-C interrupts (platform/interrupt.h).
 void CatchInterrupts();
-bool WasInterrupted();
 
 }  // namespace loom

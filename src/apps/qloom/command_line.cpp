@@ -1,9 +1,84 @@
 #include "apps/qloom/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdint>
+#include <iostream>
+#include <numeric>
+#include <string_view>
+#include <utility>
 
 namespace loom {
+
+namespace {
+
+constexpr int kUsageError = 2;
+constexpr std::size_t kMostSuggestions = 4;
+
+// Insertions, deletions and replacements between two words.
+std::size_t EditDistance(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    std::size_t diagonal = std::exchange(row[0], i + 1);
+    for (std::size_t j = 0; j < b.size(); ++j) {
+      const std::size_t replaced = diagonal + (a[i] == b[j] ? 0 : 1);
+      diagonal = std::exchange(row[j + 1], std::min({replaced, row[j] + 1, row[j + 1] + 1}));
+    }
+  }
+  return row.back();
+}
+
+std::vector<const CLI::App*> CommandsOf(const CLI::App& app) {
+  return app.get_subcommands([](const CLI::App*) { return true; });
+}
+
+// The commands and groups of commands below `app`, with the words in front of them.
+void CollectCommands(const CLI::App& app, const std::string& words, std::vector<std::string>& names) {
+  for (const CLI::App* const command : CommandsOf(app)) {
+    names.push_back(words + command->get_name());
+    CollectCommands(*command, names.back() + ' ', names);
+  }
+}
+
+// How far a command is from what was written: 0 when one is part of the other.
+std::size_t DistanceTo(const std::string& written, const std::string& command) {
+  const std::string_view last = std::string_view(command).substr(command.rfind(' ') + 1);
+  const bool is_part = written.size() > 1 && (command.find(written) != std::string::npos || written == last);
+  return is_part ? 0 : std::min(EditDistance(written, command), EditDistance(written, last));
+}
+
+std::string NearCommands(const CLI::App& program, const std::string& written) {
+  std::vector<std::string> names;
+  CollectCommands(program, "", names);
+  std::vector<std::pair<std::size_t, std::string>> near;
+  for (const std::string& name : names) {
+    const std::size_t distance = DistanceTo(written, name);
+    if (distance <= std::max<std::size_t>(2, written.size() / 3)) near.emplace_back(distance, name);
+  }
+  std::ranges::stable_sort(near, {}, &std::pair<std::size_t, std::string>::first);
+  std::string list;
+  for (std::size_t at = 0; at < std::min(near.size(), kMostSuggestions); ++at)
+    list += (at == 0 ? "; near it: " : ", ") + near[at].second;
+  return list;
+}
+
+// Nothing when the first words name a command, or none is written.
+std::string ObjectionToCommand(const CLI::App& program, int argc, char** argv) {
+  const CLI::App* group = &program;
+  std::string words;
+  for (int at = 1; at < argc && argv[at][0] != '-'; ++at) {
+    words += (words.empty() ? "" : " ") + std::string(argv[at]);
+    const auto below = CommandsOf(*group);
+    const auto command = std::ranges::find(below, std::string_view(argv[at]), &CLI::App::get_name);
+    if (command == below.end()) return "there is no command \"" + words + "\"" + NearCommands(program, words);
+    group = *command;
+    if (CommandsOf(*group).empty()) return {};
+  }
+  return {};
+}
+
+}  // namespace
 
 Option& Option::Required() {
   option_->required();
@@ -82,7 +157,12 @@ Option Command::AddOption(const std::string& name, Value& value, const std::stri
 
 template <typename Value>
 Option Command::AddFlag(const std::string& name, Value& value, const std::string& description) {
-  return Option(*app_->add_flag(name, value, description));
+  // The parser by itself gives an optional one a value when it is left out, too.
+  if constexpr (std::is_same_v<Value, std::optional<bool>>)
+    return Option(*app_->add_flag_function(
+        name, [&value](std::int64_t count) { value = count > 0; }, description));
+  else
+    return Option(*app_->add_flag(name, value, description));
 }
 
 template Option Command::AddOption(const std::string&, std::string&, const std::string&);
@@ -115,6 +195,11 @@ Program::Program(const std::string& description, const std::string& name, const 
 Program::~Program() = default;
 
 std::optional<int> Program::Parse(int argc, char** argv) {
+  wrong_usage_ = ObjectionToCommand(*app_, argc, argv);
+  if (!wrong_usage_.empty()) {
+    std::cerr << "qloom: " << wrong_usage_ << "\nRun with --help for more information.\n";
+    return kUsageError;
+  }
   try {
     app_->parse(argc, argv);
   } catch (const CLI::ParseError& error) {

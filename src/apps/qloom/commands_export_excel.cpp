@@ -50,7 +50,7 @@ bool Select(Session& session, const LogReport& report, const ExcelOptions& optio
   for (const std::string& name : options.streams) {
     IDataStream* const stream = FindStreamOrList(report, name);
     if (stream == nullptr) return false;
-    selection.Add(std::make_unique<StreamSubject>(*stream), stream->GetName(),
+    selection.Add(std::make_unique<StreamSubject>(*stream), Utf8ToGbk(GbkNameToUtf8(stream->GetName())),
                   ChosenColumns(options, ColumnsOfStream(*stream)));
   }
   for (const std::string& name : options.network_tables) {
@@ -118,6 +118,7 @@ int RunExportExcel(const CommandLine& line, const ExcelOptions& options) {
   const int imported = has_source ? ImportSource(session.manager(), options.source, report) : kBatchDone;
   int exit_code = report.ExitCodeOf(imported);
   Json document{{"result", 0}, {"out", nullptr}};
+  if (exit_code == kExitDone && !session.front_end().MayReplace(AbsolutePath(options.out))) exit_code = kExitFailed;
   if (exit_code == kExitDone) {
     const bool saved = Export(session, report, options);
     exit_code = saved ? kExitDone : kExitFailed;
@@ -125,7 +126,7 @@ int RunExportExcel(const CommandLine& line, const ExcelOptions& options) {
     if (saved) {
       const CString& path = session.host().workbooks().SavedPaths().back();
       document["out"] = JsonText(path);
-      if (!line.common.json) std::cout << GbkToUtf8(path) << '\n';
+      if (!line.common.json) std::cout << GbkPathToNative(path) << '\n';
     }
   }
   return session.Finish(std::move(document), exit_code);

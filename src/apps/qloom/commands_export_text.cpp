@@ -26,7 +26,7 @@ int RunExport(const CommandLine& line, const ExportOptions& options) {
     exit_code = result == 1 ? kExitDone : kExitFailed;
     document["result"] = result;
     if (result == 1) document["out"] = JsonText(session.front_end().TextExportFile());
-    if (result == 1 && !line.common.json) std::cout << GbkToUtf8(session.front_end().TextExportFile()) << '\n';
+    if (result == 1 && !line.common.json) std::cout << GbkPathToNative(session.front_end().TextExportFile()) << '\n';
   }
   return session.Finish(std::move(document), exit_code);
 }

@@ -20,6 +20,7 @@ int RunImportIntermediate(const CommandLine& line, const IntermediateOptions& op
   std::vector<CString> paths = ExistingFiles(options.files);
   Session session(line.common, {}, paths.front());
   LogReport report(session);
+  report.Expect(paths);
   session.manager().OpenImmediateLogFile(paths);
   Json document = report.ToJson(kBatchNothing);
   const int result = BatchResultOf(document["logs"]);
@@ -47,15 +48,15 @@ int RunToIntermediate(const CommandLine& line, const IntermediateOptions& option
   answers.files = {log};
   Session session(line.common, std::move(answers), log, ProjectUse::kRead);
   const ILogfile* const logfile = ImportOneLog(session, log);
-  if (logfile == nullptr) return session.Finish({{"result", 0}, {"out", options.out}}, kExitFailed);
+  if (logfile == nullptr) return session.Finish({{"result", 0}, {"out", JsonName(options.out)}}, kExitFailed);
   const IntermediateSummary summary =
-      WriteIntermediateFile(session.manager(), session.host().catalogue(), *logfile, NativePathToGbk(options.out));
+      WriteIntermediateFile(session.manager(), session.host().catalogue(), *logfile, NamedPath(options.out));
   if (!line.common.json) {
     std::cout << options.out << ": " << summary.rows << " rows in " << summary.streams << " streams, " << summary.bytes
               << " bytes\n";
   }
   return session.Finish({{"result", 1},
-                         {"out", options.out},
+                         {"out", JsonName(options.out)},
                          {"streams", summary.streams},
                          {"rows", summary.rows},
                          {"bytes", summary.bytes}},
@@ -67,7 +68,7 @@ int RunToIntermediate(const CommandLine& line, const IntermediateOptions& option
 std::vector<CString> ExistingFiles(const std::vector<std::string>& native) {
   std::vector<CString> paths;
   for (const std::string& name : native) {
-    paths.push_back(NativePathToGbk(name));
+    paths.push_back(NamedPath(name));
     if (!FileExists(paths.back())) throw Error(name + ": no such file");
   }
   return paths;

@@ -13,10 +13,13 @@
 namespace loom {
 namespace {
 
-// Runs one facade command that imports, and reports each log. `work` gives the command's own result.
-int RunImport(const CommandLine& line, const ImportOptions& options, const std::function<int(CIOManager&)>& work) {
+// Runs one facade command that imports, and reports each log and what became of those `expected`. `work` gives the
+// command's own result.
+int RunImport(const CommandLine& line, const ImportOptions& options, const std::vector<CString>& expected,
+              const std::function<int(CIOManager&)>& work) {
   Session session(line.common, AnswersFrom(line.common, options), FirstLog(options));
   LogReport report(session);
+  report.Expect(expected);
   const int result = work(session.manager());
   if (!line.common.json) report.PrintHuman(std::cout);
   return session.Finish(report.ToJson(result), report.ExitCodeOf(result));
@@ -39,7 +42,8 @@ void PrintRows(IDataStream& stream, const ImportOptions& options) {
   std::int64_t left = options.count.value_or(INT32_MAX);
   std::string out;
   const RowMap& rows = options.key_rows ? *stream.GetKeyRows() : *stream.GetRows();
-  for (auto row = rows.lower_bound(options.from); row != rows.end() && left > 0; ++row, --left) {
+  for (auto row = rows.lower_bound(options.from); row != rows.end() && left > 0 && std::cout && !WasInterrupted();
+       ++row, --left) {
     const auto pair = merged.find(row->first);
     AppendRowJson(out, row->first, *row->second, pair != merged.end() ? &pair->second : nullptr,
                   shown ? &*shown : nullptr);
@@ -81,7 +85,7 @@ void AddImport(Command& program, CommandLine& line) {
   AddHandsetOptions(command, *options);
   AddImportSheetOptions(command, options->sheet);
   command.Runs([&line, options] {
-    return RunImport(line, *options,
+    return RunImport(line, *options, AnswersFrom(line.common, *options).files,
                      [&](CIOManager& manager) { return manager.ImportLog(LogNodes().at(options->node)); });
   });
 }
@@ -94,7 +98,7 @@ void AddSingleLogImports(Command& program, CommandLine& line) {
       command.AddFlag("--no-node-check", options->no_node_check, "Accept China Mobile logs");
     }
     command.Runs([&line, options, work] {
-      return RunImport(line, *options, [&](CIOManager& manager) { return work(manager, *options); });
+      return RunImport(line, *options, {}, [&](CIOManager& manager) { return work(manager, *options); });
     });
   };
   add("import-by-name", "Import one indoor log",

@@ -73,10 +73,10 @@ BatchResult FillCombine(CDialog& dialog, BatchFrontEnd& person, const CombineOpt
   const BatchResult done = AreAllListed(dialog, options, logs) ? kBatchDone : kBatchInPart;
   person.SetFiles({AbsolutePath(options.out)});
   dialog.UserPress(kButtonCombineTarget);
-  const bool can_merge = !target().IsEmpty() && dialog.GetDlgItem(kIdOk).IsWindowEnabled();
+  const bool can_merge = !WasInterrupted() && !target().IsEmpty() && dialog.GetDlgItem(kIdOk).IsWindowEnabled();
   if (can_merge)
     dialog.UserPress(kIdOk);
-  else if (!target().IsEmpty())
+  else if (!WasInterrupted() && !target().IsEmpty())
     Log(LogLevel::kError, "fewer than two logs are listed, there is nothing to merge");
   const bool merged = can_merge && target().IsEmpty();
   dialog.UserPress(kIdCancel);
@@ -90,7 +90,8 @@ BatchResult FillPartition(CDialog& dialog, BatchFrontEnd& person, const CutOptio
     dialog.UserPress(button);
     return !dialog.GetDlgItem(edit).GetWindowText().IsEmpty();
   };
-  const bool chosen = choose(kButtonPartitionSource, kEditPartitionSource, AbsolutePath(options.log)) &&
+  const bool chosen = !WasInterrupted() &&
+                      choose(kButtonPartitionSource, kEditPartitionSource, AbsolutePath(options.log)) &&
                       choose(kButtonPartitionTarget, kEditPartitionTarget, AbsolutePath(options.out));
   if (chosen) {
     PickTime(dialog, kPickerStartDate, kPickerStartTime, options.from);
@@ -113,7 +114,7 @@ int RunTool(const CommandLine& line, const std::string& out, int dialog_id, void
   (session.manager().*command)();
   if (result != kBatchNothing && !line.common.json) std::cout << out << '\n';
   constexpr ExitCode kExitCodes[] = {kExitFailed, kExitDone, kExitInPart};  // by result
-  return session.Finish({{"result", result}, {"out", out}}, kExitCodes[result]);
+  return session.Finish({{"result", result}, {"out", JsonName(out)}}, kExitCodes[result]);
 }
 
 void AddCombine(Command& program, CommandLine& line) {

@@ -42,7 +42,7 @@ bool WasCancelled(const Json& outcomes) {
 int RunOpen(const CommandLine& line, const OpenOptions& options) {
   CommonOptions common = line.common;
   common.project = options.project;
-  if (!FileExists(NativePathToGbk(options.project))) throw Error(options.project + ": there is no such project");
+  if (!FileExists(NamedPath(options.project))) throw Error(options.project + ": there is no such project");
   BatchAnswers answers;
   answers.yes = !common.no;
   answers.cancel_at = common.cancel_at;

@@ -66,7 +66,7 @@ Json ProjectJson(const StoredProject& project) {
   }
   json["binning"] = Json::object();
   for (const auto& [name, setting] : content.binning)
-    json["binning"][GbkToUtf8(name)] = DescribedJson(setting.description);
+    json["binning"][GbkNameToUtf8(name)] = DescribedJson(setting.description);
   json["texts"] = Json::array();
   for (const CProjectTxtFile& text : content.text_files) {
     json["texts"].push_back({{"name", JsonText(text.GetTxtName())},
@@ -79,28 +79,28 @@ Json ProjectJson(const StoredProject& project) {
                              {"streams", StreamsJson(text.GetStreams())}});
   }
   json["recent_log"] = content.recent_logs.empty() ? Json() : JsonText(content.recent_logs.front());
-  json["modified"] = project.modified != 0;
   return json;
 }
 
 void PrintProject(const Json& project) {
-  std::cout << project["project"].get<std::string>() << '\n';
+  const auto path_of = [](const Json& path) { return WithBytes(path.get<std::string>()); };
+  std::cout << path_of(project["project"]) << '\n';
   for (const Json& log : project["logs"]) {
-    std::cout << "  " << log["path"].get<std::string>() << '\n';
+    std::cout << "  " << path_of(log["path"]) << '\n';
     for (const Json& stream : log["streams"]) {
       std::cout << "    " << stream["name"].get<std::string>() << ", " << stream["protocol"].get<std::string>() << '\n';
     }
   }
-  for (const Json& text : project["texts"]) std::cout << "  " << text["path"].get<std::string>() << '\n';
+  for (const Json& text : project["texts"]) std::cout << "  " << path_of(text["path"]) << '\n';
   if (!project["recent_log"].is_null()) {
-    std::cout << "  latest log: " << project["recent_log"].get<std::string>() << '\n';
+    std::cout << "  latest log: " << path_of(project["recent_log"]) << '\n';
   }
 }
 
 int ShowProject(const CommandLine& line, const std::string& path) {
   CommonOptions common = line.common;
   common.project = path;
-  if (!FileExists(NativePathToGbk(path))) throw Error(path + ": there is no such project");
+  if (!FileExists(NamedPath(path))) throw Error(path + ": there is no such project");
   Session session(common, {}, {}, ProjectUse::kRead);
   Json project = ProjectJson(session.host().project());
   if (!common.json) PrintProject(project);
@@ -110,7 +110,7 @@ int ShowProject(const CommandLine& line, const std::string& path) {
 Json NetworkValueJson(const NetworkValue& value) {
   if (const auto* integer = std::get_if<std::int64_t>(&value)) return *integer;
   if (const auto* number = std::get_if<double>(&value)) return JsonNumber(*number);
-  if (const auto* text = std::get_if<CString>(&value)) return JsonText(*text);
+  if (const auto* text = std::get_if<CString>(&value)) return GbkToUtf8(*text);
   return {};
 }
 
@@ -126,7 +126,7 @@ NetworkValue NetworkValueFrom(const Json& json) {
 // Lines {"column": value, ...}; throws Error that names file and line.
 std::vector<NetworkRow> ReadNetworkRows(const std::string& path) {
   std::vector<NetworkRow> rows;
-  std::istringstream lines(ReadWholeText(NativePathToGbk(path)));
+  std::istringstream lines(ReadWholeText(NamedPath(path)));
   std::string text;
   for (int number = 1; std::getline(lines, text); ++number) {
     if (text.find_first_not_of(" \t\r") == std::string::npos) continue;
@@ -145,6 +145,7 @@ std::vector<NetworkRow> ReadNetworkRows(const std::string& path) {
 int ListNetwork(const CommandLine& line, const std::string& table) {
   Session session(line.common, {}, {}, ProjectUse::kRead);
   for (const NetworkRow& row : session.host().network().ListRows(Utf8ToGbk(table))) {
+    if (!std::cout) break;
     Json json = Json::object();
     for (const auto& [column, value] : row) json[GbkToUtf8(column)] = NetworkValueJson(value);
     std::cout << json.dump() << '\n';

@@ -10,6 +10,7 @@
 #include "host/simulation/simulator.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
+#include "platform/interrupt.h"
 #include "platform/path.h"
 
 namespace loom {
@@ -36,6 +37,7 @@ std::map<std::int32_t, std::uint64_t> CountByKind(const CString& path) {
   std::map<std::int32_t, std::uint64_t> counts;
   if (store.OpenFile(parts.folder, parts.name, 0) == 0) return counts;
   for (bool more = true; more;) {
+    StopIfInterrupted();
     std::pmr::monotonic_buffer_resource arena;
     CTestdataBase record(false, 0);
     record.arena = &arena;
@@ -72,7 +74,7 @@ Json LogInfo(const CString& path, bool json) {
             {"records", total},
             {"by_kind", by_kind}};
   }
-  std::cout << GbkToUtf8(path) << ": " << LogKindName(header.kind) << " log, version " << header.version
+  std::cout << GbkPathToNative(path) << ": " << LogKindName(header.kind) << " log, version " << header.version
             << ", test type " << header.test_type << ", " << DayText(header.day) << '\n';
   if (times) {
     std::cout << "  " << GbkToUtf8(time_of(times->start_ns).ToString(127)) << " to "
@@ -108,7 +110,7 @@ void WriteCells(const std::string& prefix, const std::vector<SimulatedCellRow>& 
   std::map<std::string, std::string> files;
   for (const SimulatedCellRow& cell : cells) files[std::string(cell.table)] += cell.json + '\n';
   for (const auto& [table, lines] : files) {
-    WriteWholeFile(NativePathToGbk(prefix + "." + table + ".jsonl"), lines);
+    WriteWholeFile(NamedPath(prefix + "." + table + ".jsonl"), lines);
   }
 }
 
@@ -118,10 +120,10 @@ Json Simulate(const CommonOptions& common, const StoreOptions& options) {
   if (simulation.indoor) simulation.header.test_type = 2;
   if (!options.date.empty()) simulation.header.day = DayFromText(options.date);
   if (options.version != 0) simulation.header.version = options.version;
-  const SimulationResult drive = SimulateLog(NativePathToGbk(options.out), simulation);
+  const SimulationResult drive = SimulateLog(NamedPath(options.out), simulation);
   if (!options.cells.empty()) WriteCells(options.cells, drive.cells);
   if (!common.json) std::cout << options.out << ": " << drive.records << " records\n";
-  return {{"out", options.out}, {"records", drive.records}, {"cells", drive.cells.size()}};
+  return {{"out", JsonName(options.out)}, {"records", drive.records}, {"cells", drive.cells.size()}};
 }
 
 }  // namespace
@@ -131,18 +133,17 @@ void AddStoreCommands(Command& program, CommandLine& line) {
   const auto make_options = [] { return std::make_shared<StoreOptions>(); };
 
   auto options = make_options();
-  AddStoreCommand(log, line, options, "info", "Kind, version, day, times and records of a log",
-                  [](const CommonOptions& common, const StoreOptions& store) {
-                    return LogInfo(NativePathToGbk(store.in), common.json);
-                  })
+  AddStoreCommand(
+      log, line, options, "info", "Kind, version, day, times and records of a log",
+      [](const CommonOptions& common, const StoreOptions& store) { return LogInfo(NamedPath(store.in), common.json); })
       .AddOption("LOG", options->in, "Log file")
       .Required();
 
   options = make_options();
   Command make = AddStoreCommand(log, line, options, "make", "Write a log from JSON lines",
                                  [](const CommonOptions&, const StoreOptions& store) -> Json {
-                                   MakeLog(NativePathToGbk(store.in), NativePathToGbk(store.out));
-                                   return {{"out", store.out}};
+                                   MakeLog(NamedPath(store.in), NamedPath(store.out));
+                                   return {{"out", JsonName(store.out)}};
                                  });
   make.AddOption("RECORDS", options->in, "Header line, then one record per line").Required();
   make.AddOption("OUT", options->out, "Log file to write").Required();
@@ -150,7 +151,7 @@ void AddStoreCommands(Command& program, CommandLine& line) {
   options = make_options();
   AddStoreCommand(log, line, options, "dump", "Print a log as the JSON lines that make it",
                   [](const CommonOptions&, const StoreOptions& store) -> Json {
-                    DumpLog(NativePathToGbk(store.in), std::cout);
+                    DumpLog(NamedPath(store.in), std::cout);
                     return {};
                   })
       .AddOption("LOG", options->in, "Log file")

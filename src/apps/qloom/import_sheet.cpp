@@ -55,7 +55,7 @@ std::optional<CString> TextFrom(const std::string& utf8) {
 
 std::optional<CString> PathFrom(const std::string& native) {
   if (native.empty()) return std::nullopt;
-  return NativePathToGbk(native);
+  return NativeNameToGbk(native);
 }
 
 void TypeAll(CEdit& edit, const CString& text) {

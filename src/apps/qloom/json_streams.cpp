@@ -22,7 +22,9 @@ Json RunsJson(const std::vector<STRUCT_SCANNERSCELLSTAT>& runs) {
 
 }  // namespace
 
-Json JsonText(std::string_view gbk) { return GbkToUtf8(gbk); }
+Json JsonText(std::string_view gbk) { return GbkNameToUtf8(gbk); }
+
+Json JsonName(const std::string& native) { return JsonText(NativeNameToGbk(native)); }
 
 Json JsonNumber(double number) {
   if (std::isnan(number)) return "nan";

@@ -7,6 +7,7 @@
 
 #include "components/dt_time.h"
 #include "components/log_store.h"
+#include "manager/log_row_counts.h"
 #include "platform/encoding.h"
 #include "platform/path.h"
 #include "settings/handset_type_dialog.h"
@@ -22,6 +23,8 @@ const char* ResultText(int result) {
       return "cancelled";
     case kImportAlreadyPresent:
       return "already in the project";
+    case kNotAttempted:
+      return "not attempted";
     default:
       return "failed or refused";
   }
@@ -39,7 +42,7 @@ std::string TimeText(double time_s) {
 }
 
 void PrintStream(std::ostream& out, IDataStream& stream) {
-  out << "  " << GbkToUtf8(stream.GetName()) << '\n'
+  out << "  " << GbkNameToUtf8(stream.GetName()) << '\n'
       << "    " << stream.GetRowCount() << " rows, " << GbkToUtf8(stream.GetProtocol()) << ", "
       << TimeText(stream.GetEarliestTime()) << " to " << TimeText(stream.GetLatestTime()) << '\n'
       << "    longitude " << RangeText(stream.GetLongitudeMinimum(), stream.GetLongitudeMaximum(), 6) << ", latitude "
@@ -78,13 +81,15 @@ Json LogReport::LogJson(const LogOutcome& log) const {
   Json json{{"path", JsonText(log.path)}, {"result", log.result}};
   json["name"] = JsonText(TitleOf(log.path));
   json["type"] = static_cast<int>(log.type);
-  json["version"] = CLogFileManager::GetLogFileVersion(log.path);
-  json["test_type"] = CLogFileManager::GetLogTestType(log.path);
+  json["version"] = log.version;
+  json["test_type"] = log.test_type;
   if (log.logfile != nullptr) {
     ILogfile& file = *log.logfile;
     json["handset_type"] = file.GetHandsetType();
     json["indoor"] = file.IsIndoor();
-    json["rows"] = file.GetRowTotal();
+    const LogRowCounts counts = CountRows(file);
+    json["rows"] = counts.rows;
+    json["merged_rows"] = counts.merged_rows;
     json["bounds"] = {{"longitude", {JsonNumber(file.GetLongitudeMinimum()), JsonNumber(file.GetLongitudeMaximum())}},
                       {"latitude", {JsonNumber(file.GetLatitudeMinimum()), JsonNumber(file.GetLatitudeMaximum())}}};
   }
@@ -99,22 +104,42 @@ Json LogReport::LogJson(const LogOutcome& log) const {
 
 Json LogReport::ToJson(int result) const {
   Json logs = Json::array();
-  for (const LogOutcome& log : logs_) logs.push_back(LogJson(log));
+  for (const LogOutcome& log : Outcomes()) logs.push_back(LogJson(log));
   return {{"result", result}, {"logs", std::move(logs)}};
+}
+
+// In the order in which the files were named, then those that nobody named.
+std::vector<LogOutcome> LogReport::Outcomes() const {
+  std::vector<LogOutcome> heard = logs_;
+  std::vector<LogOutcome> outcomes;
+  for (const CString& path : named_) {
+    const auto found = std::ranges::find(heard, path, &LogOutcome::path);
+    if (found == heard.end()) {
+      outcomes.push_back({.path = path, .result = kNotAttempted});
+    } else {
+      outcomes.push_back(*found);
+      heard.erase(found);
+    }
+  }
+  outcomes.insert(outcomes.end(), heard.begin(), heard.end());
+  return outcomes;
 }
 
 template <class Visit>
 void LogReport::ForEach(Visit visit) const {
-  for (const auto* outcomes : {&logs_, &texts_}) {
-    for (const LogOutcome& outcome : *outcomes) visit(outcome);
-  }
+  for (const LogOutcome& outcome : Outcomes()) visit(outcome);
+  for (const LogOutcome& outcome : texts_) visit(outcome);
 }
 
 void LogReport::PrintHuman(std::ostream& out) const {
   ForEach([&](const LogOutcome& log) {
-    out << GbkToUtf8(log.path) << ": " << ResultText(log.result);
+    out << GbkPathToNative(log.path) << ": " << ResultText(log.result);
     if (log.logfile != nullptr) {
-      out << ", " << log.logfile->GetRowTotal() << " rows in " << log.logfile->GetStreams().size() << " streams";
+      const LogRowCounts counts = CountRows(*log.logfile);
+      out << ", " << counts.rows << " rows in " << counts.streams << " streams";
+      if (counts.merged_streams > 0) {
+        out << ", " << counts.merged_rows << " merged rows in " << counts.merged_streams << " merged streams";
+      }
     }
     out << '\n';
     if (log.logfile == nullptr) return;
@@ -123,10 +148,16 @@ void LogReport::PrintHuman(std::ostream& out) const {
 }
 
 int LogReport::ExitCodeOf(int result) const {
-  if (result == kImportDone) return kExitDone;
-  if (result == kBatchInPart) return kExitInPart;
+  std::size_t files = 0;
+  std::size_t imported = 0;
   bool is_cancelled = false;
-  ForEach([&](const LogOutcome& log) { is_cancelled |= log.result == kImportCancelled; });
+  ForEach([&](const LogOutcome& log) {
+    ++files;
+    if (log.result == kImportDone) ++imported;
+    is_cancelled |= log.result == kImportCancelled;
+  });
+  if (result == kImportDone && imported == files) return kExitDone;
+  if (result == kBatchInPart || imported > 0) return kExitInPart;
   return is_cancelled ? kExitCancelled : kExitFailed;
 }
 
@@ -148,7 +179,7 @@ IDataStream* LogReport::FindStream(const CString& name) const {
 
 std::vector<std::string> LogReport::StreamNames() const {
   std::vector<std::string> names;
-  ForEachStream([&](IDataStream* stream) { names.push_back(GbkToUtf8(stream->GetName())); });
+  ForEachStream([&](IDataStream* stream) { names.push_back(GbkNameToUtf8(stream->GetName())); });
   return names;
 }
 

@@ -18,6 +18,9 @@ const std::map<std::string, ImporterTypeEnum>& LogNodes();
 // 1 when each of the outcomes has the result 1, 0 when none has, else 2.
 int BatchResultOf(const Json& outcomes);
 
+// Result of a file that was named and that the command did not get to.
+inline constexpr int kNotAttempted = -3;
+
 // What became of each log and text file of a command, as the facade's listener tells it.
 class LogReport {
  public:
@@ -28,7 +31,9 @@ class LogReport {
 
   Json ToJson(int result) const;
   void PrintHuman(std::ostream& out) const;
-  // Exit code for a facade result: 1 done, 2 in part, negative or 0 refused, failed or cancelled.
+  // The files that were named: those that the facade did not get to are reported, too.
+  void Expect(std::vector<CString> paths) { named_ = std::move(paths); }
+  // Done when the facade's result says so and every file was imported, in part when only some were.
   int ExitCodeOf(int result) const;
   IDataStream* FindStream(const CString& name) const;  // null when no log has it
   std::vector<std::string> StreamNames() const;
@@ -36,12 +41,14 @@ class LogReport {
 
  private:
   Json LogJson(const LogOutcome& log) const;
+  std::vector<LogOutcome> Outcomes() const;
   template <class Visit>
   void ForEach(Visit visit) const;
   template <class Visit>
   void ForEachStream(Visit visit) const;
 
   Session& session_;
+  std::vector<CString> named_;
   std::vector<LogOutcome> logs_;
   std::vector<LogOutcome> texts_;
 };

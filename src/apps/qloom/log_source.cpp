@@ -60,7 +60,7 @@ int ImportSource(CIOManager& manager, const ImportOptions& options, const LogRep
 }
 
 IDataStream* FindStreamOrList(const LogReport& report, const std::string& name) {
-  IDataStream* const stream = report.FindStream(Utf8ToGbk(name));
+  IDataStream* const stream = report.FindStream(NativeNameToGbk(name));
   if (stream != nullptr) return stream;
   std::cerr << "qloom: the file has no stream \"" << name << "\"; it has:\n";
   for (const std::string& known : report.StreamNames()) std::cerr << "  " << known << '\n';

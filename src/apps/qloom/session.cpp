@@ -19,7 +19,7 @@ Json PlaceJson(const Notes::Kind& kind, const Note& place) {
 }
 
 CString ConfigFolder(const CommonOptions& options) {
-  if (!options.config.empty()) return NativePathToGbk(options.config);
+  if (!options.config.empty()) return NamedPath(options.config);
   const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe");
   return NativePathToGbk((program.parent_path().parent_path() / "Config").native());
 }
@@ -34,7 +34,7 @@ class WaitingForProject {
     if (WasInterrupted()) throw Error("the project was not waited for any longer");
     if (Clock::now() >= until_) throw Error(in_use.what() + (", waited for " + std::to_string(wait_s_) + " s"));
     if (!std::exchange(is_told_, true))
-      std::cerr << "qloom: " << in_use.what() << "; waiting for up to " << wait_s_ << " s\n";
+      std::cerr << "qloom: " << WithCharacters(in_use.what()) << "; waiting for up to " << wait_s_ << " s\n";
     std::this_thread::sleep_for(std::min<Clock::duration>(kPause, until_ - Clock::now()));
   }
 
@@ -67,7 +67,7 @@ Session::Session(const CommonOptions& options, BatchAnswers answers, const CStri
       save_project_(use == ProjectUse::kChange),
       notes_scope_(notes_),
       host_(HostOptions{.config_folder = ConfigFolder(options),
-                        .project_path = options.project.empty() ? CString() : NativePathToGbk(options.project),
+                        .project_path = options.project.empty() ? CString() : NamedPath(options.project),
                         .recent_logs_path = {},
                         .project_access = AccessFor(options, use)}),
       front_end_(std::move(answers), options.trace_ui, !options.json && isatty(STDERR_FILENO) != 0) {
@@ -92,7 +92,7 @@ std::string Session::SaveProject(int exit_code) {
   try {
     host_.project().Save();
   } catch (const Error& error) {
-    std::cerr << "qloom: " << error.what() << '\n';
+    std::cerr << "qloom: " << WithCharacters(error.what()) << '\n';
     return error.what();
   }
   return {};
@@ -112,7 +112,9 @@ int Session::Finish(Json document, int exit_code) {
     PrintDiagnostics();
   }
   is_reported_ = true;
-  return WasInterrupted() && error.empty() ? kExitCancelled : exit_code;
+  // What was done before the interrupt came is done.
+  const bool is_done = exit_code == kExitDone && !document.contains("error");
+  return WasInterrupted() && error.empty() && !is_done ? kExitCancelled : exit_code;
 }
 
 int Session::FinishLines(int exit_code, const std::string& error) {
@@ -127,7 +129,7 @@ int Session::FinishLines(int exit_code, const std::string& error) {
   }
   PrintDiagnostics();
   is_reported_ = true;
-  return WasInterrupted() && not_saved.empty() ? kExitCancelled : exit_code;
+  return WasInterrupted() && not_saved.empty() && exit_code != kExitDone ? kExitCancelled : exit_code;
 }
 
 void ReportWrongUsage(int argc, char** argv, const std::string& what) {
@@ -136,7 +138,7 @@ void ReportWrongUsage(int argc, char** argv, const std::string& what) {
 }
 
 int ReportFailure(const CommonOptions& options, const std::string& what) {
-  std::cerr << "qloom: " << what << '\n';
+  std::cerr << "qloom: " << WithCharacters(what) << '\n';
   if (options.json) {
     Json document{{"result", 0}, {"error", what}, {"messages", Json::array()}, {"notes", Json::array()}};
     document.update(unreported);
@@ -161,8 +163,10 @@ Json MessageJson(const MessageBoxRequest& request) {
           {"buttons", MessageButtonsName(request.buttons)}};
 }
 
+CString NamedPath(const std::string& native) { return NativeNameToGbk(native); }
+
 CString AbsolutePath(const std::string& native) {
-  return NativePathToGbk(std::filesystem::absolute(native).lexically_normal().native());
+  return NativePathToGbk(std::filesystem::absolute(WithBytes(native)).lexically_normal().native());
 }
 
 Json NotesJson(const Notes& notes) {
@@ -181,16 +185,17 @@ void PrintNotes(const Notes& notes) {
   for (const Notes::Kind& kind : notes.kinds()) {
     std::cerr << "note: " << kind.name << ": " << kind.count << '\n';
     for (const Note& place : kind.places) {
-      std::cerr << "  " << GbkToUtf8(place.file) << ", " << place.at << ": " << place.what << '\n';
+      std::cerr << "  " << GbkNameToNative(place.file) << ", " << place.at << ": " << place.what << '\n';
     }
   }
 }
 
 void Session::PrintDiagnostics() const {
   for (const auto& [request, answer] : front_end_.messages()) {
-    std::string text = GbkToUtf8(request.text);
+    std::string text = GbkNameToNative(request.text);
     while (!text.empty() && (text.back() == '\n' || text.back() == ' ')) text.pop_back();
-    std::cerr << MessageIconName(request.icon) << ": " << text;
+    if (request.icon != MessageIcon::kNone) std::cerr << MessageIconName(request.icon) << ": ";
+    std::cerr << text;
     if (request.buttons != MessageButtons::kOk) std::cerr << " -> " << MessageAnswerName(answer);
     std::cerr << '\n';
   }

@@ -22,7 +22,9 @@ enum ExitCode : int {
   kExitCancelled = 130,
 };
 
-// The path of a file named on the command line, from the root: a project finds its logs again from any folder.
+// A file named on the command line, as it is or with bytes as `\xHH`; from the root where a project has to find it
+// again from any folder.
+CString NamedPath(const std::string& native);
 CString AbsolutePath(const std::string& native);
 
 // Notes as every command reports them: the first places of a kind one by one, the rest of the kind counted.

@@ -66,7 +66,7 @@ void AddTextExportOptions(Command& command, TextExportOptions& options) {
 
 TextExportAnswers TextExportAnswersFrom(const TextExportOptions& options) {
   TextExportAnswers answers;
-  answers.stream = Utf8ToGbk(options.stream);
+  answers.stream = NativeNameToGbk(options.stream);
   for (const std::string& name : options.parameters) answers.parameters.push_back(Utf8ToGbk(name));
   for (const std::string& limit : options.limits) answers.limits.push_back(LimitFrom(limit));
   answers.file = AbsolutePath(options.file);
@@ -90,7 +90,7 @@ bool TextExportWizardUser::IsTextExportWizard(const CPropertySheet& sheet) {
 void TextExportWizardUser::ChooseStream(CDialog& page) const {
   auto& tree = page.GetDlgItem<CTreeCtrl>(kTreeExport);
   const HTREEITEM item = FindItem(tree, answers_.stream, true);
-  if (!item) throw Error("the wizard offers no stream \"" + GbkToUtf8(answers_.stream) + "\"");
+  if (!item) throw Error("the wizard offers no stream \"" + GbkNameToUtf8(answers_.stream) + "\"");
   tree.UserSelect(item);
 }
 

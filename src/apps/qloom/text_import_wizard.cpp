@@ -57,7 +57,7 @@ std::string ObjectionToSeparator(const std::string& text) {
 
 std::optional<CString> PathFrom(const std::string& native) {
   if (native.empty()) return std::nullopt;
-  return NativePathToGbk(native);
+  return NativeNameToGbk(native);
 }
 
 HTREEITEM FindLeaf(const CTreeCtrl& tree, const CString& name) {

@@ -55,15 +55,15 @@ HTREEITEM ItemAt(const CTreeCtrl& tree, int position) {
 
 // Logs stand in a tree under their paths from the root; a script may name them from the working folder.
 HTREEITEM ItemByPath(const CTreeCtrl& tree, const std::string& path) {
-  if (const HTREEITEM item = tree.FindPath(Utf8ToGbk(path))) return item;
+  if (const HTREEITEM item = tree.FindPath(NativeNameToGbk(path))) return item;
   for (HTREEITEM item = tree.GetRootItem(); item; item = tree.GetNextItem(item)) {
-    const std::string text = GbkToUtf8(tree.GetItemText(item));
+    const std::string text = GbkNameToNative(tree.GetItemText(item));
     if (!text.starts_with('/')) continue;
     const std::string from_here =
         std::filesystem::path(text).lexically_relative(std::filesystem::current_path()).string();
     const std::size_t at = path.find(from_here + '/');
     if (at == path.npos) continue;
-    if (const HTREEITEM found = tree.FindPath(Utf8ToGbk(std::string(path).replace(at, from_here.size(), text))))
+    if (const HTREEITEM found = tree.FindPath(NativeNameToGbk(std::string(path).replace(at, from_here.size(), text))))
       return found;
   }
   return {};
@@ -223,7 +223,7 @@ void AddFileDialog(const FileDialogRequest& request, Json& json) {
 }  // namespace
 
 void AddScript(ScriptedUser& user, const std::string& path) {
-  std::istringstream lines(ReadWholeText(NativePathToGbk(path)));
+  std::istringstream lines(ReadWholeText(NativeNameToGbk(path)));
   std::string text;
   for (int number = 1; std::getline(lines, text); ++number) {
     if (text.find_first_not_of(" \t\r") == std::string::npos) continue;
