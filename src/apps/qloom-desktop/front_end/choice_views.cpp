@@ -48,10 +48,10 @@ class ComboView final : public ControlView {
     if (std::vector<CString> entries = Entries(); entries != shown_) {
       shown_ = std::move(entries);
       box_->clear();
-      for (const CString& entry : shown_) box_->addItem(ToQt(entry));
+      for (const CString& entry : shown_) box_->addItem(NameToQt(entry));
     }
     if (box_->currentIndex() != combo_.GetCurSel()) box_->setCurrentIndex(combo_.GetCurSel());
-    const QString text = ToQt(combo_.GetWindowText());
+    const QString text = NameToQt(combo_.GetWindowText());
     if (box_->isEditable() && box_->currentText() != text) box_->setEditText(text);
   }
 

@@ -15,7 +15,7 @@ class TypingRules final : public QValidator {
   TypingRules(const CEdit& edit, QObject* parent) : QValidator(parent), edit_(edit) {}
 
   State validate(QString& input, int& position) const override {
-    const QString before = ToQt(edit_.GetWindowText());
+    const QString before = NameToQt(edit_.GetWindowText());
     const qsizetype shorter = std::min(before.size(), input.size());
     qsizetype head = 0;
     while (head < shorter && before[head] == input[head]) ++head;
@@ -83,11 +83,13 @@ class LineEditView final : public ControlView {
 
   void ShowContent() override {
     line_->setReadOnly(edit_.IsReadOnly());
-    const QString text = ToQt(edit_.GetWindowText());
+    const QString text = NameToQt(edit_.GetWindowText());
     if (line_->text() != text) line_->setText(text);
     if (SelectionBytes() == edit_.GetSel()) return;
     const auto [start, end] = edit_.GetSel();
-    const auto characters = [&](int bytes) { return static_cast<int>(ToQt(edit_.GetWindowText().Left(bytes)).size()); };
+    const auto characters = [&](int bytes) {
+      return static_cast<int>(NameToQt(edit_.GetWindowText().Left(bytes)).size());
+    };
     if (start == end)
       line_->setCursorPosition(characters(start));
     else
@@ -117,7 +119,7 @@ class TextEditView final : public ControlView {
     text_->setReadOnly(edit_.IsReadOnly());
     if (ModelText() == edit_.GetWindowText()) return;
     const int position = text_->textCursor().position();
-    text_->setPlainText(ToQt(edit_.GetWindowText()).remove(u'\r'));
+    text_->setPlainText(NameToQt(edit_.GetWindowText()).remove(u'\r'));
     QTextCursor cursor = text_->textCursor();
     cursor.setPosition(std::min(position, static_cast<int>(text_->toPlainText().size())));
     text_->setTextCursor(cursor);

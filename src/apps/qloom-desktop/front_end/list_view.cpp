@@ -49,7 +49,7 @@ class ListModel final : public QAbstractTableModel {
     switch (role) {
       case Qt::DisplayRole:
       case Qt::ToolTipRole:
-        return ToQt(list_.GetItemText(row, column));
+        return NameToQt(list_.GetItemText(row, column));
       case Qt::TextAlignmentRole:
         return AlignmentOf(list_.GetColumn(column).alignment);
       case Qt::BackgroundRole:

@@ -65,7 +65,7 @@ void ProgressWindow::Cancel() {
   cancel_->setEnabled(false);
 }
 
-void ProgressWindow::SetText(const CString& text) { text_->setText(ToQt(text)); }
+void ProgressWindow::SetText(const CString& text) { text_->setText(TextWithNamesToQt(text)); }
 
 void ProgressWindow::SetRange(int lowest, int highest) { bar_->setRange(lowest, highest); }
 

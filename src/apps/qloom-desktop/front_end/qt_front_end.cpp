@@ -104,7 +104,7 @@ MessageAnswer QtFrontEnd::ShowMessage(const MessageBoxRequest& request) {
   box.setObjectName(QStringLiteral("message"));
   box.setWindowTitle(ToQt(request.caption.IsEmpty() ? HostCaption() : request.caption));
   box.setTextFormat(Qt::PlainText);
-  box.setText(ToQt(request.text));
+  box.setText(TextWithNamesToQt(request.text));
   box.setIcon(IconOf(request.icon));
   const MessageAnswer agreeing = AgreeingAnswer(request.buttons);
   const MessageAnswer declining = DecliningAnswer(request.buttons);

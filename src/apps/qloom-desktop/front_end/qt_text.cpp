@@ -14,6 +14,10 @@ bool FitsGbk(const QString& text) { return ToQt(FromQt(text)) == text; }
 
 int GbkBytes(const QString& text) { return FromQt(text).GetLength(); }
 
+QString TextWithNamesToQt(const CString& text) { return QString::fromStdString(GbkNameToNative(text)); }
+
+QString NameToQt(const CString& name) { return QString::fromStdString(GbkNameToUtf8(name)); }
+
 QString PathToQt(const CString& path) { return QFile::decodeName(QByteArray::fromStdString(GbkPathToNative(path))); }
 
 CString PathFromQt(const QString& path) { return NativePathToGbk(QFile::encodeName(path).toStdString()); }

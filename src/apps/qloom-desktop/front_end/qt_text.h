@@ -13,6 +13,10 @@ CString FromQt(const QString& text);
 bool FitsGbk(const QString& text);
 int GbkBytes(const QString& text);
 
+// Texts with names of files in them, as those are on disk; and names of streams, a byte that GBK lacks as `\xHH`.
+QString TextWithNamesToQt(const CString& text);
+QString NameToQt(const CString& name);
+
 QString PathToQt(const CString& path);
 CString PathFromQt(const QString& path);
 

@@ -78,7 +78,7 @@ int TreeModel::rowCount(const QModelIndex& parent) const {
 QVariant TreeModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || !IsCurrent()) return {};
   const HTREEITEM item = ItemAt(index);
-  if (role == Qt::DisplayRole) return ToQt(tree_.GetItemText(item));
+  if (role == Qt::DisplayRole) return NameToQt(tree_.GetItemText(item));
   if (role == Qt::AccessibleDescriptionRole && boxes_) {
     constexpr const char* kStates[] = {"clear", "ticked", "partly ticked"};
     return QString::fromLatin1(kStates[boxes_->GetCheck(item)]);

@@ -13,6 +13,8 @@
 #include "apps/qloom-desktop/front_end/qt_text.h"
 #include "apps/qloom-desktop/shell/project_tree.h"
 #include "apps/qloom-desktop/shell/stream_tab.h"
+#include "manager/log_row_counts.h"
+#include "platform/encoding.h"
 #include "platform/log.h"
 #include "platform/path.h"
 #include "platform/ui/message_box.h"
@@ -85,7 +87,7 @@ void MainWindow::Run(const std::function<void()>& work) {
   try {
     work();
   } catch (const std::exception& error) {
-    ShowMessageBox(FromQt(QString::fromUtf8(error.what())), MessageIcon::kError);
+    ShowMessageBox(NativeNameToGbk(error.what()), MessageIcon::kError);
   }
   --running_;
   ShowProject();
@@ -109,12 +111,12 @@ void MainWindow::TellOutcome(const LogOutcome& outcome) {
   };
   QString line = PathToQt(outcome.path) + QStringLiteral(": ") + result_text();
   if (outcome.logfile && outcome.result == kImportDone) {
-    qint64 rows = 0;
-    for (const IDataStream* const stream : outcome.logfile->GetStreams()) {
-      if (stream->GetRowCount() > 0) rows += stream->GetRowCount();
-    }
-    line += QStringLiteral(", ") +
-            Text(shell::kStreamsAndRows).arg(outcome.logfile->GetStreams().size()).arg(QLocale().toString(rows));
+    const LogRowCounts counts = CountRows(*outcome.logfile);
+    const auto number = [](std::int64_t count) { return QLocale().toString(static_cast<qint64>(count)); };
+    line += QStringLiteral(", ") + Text(shell::kStreamsAndRows).arg(number(counts.streams), number(counts.rows));
+    if (counts.merged_streams > 0)
+      line += QStringLiteral(", ") +
+              Text(shell::kMergedStreamsAndRows).arg(number(counts.merged_streams), number(counts.merged_rows));
   }
   for (const auto& [reason, count] : outcome.skipped)
     line += QStringLiteral("\n  %1: %2")
@@ -149,7 +151,7 @@ void MainWindow::OpenStream(IDataStream& stream) {
   for (int at = 0; at < tables_->count(); ++at) {
     if (&static_cast<StreamTab*>(tables_->widget(at))->stream() == &stream) return tables_->setCurrentIndex(at);
   }
-  tables_->setCurrentIndex(tables_->addTab(new StreamTab(stream, tables_), ToQt(stream.GetName())));
+  tables_->setCurrentIndex(tables_->addTab(new StreamTab(stream, tables_), NameToQt(stream.GetName())));
 }
 
 void MainWindow::CloseTables() {

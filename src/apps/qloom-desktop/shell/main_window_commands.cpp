@@ -81,7 +81,7 @@ void MainWindow::MakeMenus() {
                         });
   QMenu* const texts = AddListMenu(
       *data, shell::kOpenText, "open_text", [this] { return ProjectTexts(); },
-      [this](const QString& name) { Run([&] { session_.manager().OpenTxt(FromQt(name)); }); });
+      [this](const QString& name) { Run([&] { session_.manager().OpenTxt(PathFromQt(name)); }); });
   optional_actions_.emplace_back(texts->menuAction(), &M::HasTextImport);
 
   QMenu* const view = createPopupMenu();
@@ -141,7 +141,7 @@ QStringList MainWindow::RecentLogs() const {
 
 QStringList MainWindow::ProjectTexts() {
   QStringList names;
-  for (const CProjectTxtFile& text : session_.project().Content().text_files) names << ToQt(text.GetTxtName());
+  for (const CProjectTxtFile& text : session_.project().Content().text_files) names << PathToQt(text.GetTxtName());
   return names;
 }
 

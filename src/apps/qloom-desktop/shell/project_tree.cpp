@@ -49,12 +49,12 @@ QTreeWidgetItem* ProjectTree::NodeItem(ImporterTypeEnum node) const {
 }
 
 void ProjectTree::AddLog(const ILogfile& logfile, ImporterTypeEnum node) {
-  QTreeWidgetItem* const log = AddChild(NodeItem(node), ToQt(NameOf(logfile.GetName())), kImageLogFile);
+  QTreeWidgetItem* const log = AddChild(NodeItem(node), PathToQt(NameOf(logfile.GetName())), kImageLogFile);
   log->setToolTip(0, PathToQt(logfile.GetName()));
   log->setData(0, kPathRole, PathToQt(logfile.GetName()));
   log->setData(0, kLoadedRole, true);
   for (IDataStream* const stream : logfile.GetStreams()) {
-    QTreeWidgetItem* const item = AddChild(log, ToQt(stream->GetName()), kImageStream);
+    QTreeWidgetItem* const item = AddChild(log, NameToQt(stream->GetName()), kImageStream);
     item->setData(0, kStreamRole, static_cast<int>(streams_.size()));
     item->setToolTip(0, ToQt(stream->GetProtocol()) + QStringLiteral(", %L1").arg(stream->GetRowCount()));
     streams_.push_back(stream);
@@ -63,7 +63,7 @@ void ProjectTree::AddLog(const ILogfile& logfile, ImporterTypeEnum node) {
 }
 
 void ProjectTree::AddText(const CProjectTxtFile& text) {
-  QTreeWidgetItem* const item = AddChild(NodeItem(kImporterText), ToQt(text.GetTxtName()), kImageLogFile);
+  QTreeWidgetItem* const item = AddChild(NodeItem(kImporterText), PathToQt(text.GetTxtName()), kImageLogFile);
   item->setToolTip(0, PathToQt(text.GetTxtPath()));
 }
 
@@ -85,7 +85,7 @@ void ProjectTree::Show(DesktopSession& session) {
   }
   for (const CProjectLogfile& log : session.project().Content().logs) {
     if (loaded.contains(log.GetLogFilePath())) continue;
-    const QString name = ToQt(NameOf(log.GetLogFilePath())) + u' ' + Text(shell::kNotLoaded);
+    const QString name = PathToQt(NameOf(log.GetLogFilePath())) + u' ' + Text(shell::kNotLoaded);
     QTreeWidgetItem* const item = AddChild(NodeItem(kImporterOutdoorLog), name, kImageLogFile);
     item->setData(0, kPathRole, PathToQt(log.GetLogFilePath()));
     item->setToolTip(0, PathToQt(log.GetLogFilePath()));

@@ -74,6 +74,7 @@ inline constexpr ShellText kFailed             {"导入失败", "not imported"};
 inline constexpr ShellText kCancelled          {"已取消", "cancelled"};
 inline constexpr ShellText kAlreadyPresent     {"同名日志已存在", "a log of that name is there already"};
 inline constexpr ShellText kStreamsAndRows     {"%1 个数据流，%2 行", "%1 streams, %2 rows"};
+inline constexpr ShellText kMergedStreamsAndRows {"%1 个合并数据流，%2 行", "%1 merged streams, %2 rows"};
 inline constexpr ShellText kRowsAndColumns     {"%1 行，%2 列", "%1 rows, %2 columns"};
 inline constexpr ShellText kColumnRow          {"行号", "Row"};
 inline constexpr ShellText kColumnTime         {"时间", "Time"};
