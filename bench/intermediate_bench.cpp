@@ -10,9 +10,9 @@
 #include <fstream>
 #include <string>
 
-#include "components/intermediate_layout.h"
+#include "components/intermediate/header_blocks.h"
+#include "components/intermediate/layout.h"
 #include "host/application.h"
-#include "host/communicator/header_blocks.h"
 #include "importers/intermediate_file_importer.h"
 #include "platform/encoding.h"
 #include "platform/file.h"

@@ -7,9 +7,9 @@
 #include <optional>
 #include <string>
 
+#include "components/intermediate/row_decoder.h"
 #include "components/progress_wnd.h"
 #include "components/project.h"
-#include "importers/intermediate_row.h"
 #include "platform/file_map.h"
 #include "platform/notes.h"
 #include "platform/path.h"

@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include "components/intermediate/file.h"
 #include "components/module_communicator.h"
 #include "importers/importer.h"
-#include "importers/intermediate_file.h"
 
 namespace loom {
 

@@ -2,8 +2,8 @@
 #include <memory>
 
 #include "apps/qloom/commands.h"
-#include "apps/qloom/intermediate_writer.h"
 #include "apps/qloom/log_report.h"
+#include "manager/mapped_output.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
 
@@ -49,8 +49,8 @@ int RunToIntermediate(const CommandLine& line, const IntermediateOptions& option
   Session session(line.common, std::move(answers), log, ProjectUse::kRead);
   const ILogfile* const logfile = ImportOneLog(session, log);
   if (logfile == nullptr) return session.Finish({{"result", 0}, {"out", JsonName(options.out)}}, kExitFailed);
-  const IntermediateSummary summary =
-      WriteIntermediateFile(session.manager(), session.host().catalogue(), *logfile, NamedPath(options.out));
+  const IntermediateSummary summary = SaveIntermediateFile(session.manager(), *logfile, NamedPath(options.out),
+                                                           session.host().catalogue().EventIds());
   if (!line.common.json) {
     std::cout << options.out << ": " << summary.rows << " rows in " << summary.streams << " streams, " << summary.bytes
               << " bytes\n";

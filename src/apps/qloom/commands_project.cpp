@@ -2,6 +2,7 @@
 #include <nlohmann/json.hpp>
 
 #include "apps/qloom/commands.h"
+#include "components/field_types.h"
 #include "host/netdb/network_database.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
@@ -160,21 +161,6 @@ int PutNetwork(const CommandLine& line, const std::string& table, const std::str
   return session.Finish({{"table", table}, {"new", counts.added}, {"replaced", counts.replaced}}, kExitDone);
 }
 
-const char* TypeName(MemTableFieldTypeEnum type) {
-  switch (type) {
-    case kFieldBool:
-      return "bool";
-    case kFieldText:
-      return "text";
-    case kFieldShort:
-      return "short";
-    case kFieldFloat:
-      return "float";
-    default:
-      return "int";
-  }
-}
-
 int ListIEs(const CommandLine& line, const std::string& grep) {
   Session session(line.common, {}, {}, ProjectUse::kRead);
   Json ies = Json::array();
@@ -186,11 +172,11 @@ int ListIEs(const CommandLine& line, const std::string& grep) {
       ies.push_back({{"id", entry.id},
                      {"name", name},
                      {"unit", JsonText(entry.unit)},
-                     {"type", TypeName(entry.type)},
+                     {"type", FieldTypeName(entry.type)},
                      {"range", std::move(range)}});
     } else {
-      std::cout << entry.id << '\t' << name << '\t' << GbkToUtf8(entry.unit) << '\t' << TypeName(entry.type) << '\t'
-                << (entry.has_range ? range.dump() : "") << '\n';
+      std::cout << entry.id << '\t' << name << '\t' << GbkToUtf8(entry.unit) << '\t' << FieldTypeName(entry.type)
+                << '\t' << (entry.has_range ? range.dump() : "") << '\n';
     }
   }
   return session.Finish({{"ies", std::move(ies)}}, kExitDone);

@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "components/field_types.h"
 #include "host/catalogue/name_pattern.h"
 #include "host/catalogue/table_file.h"
 #include "platform/encoding.h"
@@ -21,17 +22,8 @@ constexpr char kIEsFile[] = "ie_catalogue.tsv";
 constexpr char kEventsFile[] = "events.tsv";
 constexpr std::int32_t kMaxId = 999'999;
 
-struct TypeName {
-  std::string_view name;
-  MemTableFieldTypeEnum type;
-};
-constexpr std::array kTypeNames{
-    TypeName{"bool", kFieldBool}, TypeName{"text", kFieldText},   TypeName{"short", kFieldShort},
-    TypeName{"int", kFieldInt},   TypeName{"float", kFieldFloat},
-};
-
 MemTableFieldTypeEnum ParseType(std::string_view name) {
-  for (const TypeName& known : kTypeNames) {
+  for (const FieldType& known : kFieldTypes) {
     if (known.name == name) return known.type;
   }
   throw std::invalid_argument("unknown type '" + std::string(name) + "'");
@@ -55,6 +47,12 @@ CIEEntry ParseCommonPart(const TableFields& fields) {
 }
 
 }  // namespace
+
+std::map<CString, std::int32_t> IECatalogue::EventIds() const {
+  std::map<CString, std::int32_t> ids;
+  for (const auto& [id, name] : events_) ids.emplace(name, id);
+  return ids;
+}
 
 IECatalogue IECatalogue::Load(const CString& folder) {
   const CString ies = JoinPath(folder, kIEsFile);

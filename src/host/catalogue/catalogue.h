@@ -40,6 +40,7 @@ class IECatalogue {
 
   std::span<const CIEEntry> Entries() const { return entries_; }  // by id, ascending
   const std::map<std::int32_t, CString>& Events() const { return events_; }
+  std::map<CString, std::int32_t> EventIds() const;  // of each name the lowest
 
  private:
   struct LineStart {

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "components/intermediate/header_blocks.h"
 #include "components/project.h"
-#include "host/communicator/header_blocks.h"
 #include "host/streams/stream_store.h"
 
 namespace loom {

@@ -3,9 +3,9 @@
 #include <optional>
 #include <unordered_map>
 
+#include "components/intermediate/header_blocks.h"
 #include "components/module_communicator.h"
 #include "components/stream_info.h"
-#include "host/communicator/header_blocks.h"
 
 namespace loom {
 

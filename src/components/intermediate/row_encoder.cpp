@@ -1,6 +1,7 @@
-#include "apps/qloom/intermediate_row_encoder.h"
+#include "components/intermediate/row_encoder.h"
 
-#include "components/intermediate_layout.h"
+#include "components/field_types.h"
+#include "components/intermediate/layout.h"
 #include "components/project.h"
 #include "platform/byte_reader.h"
 
@@ -14,27 +15,13 @@ constexpr std::string_view kLeftOut = "left out of the intermediate file";
 // Type and length that a field is written with; a type that the catalogue does not tell is a 32-bit integer.
 layout::FieldDescriptor DescriptorOf(const CMemDataRow& row, std::size_t field) {
   const std::int32_t id = row.GetParamID()[field];
-  layout::FieldDescriptor descriptor{.length_bytes = 4, .type = kFieldInt, .ie_id = static_cast<std::uint32_t>(id)};
-  switch (g_memDataType->GetType(id)) {
-    case kFieldBool:
-      descriptor.type = kFieldBool;
-      descriptor.length_bytes = 1;
-      break;
-    case kFieldShort:
-      descriptor.type = kFieldShort;
-      descriptor.length_bytes = 2;
-      break;
-    case kFieldText:
-      descriptor.type = kFieldText;
-      descriptor.length_bytes = static_cast<std::uint32_t>(row.GetText(row.GetParamValue()[field].text).size());
-      break;
-    case kFieldFloat:
-      descriptor.type = kFieldFloat;
-      break;
-    default:
-      break;
-  }
-  return descriptor;
+  const MemTableFieldTypeEnum told = g_memDataType->GetType(id);
+  const FieldType* const known = FindFieldType(static_cast<std::uint32_t>(told));
+  const FieldType& type = known != nullptr ? *known : *FindFieldType(kFieldInt);
+  const std::size_t bytes = type.type == kFieldText ? row.GetText(row.GetParamValue()[field].text).size() : type.bytes;
+  return {.length_bytes = static_cast<std::uint32_t>(bytes),
+          .type = static_cast<std::uint32_t>(type.type),
+          .ie_id = static_cast<std::uint32_t>(id)};
 }
 
 void WriteField(const CMemDataRow& row, std::size_t field, const layout::FieldDescriptor& descriptor, ByteWriter& out) {

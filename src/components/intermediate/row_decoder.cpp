@@ -1,8 +1,10 @@
-#include "importers/intermediate_row.h"
+#include "components/intermediate/row_decoder.h"
 
+#include <array>
 #include <span>
 #include <string>
 
+#include "components/field_types.h"
 #include "components/project.h"
 #include "platform/notes.h"
 
@@ -15,10 +17,14 @@ constexpr std::string_view kFieldNotStored = "field of an intermediate file not 
 constexpr std::string_view kRowCutShort = "row of an intermediate file cut short";
 constexpr std::string_view kTypeDiffers = "type of a field is not the catalogue's";
 
-// Bytes that a value of a type needs at least; texts need none.
-constexpr std::size_t kLeastBytes[] = {0, 1, 0, 2, 4, 4, 0, 0};
-
-bool IsStored(std::uint32_t type) { return type >= kFieldBool && type <= kFieldFloat; }
+// Bytes that a value of a type needs at least, kNotStored for a type that no value has.
+constexpr std::size_t kNotStored = ~std::size_t{0};
+constexpr auto kLeastBytes = [] {
+  std::array<std::size_t, FieldDescriptor::kTypes> bytes{};
+  bytes.fill(kNotStored);
+  for (const FieldType& row : kFieldTypes) bytes[row.type] = row.bytes;
+  return bytes;
+}();
 
 // `value` is at least as long as its type needs. A 16-bit value fills its element's 32 bits when these are no 16-bit
 // value.
@@ -49,7 +55,7 @@ uniFieldValue ReadValue(std::uint32_t type, bool is_short_element, std::span<con
 [[gnu::cold, gnu::noinline]] void NoteNotStored(const CString& path, std::uint64_t position,
                                                 const FieldDescriptor& field) {
   NoteField(kFieldNotStored, path, position, field,
-            IsStored(field.type) ? "too few for the type" : "no value has this type");
+            kLeastBytes[field.type] != kNotStored ? "too few for the type" : "no value has this type");
 }
 
 // Behind the last field that is whole. `data` stands where the field's value should be.
@@ -58,8 +64,6 @@ uniFieldValue ReadValue(std::uint32_t type, bool is_short_element, std::span<con
   NoteField(kRowCutShort, path, data.Position() - intermediate::kDescriptorBytes, field,
             "the row has " + std::to_string(data.Remaining()));
 }
-
-constexpr std::string_view kTypeNames[] = {"none", "bool", "text", "short", "int", "float"};
 
 }  // namespace
 
@@ -74,7 +78,7 @@ MemTableFieldTypeEnum RowFieldReader::AskForType(std::uint32_t ie_id) {
                                                            MemTableFieldTypeEnum type) {
   if (!told_.Insert(static_cast<std::int32_t>(field.ie_id))) return;
   NoteField(kTypeDiffers, path_, position, field,
-            "the catalogue has " + std::string(kTypeNames[type]) + ", the first of its stream");
+            "the catalogue has " + std::string(FieldTypeName(type)) + ", the first of its stream");
 }
 
 // Room for as many fields as the bytes could hold is made once; the loop then only stores.
@@ -91,7 +95,7 @@ void RowFieldReader::Read(ByteReader data, CMemDataRow& row) {
       break;
     }
     const std::span<const std::byte> value = data.Bytes(field.length_bytes);
-    if (!IsStored(field.type) || value.size() < kLeastBytes[field.type]) [[unlikely]] {
+    if (value.size() < kLeastBytes[field.type]) [[unlikely]] {
       NoteNotStored(path_, data.Position() - value.size() - intermediate::kDescriptorBytes, field);
       continue;
     }

@@ -1,29 +1,23 @@
-#include "apps/qloom/intermediate_writer.h"
+#include "components/intermediate/writer.h"
 
-#include <unistd.h>
-
-#include <filesystem>
 #include <limits>
 #include <map>
 #include <vector>
 
-#include "apps/qloom/intermediate_row_encoder.h"
-#include "components/intermediate_layout.h"
+#include "components/intermediate/header_blocks.h"
+#include "components/intermediate/layout.h"
+#include "components/intermediate/row_encoder.h"
 #include "components/project.h"
-#include "host/communicator/header_blocks.h"
 #include "platform/byte_reader.h"
 #include "platform/encoding.h"
-#include "platform/file.h"
+#include "platform/error.h"
 #include "platform/notes.h"
-#include "platform/path.h"
-#include "platform/replace_file.h"
 
 namespace loom {
 namespace {
 
 namespace layout = intermediate;
 
-constexpr std::size_t kFlushBytes = 1 << 20;
 constexpr std::uint64_t kMostFileBytes = std::numeric_limits<std::uint32_t>::max();
 constexpr std::string_view kNameLeftOut = "name left out of the intermediate file";
 
@@ -45,85 +39,46 @@ struct PlannedStream {
   }
 };
 
-// A file of known size that is filled from its start through the facade. It takes its path when it is complete.
-class MappedOutput {
+// Collects what goes out into pieces of about a megabyte.
+class Buffered {
  public:
-  MappedOutput(CIOManager& manager, const CString& path, std::uint32_t size_bytes)
-      : manager_(manager),
-        path_(path),
-        temporary_(FolderOf(path) + Format(".qloom-%s", std::to_string(getpid()).c_str())),
-        size_bytes_(size_bytes),
-        mapping_(manager.CreateFileMap(temporary_, size_bytes)) {
-    Check();
-    buffer_.reserve(2 * kFlushBytes);
-  }
-  MappedOutput(const MappedOutput&) = delete;
-  MappedOutput& operator=(const MappedOutput&) = delete;
-  ~MappedOutput() {
-    if (mapping_ == nullptr && is_complete_) return;
-    manager_.CloseFileMap(mapping_);
-    unlink(GbkPathToNative(temporary_).c_str());
-  }
+  explicit Buffered(IntermediateOutput& output) : output_(output) { buffer_.reserve(2 * kFlushBytes); }
+  Buffered(const Buffered&) = delete;
+  Buffered& operator=(const Buffered&) = delete;
 
   ByteWriter& Bytes() {
     if (buffer_.size() >= kFlushBytes) Flush();
     return writer_;
   }
-  std::uint64_t Position() const { return std::uint64_t{offset_} + buffer_.size(); }
+  std::uint64_t Position() const { return handed_over_ + buffer_.size(); }
   void PadTo(std::uint64_t position) { Bytes().Zeros(position - Position()); }
-
-  void Complete() {
-    Flush();
-    if (offset_ != size_bytes_) throw FileError(path_, offset_, "a planned size does not hold");
-    manager_.CloseFileMap(mapping_);
-    mapping_ = nullptr;
-    Check();
-    ReplaceFile(temporary_, path_);
-    is_complete_ = true;
+  void Flush() {
+    output_.Append(buffer_);
+    handed_over_ += buffer_.size();
+    buffer_.clear();
   }
 
  private:
-  void Flush() {
-    if (buffer_.empty()) return;
-    offset_ +=
-        manager_.ExportMemoryToFile(mapping_, offset_, buffer_.data(), static_cast<std::uint32_t>(buffer_.size()));
-    buffer_.clear();
-    Check();
-  }
-  void Check() const {
-    if (!manager_.FileMapFailure().empty()) throw FileError(path_, offset_, manager_.FileMapFailure());
-  }
+  static constexpr std::size_t kFlushBytes = 1 << 20;
 
-  CIOManager& manager_;
-  CString path_;
-  CString temporary_;
-  std::uint32_t size_bytes_;
-  void* mapping_;
-  bool is_complete_ = false;
-  std::uint32_t offset_ = 0;  // of what was handed to the facade
+  IntermediateOutput& output_;
+  std::uint64_t handed_over_ = 0;
   std::vector<std::byte> buffer_;
   ByteWriter writer_{buffer_};
 };
 
-// The file that a path stands for, links followed; a folder or a device is refused.
-CString TargetOf(const CString& path) {
-  if (!FileExists(path)) return path;
-  const InputFile refuses_what_is_no_file(path);
-  return NativePathToGbk(std::filesystem::canonical(GbkPathToNative(path)).native());
-}
-
 class Writer {
  public:
-  Writer(const IECatalogue& catalogue, const ILogfile& logfile, const CString& path) : logfile_(logfile), path_(path) {
-    for (const auto& [id, name] : catalogue.Events()) event_ids_.emplace(name, id);
-  }
+  Writer(const EventIds& event_ids, const ILogfile& logfile, const CString& path)
+      : logfile_(logfile), path_(path), event_ids_(event_ids) {}
 
-  IntermediateSummary Write(CIOManager& manager) {
+  IntermediateSummary Write(const IntermediateOutputMaker& make_output) {
     const std::uint64_t size = Plan();
     if (size > kMostFileBytes) {
       throw FileError(path_, 0, std::to_string(size) + " bytes are more than an intermediate file can have (4 GB)");
     }
-    MappedOutput out(manager, path_, static_cast<std::uint32_t>(size));
+    const std::unique_ptr<IntermediateOutput> output = make_output(static_cast<std::uint32_t>(size));
+    Buffered out(*output);
     WriteHeader(out);
     for (const PlannedStream& planned : streams_) WriteEntry(planned, out);
     IntermediateSummary summary{.streams = streams_.size(), .rows = 0, .bytes = static_cast<std::uint32_t>(size)};
@@ -131,7 +86,8 @@ class Writer {
       WriteRows(planned, out);
       summary.rows += planned.row_lengths.size();
     }
-    out.Complete();
+    out.Flush();
+    output->Complete();
     return summary;
   }
 
@@ -190,7 +146,7 @@ class Writer {
     }
   }
 
-  void WriteHeader(MappedOutput& out) {
+  void WriteHeader(Buffered& out) {
     ByteWriter& bytes = out.Bytes();
     for (const std::uint8_t byte : layout::kMagic) bytes.U8(byte);
     WriteFileHeaderBlock({.log_version = logfile_.GetVersion(),
@@ -205,7 +161,7 @@ class Writer {
     out.PadTo(layout::kHeaderBytes);
   }
 
-  void WriteEntry(const PlannedStream& planned, MappedOutput& out) {
+  void WriteEntry(const PlannedStream& planned, Buffered& out) {
     IDataStream& stream = *planned.stream;
     ByteWriter& bytes = out.Bytes();
     bytes.U32(static_cast<std::uint32_t>(planned.base_at));
@@ -231,7 +187,7 @@ class Writer {
     for (const std::uint32_t id : planned.event_ids) bytes.U32(id);
   }
 
-  void WriteRows(const PlannedStream& planned, MappedOutput& out) {
+  void WriteRows(const PlannedStream& planned, Buffered& out) {
     out.PadTo(planned.base_at + layout::kBaseGapBytes);
     const auto tell = [this](std::string_view kind, const std::string& what) { Note(kind, what, at_); };
     at_ = out.Position();
@@ -272,7 +228,7 @@ class Writer {
 
   const ILogfile& logfile_;
   CString path_;
-  std::map<CString, std::int32_t> event_ids_;
+  const EventIds& event_ids_;
   std::vector<PlannedStream> streams_;
   IntermediateRowEncoder encoder_;
   std::uint64_t at_ = 0;  // where the row that is being written begins
@@ -280,9 +236,9 @@ class Writer {
 
 }  // namespace
 
-IntermediateSummary WriteIntermediateFile(CIOManager& manager, const IECatalogue& catalogue, const ILogfile& logfile,
-                                          const CString& path) {
-  return Writer(catalogue, logfile, TargetOf(path)).Write(manager);
+IntermediateSummary WriteIntermediateFile(const ILogfile& logfile, const CString& path, const EventIds& event_ids,
+                                          const IntermediateOutputMaker& make_output) {
+  return Writer(event_ids, logfile, path).Write(make_output);
 }
 
 }  // namespace loom

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "components/intermediate_layout.h"
+#include "components/intermediate/layout.h"
 #include "platform/byte_reader.h"
 #include "platform/cstring.h"
 #include "platform/file.h"

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "components/id_set.h"
-#include "components/intermediate_layout.h"
+#include "components/intermediate/layout.h"
 #include "components/mem_row.h"
 #include "platform/byte_reader.h"
 #include "platform/cstring.h"

@@ -1,4 +1,4 @@
-#include "importers/intermediate_file.h"
+#include "components/intermediate/file.h"
 
 #include <algorithm>
 #include <cstring>

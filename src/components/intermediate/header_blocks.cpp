@@ -1,4 +1,4 @@
-#include "host/communicator/header_blocks.h"
+#include "components/intermediate/header_blocks.h"
 
 #include <algorithm>
 #include <stdexcept>

@@ -65,6 +65,8 @@ inline constexpr std::size_t kMostRowBytes = 65535;
 
 // A field's first four bytes. Bit 0 is not used.
 struct FieldDescriptor {
+  static constexpr std::size_t kTypes = 8;  // that the bits have room for
+
   std::uint32_t length_bytes = 0;  // of the value, at most kMostFieldBytes
   std::uint32_t type = 0;          // a MemTableFieldTypeEnum; 0, 6 and 7 are not written
   std::uint32_t ie_id = 0;         // at most kHighestIeId
