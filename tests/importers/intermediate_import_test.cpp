@@ -138,7 +138,7 @@ TEST_F(IntermediateImportTest, EveryFieldComesBackAsItWasWritten) {
 
 TEST_F(IntermediateImportTest, SixteenBitsKeepTheirSignWhereTheCatalogueHasAnotherType) {
   const auto short_field = [](std::uint32_t id) { return FieldBytes(id, 3, BytesOf(std::int16_t{-255})); };
-  const std::string data = short_field(140) + short_field(141) + FieldBytes(146, 5, BytesOf(1.0f));
+  const std::string data = short_field(140) + short_field(141) + FieldBytes(262143, 5, BytesOf(1.0f));
   const BuiltFile file = BuildIntermediateFile({{"A(1)", "GSM", {{1, 1, data}, {2, 2, data}}}});
   const ILogfile* logfile = ImportBytes(file.bytes);
   ASSERT_TRUE(logfile);
@@ -148,7 +148,10 @@ TEST_F(IntermediateImportTest, SixteenBitsKeepTheirSignWhereTheCatalogueHasAnoth
   ASSERT_EQ(2u, notes_.Count("type of a field is not the catalogue's")) << "the first of each information element";
   const std::vector<Note>& places = notes_.kinds().front().places;
   EXPECT_EQ("byte " + std::to_string(file.places[0].data), places[0].at);
-  EXPECT_EQ("information element 146, type 5, 4 bytes: the catalogue has int, the first of its stream", places[1].what);
+  EXPECT_EQ(
+      "information element 262143, type 5, 4 bytes: the catalogue lacks the element, which counts as int; the first of "
+      "its stream",
+      places[1].what);
 }
 
 TEST_F(IntermediateImportTest, FieldsThatCannotBeStoredAreLeftOutWithANote) {

@@ -77,8 +77,10 @@ MemTableFieldTypeEnum RowFieldReader::AskForType(std::uint32_t ie_id) {
 [[gnu::cold, gnu::noinline]] void RowFieldReader::NoteType(std::uint64_t position, const FieldDescriptor& field,
                                                            MemTableFieldTypeEnum type) {
   if (!told_.Insert(static_cast<std::int32_t>(field.ie_id))) return;
+  const bool is_known = !g_project->GetIEName(static_cast<std::int32_t>(field.ie_id)).IsEmpty();
   NoteField(kTypeDiffers, path_, position, field,
-            "the catalogue has " + std::string(FieldTypeName(type)) + ", the first of its stream");
+            (is_known ? "the catalogue has " : "the catalogue lacks the element, which counts as ") +
+                std::string(FieldTypeName(type)) + "; the first of its stream");
 }
 
 // Room for as many fields as the bytes could hold is made once; the loop then only stores.
