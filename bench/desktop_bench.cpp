@@ -14,8 +14,8 @@
 #include "platform/ui/dialog.h"
 #include "resources/log_import_templates.h"
 #include "tests/support/places.h"
-#include "text/ie_selection_tree.h"
-#include "text/parameter_navigator.h"
+#include "text/navigator/parameter_navigator.h"
+#include "text/selection/ie_selection_tree.h"
 
 namespace loom {
 namespace {

@@ -5,8 +5,8 @@
 #include "manager/import_file_dialog.h"
 #include "platform/ui/front_end.h"
 #include "tests/support/places.h"
-#include "text/ie_selection_page.h"
-#include "text/parameter_navigator.h"
+#include "text/navigator/parameter_navigator.h"
+#include "text/selection/ie_selection_page.h"
 
 namespace loom {
 namespace {

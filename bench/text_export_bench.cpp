@@ -15,7 +15,7 @@
 #include "host/application.h"
 #include "host/streams/data_stream.h"
 #include "platform/encoding.h"
-#include "text/text_export_writer.h"
+#include "text/export/text_export_writer.h"
 
 namespace loom {
 namespace {

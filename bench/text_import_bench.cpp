@@ -16,8 +16,8 @@
 #include "platform/encoding.h"
 #include "platform/file.h"
 #include "tests/support/places.h"
-#include "text/text_importer.h"
-#include "text/text_lines.h"
+#include "text/import/text_importer.h"
+#include "text/import/text_lines.h"
 
 namespace loom {
 namespace {

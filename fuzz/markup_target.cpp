@@ -4,8 +4,8 @@
 #include "components/markup.h"
 #include "fuzz/memory_file.h"
 #include "fuzz/target.h"
-#include "text/ie_template.h"
-#include "text/parameter_navigator.h"
+#include "text/navigator/parameter_navigator.h"
+#include "text/selection/ie_template.h"
 
 namespace {
 

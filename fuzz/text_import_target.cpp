@@ -15,8 +15,8 @@
 #include "platform/file.h"
 #include "platform/notes.h"
 #include "platform/ui/front_end.h"
-#include "text/text_importer.h"
-#include "text/text_lines.h"
+#include "text/import/text_importer.h"
+#include "text/import/text_lines.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include "components/field_value.h"
 #include "fuzz/target.h"
 #include "platform/number.h"
-#include "text/time_text.h"
+#include "text/import/time_text.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace loom;

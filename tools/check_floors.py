@@ -35,21 +35,23 @@ ROOMS = [
      {"host/decoder", "host/autotest", "host/communicator", "host/simulation", "host/project"},
      {"host/netdb"},
      {"host/subjects"}),
+    ({"text/navigator"}, {"text/import", "text/selection"}, {"text/export"}),
 ]
 STOREY = {room: storey for rooms in ROOMS for storey, row in enumerate(rooms) for room in row}
 
 INCLUDE = re.compile(r'^\s*#include\s+(["<])([^">]+)[">]', re.MULTILINE)
 
 
-def room_of(path):
-    """The room of a file below src/, as ROOMS names it, or None."""
-    first, *rest = path.split("/")
-    return first if first in STOREY else f"{first}/{rest[0]}" if rest and f"{first}/{rest[0]}" in STOREY else None
+def rooms_of(path):
+    """The rooms that a file below src/ lies in, as ROOMS names them, by the folder that holds the room."""
+    folders = path.split("/")[:-1]
+    names = ["/".join(folders[:depth]) for depth in range(1, len(folders) + 1)]
+    return {name.rpartition("/")[0]: name for name in names if name in STOREY}
 
 
 def climbs(path, target):
-    here, there = room_of(path), room_of(target)
-    return here and there and here != there and here.split("/")[:-1] == there.split("/")[:-1] and STOREY[here] <= STOREY[there]
+    here, there = rooms_of(path), rooms_of(target)
+    return any(here[at] != there[at] and STOREY[here[at]] <= STOREY[there[at]] for at in here.keys() & there.keys())
 
 
 def faults(root):

@@ -3,8 +3,8 @@
 #include "platform/encoding.h"
 #include "resources/log_import_templates.h"
 #include "settings/binning_page.h"
-#include "text/ie_selection_page.h"
-#include "text/import_wiz.h"
+#include "text/selection/ie_selection_page.h"
+#include "text/selection/import_wiz.h"
 
 namespace loom {
 namespace {

@@ -11,8 +11,8 @@
 #include "platform/log.h"
 #include "platform/ui/message_box.h"
 #include "settings/handset_question.h"
-#include "text/text_exporter.h"
-#include "text/text_importer.h"
+#include "text/export/text_exporter.h"
+#include "text/import/text_importer.h"
 
 namespace loom {
 namespace {

@@ -16,7 +16,7 @@
 #include "components/stream_info.h"
 #include "manager/type_registry.h"
 #include "platform/cstring.h"
-#include "text/column_map.h"
+#include "text/import/column_map.h"
 
 namespace loom {
 

@@ -7,11 +7,11 @@
 #include "platform/file.h"
 #include "platform/path.h"
 #include "platform/ui/message_box.h"
-#include "text/import_wiz.h"
-#include "text/text_import_pages.h"
-#include "text/text_importer.h"
-#include "text/text_lines.h"
-#include "text/title_tokens.h"
+#include "text/import/text_import_pages.h"
+#include "text/import/text_importer.h"
+#include "text/import/text_lines.h"
+#include "text/import/title_tokens.h"
+#include "text/selection/import_wiz.h"
 
 namespace loom {
 namespace {

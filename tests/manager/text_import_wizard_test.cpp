@@ -3,7 +3,7 @@
 #include "platform/ui/list_ctrl.h"
 #include "platform/ui/message_box.h"
 #include "tests/manager/text_import_test.h"
-#include "text/text_preview.h"
+#include "text/import/text_preview.h"
 
 namespace loom::testing {
 namespace {

@@ -1,4 +1,4 @@
-#include "text/cell_number.h"
+#include "text/import/cell_number.h"
 
 #include <gtest/gtest.h>
 

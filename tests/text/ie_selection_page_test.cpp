@@ -1,11 +1,11 @@
-#include "text/ie_selection_page.h"
+#include "text/selection/ie_selection_page.h"
 
 #include "components/project.h"
 #include "resources/images.h"
 #include "resources/log_import_templates.h"
 #include "tests/support/places.h"
 #include "tests/text/navigator_test.h"
-#include "text/import_wiz.h"
+#include "text/selection/import_wiz.h"
 
 namespace loom::testing {
 namespace {

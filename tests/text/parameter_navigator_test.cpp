@@ -1,4 +1,4 @@
-#include "text/parameter_navigator.h"
+#include "text/navigator/parameter_navigator.h"
 
 #include <algorithm>
 

@@ -6,7 +6,7 @@
 #include "resources/images.h"
 #include "resources/text_export_templates.h"
 #include "tests/text/export_streams.h"
-#include "text/text_exporter.h"
+#include "text/export/text_exporter.h"
 
 namespace loom::testing {
 namespace {

@@ -1,4 +1,4 @@
-#include "text/text_export_writer.h"
+#include "text/export/text_export_writer.h"
 
 #include <sys/resource.h>
 

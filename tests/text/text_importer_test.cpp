@@ -1,4 +1,4 @@
-#include "text/text_importer.h"
+#include "text/import/text_importer.h"
 
 #include <filesystem>
 

@@ -1,12 +1,12 @@
-#include "text/text_lines.h"
+#include "text/import/text_lines.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
 #include "tests/support/temp_folder.h"
-#include "text/line_splitter.h"
-#include "text/title_tokens.h"
+#include "text/import/line_splitter.h"
+#include "text/import/title_tokens.h"
 
 namespace loom {
 namespace {

@@ -1,4 +1,4 @@
-#include "text/time_text.h"
+#include "text/import/time_text.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 
 #include "apps/qloom/commands.h"
 #include "platform/encoding.h"
-#include "text/parameter_navigator.h"
+#include "text/navigator/parameter_navigator.h"
 
 namespace loom {
 namespace {

@@ -6,7 +6,7 @@
 #include "platform/ui/tree_ctrl.h"
 #include "resources/binning_templates.h"
 #include "resources/log_import_templates.h"
-#include "text/ie_selection_page.h"
+#include "text/selection/ie_selection_page.h"
 
 namespace loom {
 namespace {

@@ -10,8 +10,8 @@
 #include "platform/ui/tree_ctrl.h"
 #include "resources/parameter_picker_templates.h"
 #include "resources/text_import_templates.h"
-#include "text/byte_order_mark.h"
-#include "text/time_text.h"
+#include "text/import/byte_order_mark.h"
+#include "text/import/time_text.h"
 
 namespace loom {
 namespace {
