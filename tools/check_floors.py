@@ -20,7 +20,8 @@ LIBRARIES = {
     "sqlite3.h": ("src/host/project", "src/host/netdb"),
     "pugixml.hpp": ("src/host",),
     "minizip/": ("src/host/workbook",),
-    "expat.h": ("src/host/workbook",),
+    "expat.h": ("src/host/workbook", "src/host/recordings"),
+    "pcap/": ("src/host/recordings",),
     "freexl.h": ("src/host/workbook",),
     "nlohmann/": ("src/host/logstore", "src/host/simulation", "src/apps"),
     "isa-l/": ("src/host/workbook",),
@@ -32,7 +33,7 @@ LIBRARIES = {
 ROOMS = [
     ({"resources", "conversion"}, {"settings"}, {"importers"}, {"text", "netinfo", "excel", "logtools"}, {"manager"}),
     ({"host/basics", "host/logstore", "host/streams", "host/catalogue", "host/markup", "host/workbook"},
-     {"host/decoder", "host/autotest", "host/communicator", "host/simulation", "host/project"},
+     {"host/decoder", "host/autotest", "host/communicator", "host/simulation", "host/recordings", "host/project"},
      {"host/netdb"},
      {"host/subjects"}),
     ({"text/navigator"}, {"text/import", "text/selection"}, {"text/export"}),

@@ -168,6 +168,21 @@ void ShiftRecordTime(std::span<std::byte> payload, std::uint64_t position_bytes,
   throw FormatError(position_bytes, "a record without header");
 }
 
+void NumberRecord(std::span<std::byte> payload, std::uint64_t position_bytes, std::int32_t record_id) {
+  using namespace records;
+  static_assert(std::get<0>(BlockFields<CTestdataBase>::kFields).member == &CTestdataBase::record_id);
+  ByteReader in(payload, position_bytes);
+  while (!in.AtEnd()) {
+    Element element = NextElement(in);
+    if (element.tag != kTagHeader) continue;
+    std::byte* at = payload.data() + (element.value.Position() - position_bytes);
+    element.value.Skip(FixedBytes<std::int32_t>(), "record id");
+    StoreFixed(at, record_id);
+    return;
+  }
+  throw FormatError(position_bytes, "a record without header");
+}
+
 std::vector<std::byte> EncodeRecord(const CTestdataBase& record) {
   std::vector<std::byte> out;
   AppendRecord(record, out);

@@ -31,6 +31,9 @@ void DecodeRecord(std::span<const std::byte> payload, std::uint64_t position_byt
 // FormatError also when the sum is no time of day any more.
 void ShiftRecordTime(std::span<std::byte> payload, std::uint64_t position_bytes, double shift_s);
 
+// Gives a record another id, in place.
+void NumberRecord(std::span<std::byte> payload, std::uint64_t position_bytes, std::int32_t record_id);
+
 // The one payload of a record with its marks. All blocks must have been decoded.
 std::vector<std::byte> EncodeRecord(const CTestdataBase& record);
 // The same behind what `out` holds.

@@ -1,0 +1,102 @@
+#include "host/recordings/recording_log.h"
+
+#include <algorithm>
+
+#include "host/logstore/record_codec.h"
+#include "platform/clock.h"
+
+namespace loom::recordings {
+namespace {
+
+constexpr std::int64_t kSecond_ns = 1'000'000'000;
+constexpr std::int64_t kMillisecond_ns = 1'000'000;
+constexpr std::int64_t kDay_s = 86'400;
+constexpr std::int64_t kDay_ns = kDay_s * kSecond_ns;
+constexpr std::int64_t kWindow_ns = 60 * kSecond_ns;
+
+std::int64_t DayStart(std::int64_t time_ns) {
+  const std::int64_t rest = time_ns % kDay_ns;
+  return time_ns - (rest < 0 ? rest + kDay_ns : rest);
+}
+
+// The day of a local time, seconds since 1970 with the local clock read as UTC.
+CalendarDay DayOf(std::int64_t local_s) {
+  // Days from 0000-03-01, in eras of 400 years (proleptic Gregorian calendar).
+  const std::int64_t days = local_s / kDay_s + 719'468;
+  const std::int64_t era = days / 146'097;
+  const std::int64_t of_era = days - era * 146'097;
+  const std::int64_t year_of_era = (of_era - of_era / 1'460 + of_era / 36'524 - of_era / 146'096) / 365;
+  const std::int64_t of_year = of_era - (365 * year_of_era + year_of_era / 4 - year_of_era / 100);
+  const std::int64_t month_from_march = (5 * of_year + 2) / 153;
+  const auto day = static_cast<int>(of_year - (153 * month_from_march + 2) / 5 + 1);
+  const auto month = static_cast<int>(month_from_march < 10 ? month_from_march + 3 : month_from_march - 9);
+  return {static_cast<int>(year_of_era + era * 400 + (month <= 2 ? 1 : 0)), month, day};
+}
+
+}  // namespace
+
+std::int32_t UtcOffsetOf(std::int64_t time_s) {
+  const LocalTime local = LocalTimeOf(time_s);
+  const std::int64_t read_as_utc = MidnightSeconds(local.day) + local.hour * 3600 + local.minute * 60 + local.second;
+  return static_cast<std::int32_t>(read_as_utc - time_s);
+}
+
+RecordingLog::RecordingLog(Options options, const Track& track, Findings& findings)
+    : options_(std::move(options)), track_(track), findings_(findings) {}
+
+void RecordingLog::Begin(std::int64_t time_ns) {
+  const std::int32_t offset_s = options_.utc_offset_s ? *options_.utc_offset_s : UtcOffsetOf(time_ns / kSecond_ns);
+  offset_ns_ = offset_s * kSecond_ns;
+  midnight_ns_ = DayStart(time_ns + offset_ns_);
+}
+
+void RecordingLog::Put(CTestdataBase& record, std::int64_t time_ns, const PacketPlace& place) {
+  if ((options_.from_ns && time_ns < *options_.from_ns) || (options_.until_ns && time_ns >= *options_.until_ns))
+    return findings_.Add(Finding::kOutsideWindow);
+  const std::int64_t local_ns = time_ns + offset_ns_;
+  record.time.seconds = static_cast<double>(local_ns - midnight_ns_) / 1e9;
+  record.time_stamp = static_cast<std::uint32_t>((local_ns - DayStart(local_ns)) / kMillisecond_ns);
+  if (!track_.IsEmpty())
+    if (const auto fix = track_.At(time_ns)) {
+      record.latitude = fix->latitude;
+      record.longitude = fix->longitude;
+    }
+  payload_.clear();
+  AppendRecord(record, payload_);
+  if (time_ns < written_until_ns_) findings_.Add(Finding::kLateRecord, *place.file, place.position_bytes, "");
+  window_.Put(time_ns, payload_);
+  ++records_[record.kind];
+}
+
+void RecordingLog::Open(std::int64_t local_ns) {
+  LogHeader header;
+  header.day = DayOf(local_ns / kSecond_ns);
+  log_ = std::make_unique<LogWriter>(options_.path, header);
+  shift_s_ = (midnight_ns_ - DayStart(local_ns)) / kSecond_ns;
+}
+
+void RecordingLog::Write(const RecordWindow::Record& record) {
+  const std::int64_t local_ns = record.time_ns + offset_ns_;
+  if (!log_) Open(local_ns);
+  written_until_ns_ = std::max(written_until_ns_, record.time_ns);
+  const double time_s = static_cast<double>(local_ns - midnight_ns_) / 1e9 + static_cast<double>(shift_s_);
+  if (time_s < 0.0 || time_s >= kEndOfTimes_s) return findings_.Add(Finding::kOutsideDay);
+  if (shift_s_ != 0) ShiftRecordTime(record.payload, 0, static_cast<double>(shift_s_));
+  NumberRecord(record.payload, 0, next_id_++);
+  log_->Append(record.payload, time_s);
+}
+
+void RecordingLog::WriteUntil(std::int64_t until_ns) {
+  while (const auto record = window_.Take(until_ns)) Write(*record);
+}
+
+void RecordingLog::Advance(std::int64_t time_ns) { WriteUntil(time_ns - kWindow_ns); }
+
+bool RecordingLog::Finish() {
+  WriteUntil(INT64_MAX);
+  if (!log_) return false;
+  log_->Finish();
+  return true;
+}
+
+}  // namespace loom::recordings
