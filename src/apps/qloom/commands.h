@@ -8,6 +8,7 @@ namespace loom {
 // Each adds the commands of one subject; those of intermediate files need the group `log`.
 void AddLogCommands(Command& program, CommandLine& line);      // import, import-by-name, open-log, open-recent, rows
 void AddStoreCommands(Command& program, CommandLine& line);    // log info, make, dump, simulate
+void AddRecordingCommands(Command& program, CommandLine& line);
 void AddProjectCommands(Command& program, CommandLine& line);  // project show, net list, net put, ies
 void AddIntermediateCommands(Command& program, CommandLine& line);  // import-intermediate, log to-intermediate
 void AddOpenCommand(Command& program, CommandLine& line);           // open

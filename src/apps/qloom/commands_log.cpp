@@ -4,6 +4,7 @@
 #include "apps/qloom/json_rows.h"
 #include "apps/qloom/log_report.h"
 #include "apps/qloom/log_source.h"
+#include "apps/qloom/recording_import.h"
 #include "components/id_set.h"
 #include "components/project.h"
 #include "platform/encoding.h"
@@ -23,6 +24,24 @@ int RunImport(const CommandLine& line, const ImportOptions& options, const std::
   const int result = work(session.manager());
   if (!line.common.json) report.PrintHuman(std::cout);
   return session.Finish(report.ToJson(result), report.ExitCodeOf(result));
+}
+
+// Recordings among the files become logs first.
+int RunImportLogs(const CommandLine& line, ImportOptions options) {
+  RecordingImport recordings(options.logs, options.track, line.common.project);
+  if (!recordings.IsEmpty()) options.logs = recordings.Files();
+  Session session(line.common, AnswersFrom(line.common, options), FirstLog(options));
+  LogReport report(session);
+  report.Expect(AnswersFrom(line.common, options).files);
+  recordings.MakeLogs();
+  const int result = session.manager().ImportLog(LogNodes().at(options.node));
+  if (!line.common.json) {
+    recordings.Print(std::cout);
+    report.PrintHuman(std::cout);
+  }
+  Json document = report.ToJson(result);
+  if (!recordings.IsEmpty()) document["recordings"] = recordings.ToJson();
+  return session.Finish(std::move(document), report.ExitCodeOf(result));
 }
 
 std::optional<IdSet> ShownIds(const ImportOptions& options) {
@@ -84,10 +103,11 @@ void AddImport(Command& program, CommandLine& line) {
   AddNodeOption(command, *options);
   AddHandsetOptions(command, *options);
   AddImportSheetOptions(command, options->sheet);
-  command.Runs([&line, options] {
-    return RunImport(line, *options, AnswersFrom(line.common, *options).files,
-                     [&](CIOManager& manager) { return manager.ImportLog(LogNodes().at(options->node)); });
-  });
+  command.AddOption("--track", options->track, "Of recordings: where the handset was, GPX or NMEA");
+  command.Runs([&line, options] { return RunImportLogs(line, *options); },
+               [&line, options] {
+                 if (options->track) RecordingImport(options->logs, options->track, line.common.project);
+               });
 }
 
 void AddSingleLogImports(Command& program, CommandLine& line) {

@@ -26,6 +26,7 @@ struct ImportOptions {
   std::vector<std::string> show;
   bool intermediate = false;
   bool key_rows = false;
+  std::optional<std::string> track;  // of recordings
   TextImportOptions text;
 };
 
