@@ -13,6 +13,7 @@
 #include <QTreeView>
 #include <QTreeWidget>
 #include <cstdlib>
+#include <filesystem>
 
 #include "apps/qloom-desktop/front_end/qt_text.h"
 #include "platform/file.h"
@@ -95,6 +96,19 @@ TEST_F(Desktop, DroppedLogsAreImportedUnderTheirNodeAndTheirRowsShown) {
   ASSERT_TRUE(table);
   EXPECT_EQ(146, table->model()->rowCount());
   EXPECT_EQ("1", table->model()->index(0, 0).data().toString());
+}
+
+TEST_F(Desktop, ADroppedRecordingBecomesALogWithTheTrackBesideIt) {
+  for (const char* const name : {"drive.qmdl", "drive.gpx"})
+    std::filesystem::copy_file(testing::SourceFolder() / "samples" / (std::string("handset_") + name),
+                               folder.native() / name);
+  qputenv("TMPDIR", folder.native().c_str());
+  window->ImportFiles(kImporterOutdoorLog, {folder.File("drive.qmdl")});
+  qunsetenv("TMPDIR");
+  ASSERT_EQ(1, LogsUnder(0));
+  const ILogfile& log = *session->LoadedLogs().front();
+  EXPECT_EQ(folder.File("drive.log"), log.GetName());
+  EXPECT_NEAR(116.3, const_cast<ILogfile&>(log).GetLongitudeMinimum(), 1e-3);
 }
 
 TEST_F(Desktop, AnIndoorLogUnderTheOutdoorNodeIsRefusedWithItsMessage) {

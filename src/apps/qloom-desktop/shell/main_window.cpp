@@ -203,11 +203,7 @@ void MainWindow::dropEvent(QDropEvent* event) {
 }
 
 void MainWindow::ImportFiles(ImporterTypeEnum node, std::vector<CString> paths) {
-  Run([&] {
-    front_end_.OfferFiles(std::move(paths));
-    session_.manager().ImportLog(node);
-    front_end_.WithdrawFiles();
-  });
+  Run([&] { ImportNow(node, std::move(paths)); });
 }
 
 }  // namespace loom

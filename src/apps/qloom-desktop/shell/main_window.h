@@ -46,6 +46,9 @@ class MainWindow final : public QMainWindow {
   void ShowProject();
   void ShowNotes();
   void Tell(const QString& line);
+  void ImportNow(ImporterTypeEnum node, std::vector<CString> paths);
+  // Recordings of handsets become logs, beside the project or among the temporary files.
+  void ReplaceRecordings(std::vector<CString>& paths);
   void TellOutcome(const LogOutcome& outcome);
 
   void OpenStream(IDataStream& stream);
@@ -68,6 +71,7 @@ class MainWindow final : public QMainWindow {
   void ImportChinaMobile() { session_.manager().ImportLog(kImporterChinaMobileLog); }
   void ImportByName();
   void ImportIntermediate();
+  void ImportRecordings();
   void CombineLogs() { session_.manager().CombineLogFile(); }
   void CutLog() { session_.manager().PartitionLogfile(); }
   void ImportText() { session_.manager().ImportTxt(); }

@@ -1,3 +1,4 @@
+#include <QDir>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QMenuBar>
@@ -10,8 +11,11 @@
 #include "apps/qloom-desktop/shell/main_window.h"
 #include "apps/qloom-desktop/shell/project_tree.h"
 #include "apps/qloom-desktop/shell/stream_tab.h"
+#include "host/recordings/make_log.h"
 #include "host/subjects/stream_subject.h"
 #include "host/workbook/workbook_server.h"
+#include "platform/encoding.h"
+#include "platform/path.h"
 #include "platform/ui/file_dialog.h"
 #include "platform/ui/message_box.h"
 #include "platform/ui/template.h"
@@ -59,6 +63,7 @@ void MainWindow::MakeMenus() {
                            {shell::kImportChinaMobile, "import_china_mobile", "", &M::ImportChinaMobile, nullptr},
                            {shell::kImportByName, "import_by_name", "", &M::ImportByName, nullptr},
                            {shell::kImportIntermediate, "import_intermediate", "", &M::ImportIntermediate, nullptr},
+                           {shell::kImportRecordings, "import_recordings", "", &M::ImportRecordings, nullptr},
                        });
   log->addSeparator();
   AddListMenu(
@@ -220,6 +225,39 @@ void MainWindow::ImportIntermediate() {
   if (dialog.DoModal() != kIdOk) return;
   std::vector<CString> paths = dialog.GetPathList();
   session_.manager().OpenImmediateLogFile(paths);
+}
+
+void MainWindow::ImportRecordings() {
+  CFileDialog dialog(true, CString(), CString(), CFileDialog::kFileMustExist | CFileDialog::kAllowMultiSelect,
+                     Filter(shell::kRecordings) + Filter(shell::kAllFiles));
+  if (dialog.DoModal() == kIdOk) ImportNow(kImporterOutdoorLog, dialog.GetPathList());
+}
+
+void MainWindow::ImportNow(ImporterTypeEnum node, std::vector<CString> paths) {
+  ReplaceRecordings(paths);
+  front_end_.OfferFiles(std::move(paths));
+  session_.manager().ImportLog(node);
+  front_end_.WithdrawFiles();
+}
+
+void MainWindow::ReplaceRecordings(std::vector<CString>& paths) {
+  const CString folder =
+      session_.project().IsTemporary() ? PathFromQt(QDir::tempPath()) : FolderOf(session_.project().FilePath());
+  for (CString& path : paths) {
+    if (!IsRecording(path)) continue;
+    RecordingOptions options;
+    options.files = {path};
+    options.out = FreeLogPath(path, folder);
+    if (const CString track = TrackBeside(path); !track.IsEmpty()) options.track = track;
+    const RecordingReport report = MakeLogFromRecordings(options);
+    if (!report.is_written) {
+      const std::string& refusal = report.files.front().refusal;
+      throw Error(GbkPathToNative(path) + ": " +
+                  (refusal.empty() ? Text(shell::kNothingOfRecording).toStdString() : refusal));
+    }
+    Tell(Text(shell::kMadeOfRecording).arg(PathToQt(path), PathToQt(options.out)));
+    path = options.out;
+  }
 }
 
 std::vector<IDataStream*> MainWindow::StreamsToExport() const {

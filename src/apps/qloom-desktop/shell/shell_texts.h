@@ -37,8 +37,11 @@ inline constexpr ShellText kImportIndoor       {"导入室内日志(&I)...", "Im
 inline constexpr ShellText kImportChinaMobile  {"导入中国移动日志(&M)...", "Import China &Mobile logs..."};
 inline constexpr ShellText kImportByName       {"按文件名导入室内日志(&N)...", "Import one indoor log by &name..."};
 inline constexpr ShellText kOpenLog            {"重新打开项目日志(&P)", "Open log of the &project again"};
-inline constexpr ShellText kRecentLogs         {"最近的日志(&R)", "&Recent logs"};
+inline constexpr ShellText kRecentLogs         {"最近的日志(&H)", "Recent &logs"};
 inline constexpr ShellText kImportIntermediate {"导入中间文件(&F)...", "Import intermediate &files..."};
+inline constexpr ShellText kImportRecordings   {"导入手机记录(&R)...", "Import handset &recordings..."};
+inline constexpr ShellText kMadeOfRecording    {"%1 已转换为日志 %2", "%1 became the log %2"};
+inline constexpr ShellText kNothingOfRecording {"没有可用的记录", "no record came of it"};
 inline constexpr ShellText kCombineLogs        {"合并日志(&C)...", "&Combine logs..."};
 inline constexpr ShellText kCutLog             {"切割日志(&T)...", "Cu&t log..."};
 inline constexpr ShellText kImportText         {"导入文本文件(&I)...", "&Import text file..."};
@@ -62,6 +65,7 @@ inline constexpr ShellText kNotLoaded          {"（未载入）", "(not loaded)
 inline constexpr ShellText kProjectFiles       {"项目文件 (*.qlp)", "Project files (*.qlp)"};
 inline constexpr ShellText kLogFiles           {"日志文件 (*.log)", "Log files (*.log)"};
 inline constexpr ShellText kWorkbooks          {"工作簿 (*.xlsx)", "Workbooks (*.xlsx)"};
+inline constexpr ShellText kRecordings         {"手机记录 (*.qmdl;*.mi2log;*.dlf;*.pcap;*.pcapng)", "Handset recordings (*.qmdl;*.mi2log;*.dlf;*.pcap;*.pcapng)"};
 inline constexpr ShellText kAllFiles           {"所有文件 (*)", "All files (*)"};
 inline constexpr ShellText kSelectStreams      {"请在项目中选择要导出的日志或数据流。", "Select logs or streams in the project to export."};
 inline constexpr ShellText kAskSave            {"项目已修改，是否保存？", "The project has changed. Save it?"};
