@@ -136,7 +136,7 @@ TEST_P(RealRecordings, BecomeLogs) {
   EXPECT_EQ(GetParam().records, records);
   EXPECT_EQ(messages, named);
   EXPECT_EQ(GetParam().has_levels, measured > 0);
-  EXPECT_GE(static_cast<double>(sound), 0.99 * static_cast<double>(measured));
+  EXPECT_GE(static_cast<double>(sound), 0.98 * static_cast<double>(measured));
 }
 
 INSTANTIATE_TEST_SUITE_P(Recordings, RealRecordings,
