@@ -91,18 +91,23 @@ void Findings::TellRest() const {
 }
 
 bool Findings::AddPacket(std::uint16_t code, std::uint8_t version) {
-  auto& versions = packets_[code];
+  auto& page = packets_[code >> 8];
+  if (!page) page = std::make_unique<PageOfCodes>();
+  auto& versions = (*page)[code & 0xFF];
   if (!versions) versions = std::make_unique<VersionCounts>();
   return (*versions)[version]++ == 0;
 }
 
 std::map<std::string, std::map<std::string, std::uint64_t>> Findings::Packets() const {
   std::map<std::string, std::map<std::string, std::uint64_t>> packets;
-  for (std::size_t code = 0; code < packets_.size(); ++code) {
-    if (!packets_[code]) continue;
+  for (std::size_t code = 0; code <= UINT16_MAX; ++code) {
+    const auto& page = packets_[code >> 8];
+    if (!page) code |= 0xFF;
+    const VersionCounts* const counts = page ? (*page)[code & 0xFF].get() : nullptr;
+    if (counts == nullptr) continue;
     auto& versions = packets[Hex(static_cast<std::uint16_t>(code))];
-    for (std::size_t version = 0; version < packets_[code]->size(); ++version)
-      if (const std::uint64_t count = (*packets_[code])[version])
+    for (std::size_t version = 0; version < counts->size(); ++version)
+      if (const std::uint64_t count = (*counts)[version])
         versions[version == kNoVersion ? "-" : std::to_string(version)] = count;
   }
   for (std::size_t type = 0; type < gsmtap_.size(); ++type)

@@ -91,11 +91,12 @@ class Findings {
   bool IsTold(Finding finding);  // counts it
 
   using VersionCounts = std::array<std::uint64_t, 256>;
+  using PageOfCodes = std::array<std::unique_ptr<VersionCounts>, 256>;
 
   std::array<std::uint64_t, static_cast<std::size_t>(Finding::kCount)> counts_{};
   std::array<std::uint64_t, static_cast<std::size_t>(Finding::kCount)> told_{};
   std::array<std::uint64_t, 256> gsmtap_{};
-  std::array<std::unique_ptr<VersionCounts>, 65'536> packets_;
+  std::array<std::unique_ptr<PageOfCodes>, 256> packets_;  // by the upper byte of the code
 };
 
 }  // namespace loom::recordings

@@ -12,6 +12,7 @@ constexpr std::int64_t kSecond_ns = 1'000'000'000;
 constexpr std::int64_t kMillisecond_ns = 1'000'000;
 constexpr std::int64_t kDay_s = 86'400;
 constexpr std::int64_t kDay_ns = kDay_s * kSecond_ns;
+constexpr std::int64_t kEndOfDays_ns = 4'102'444'800 * kSecond_ns;  // 2100-01-01; a log begins in 1970 at the earliest
 constexpr std::int64_t kWindow_ns = 60 * kSecond_ns;
 
 std::int64_t DayStart(std::int64_t time_ns) {
@@ -54,6 +55,8 @@ void RecordingLog::Put(CTestdataBase& record, std::int64_t time_ns, const Packet
   if ((options_.from_ns && time_ns < *options_.from_ns) || (options_.until_ns && time_ns >= *options_.until_ns))
     return findings_.Add(Finding::kOutsideWindow);
   const std::int64_t local_ns = time_ns + offset_ns_;
+  if (local_ns < 0 || local_ns >= kEndOfDays_ns)
+    return findings_.Add(Finding::kOutsideDay, *place.file, place.position_bytes, "");
   record.time.seconds = static_cast<double>(local_ns - midnight_ns_) / 1e9;
   record.time_stamp = static_cast<std::uint32_t>((local_ns - DayStart(local_ns)) / kMillisecond_ns);
   if (!track_.IsEmpty())
