@@ -22,6 +22,7 @@ LIBRARIES = {
     "minizip/": ("src/host/workbook",),
     "expat.h": ("src/host/workbook", "src/host/recordings"),
     "pcap/": ("src/host/recordings",),
+    "uchardet/": ("src/host/encodings",),
     "freexl.h": ("src/host/workbook",),
     "nlohmann/": ("src/host/logstore", "src/host/simulation", "src/apps"),
     "isa-l/": ("src/host/workbook",),
@@ -32,7 +33,7 @@ LIBRARIES = {
 # The rooms of a floor, from the ground up; those of one row do not see each other.
 ROOMS = [
     ({"resources", "conversion"}, {"settings"}, {"importers"}, {"text", "netinfo", "excel", "logtools"}, {"manager"}),
-    ({"host/basics", "host/logstore", "host/streams", "host/catalogue", "host/markup", "host/workbook"},
+    ({"host/basics", "host/encodings", "host/logstore", "host/streams", "host/catalogue", "host/markup", "host/workbook"},
      {"host/decoder", "host/autotest", "host/communicator", "host/simulation", "host/recordings", "host/project"},
      {"host/netdb"},
      {"host/subjects"}),

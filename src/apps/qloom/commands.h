@@ -15,6 +15,7 @@ void AddOpenCommand(Command& program, CommandLine& line);           // open
 void AddNavigatorCommands(Command& program, CommandLine& line);     // navigator tree, navigator lists
 void AddLogToolCommands(Command& program, CommandLine& line);       // combine, cut
 void AddTextImportCommands(Command& program, CommandLine& line);    // import-text, open-text
+void AddTextCommands(Command& program, CommandLine& line);          // text inspect, text convert
 void AddExportTextCommand(Command& program, CommandLine& line);     // export-text
 void AddExportExcelCommand(Command& program, CommandLine& line);    // export-excel
 void AddNetImportCommand(Command& program, CommandLine& line);      // import-net

@@ -1,0 +1,112 @@
+#include <iomanip>
+#include <iostream>
+
+#include "apps/qloom/commands.h"
+#include "apps/qloom/dialect_json.h"
+#include "apps/qloom/dialect_options.h"
+#include "platform/encoding.h"
+#include "platform/file.h"
+#include "text/dialect/finder.h"
+
+namespace loom {
+namespace {
+
+struct TextOptions {
+  std::vector<std::string> files;
+  DialectOptions dialect;
+  std::string save_dialect;
+  std::string out;
+  std::string to = "csv";
+};
+
+void PrintPosition(const char* name, const std::optional<dialect::PositionFinding>& position) {
+  if (!position) return;
+  std::cout << "  " << name << ": column";
+  for (const std::size_t column : position->columns) std::cout << ' ' << column;
+  std::cout << ", " << position->form;
+  if (position->min) std::cout << ", " << *position->min << " to " << *position->max;
+  std::cout << '\n';
+}
+
+std::string Shown(const std::string& separator) {
+  if (separator.empty()) return "none, one column";
+  return separator == "\t" ? "tab" : separator == dialect::kBlanks ? "runs of blanks" : "'" + separator + "'";
+}
+
+void PrintFindings(const CString& path, const dialect::Findings& found) {
+  const dialect::Form& form = found.form;
+  std::cout << GbkToUtf8(path) << ": " << found.rows << " rows of " << found.columns.size() << " columns, "
+            << std::lround(found.confidence * 100) << " % sure\n  encoding " << form.encoding
+            << (form.has_bom ? " with mark" : "") << ", separator " << Shown(form.separator) << ", quote "
+            << (form.quote != 0 ? std::string(1, form.quote) : "none") << ", decimal mark " << form.decimal
+            << (form.comment.empty() ? "" : ", comments start with " + form.comment)
+            << "\n  before the header: " << form.preamble_rows << ", header: " << form.header_rows
+            << ", behind the table: " << form.footer_rows << '\n';
+  if (found.time) {
+    std::cout << "  time: column";
+    for (const std::size_t column : found.time->columns) std::cout << ' ' << column;
+    std::cout << ", " << found.time->layout << ", zone "
+              << (found.time->zone.empty() ? "not stated" : found.time->zone);
+    if (found.time->earliest)
+      std::cout << ", " << InstantText(*found.time->earliest, found.time->has_date) << " to "
+                << InstantText(*found.time->latest, found.time->has_date);
+    std::cout << '\n';
+    for (const std::string& other : found.time->ambiguous)
+      std::cout << "  day and month cannot be told apart: it could be " << other << "; say which with --time\n";
+  }
+  PrintPosition("latitude", found.latitude);
+  PrintPosition("longitude", found.longitude);
+  for (std::size_t at = 0; at < found.columns.size(); ++at) {
+    const dialect::ColumnFinding& column = found.columns[at];
+    std::cout << "  " << std::setw(3) << at << "  " << dialect::KindName(column.kind) << "  " << column.name
+              << (column.unit.empty() ? "" : " [" + column.unit + "]");
+    if (column.empty > 0) std::cout << ", " << column.empty << " empty";
+    if (column.bad > 0) std::cout << ", " << column.bad << " not understood";
+    std::cout << '\n';
+  }
+  for (const auto& row : found.first_rows) {
+    std::cout << "    ";
+    for (std::size_t at = 0; at < row.size(); ++at) std::cout << (at > 0 ? " | " : "") << row[at];
+    std::cout << '\n';
+  }
+}
+
+int RunInspect(const CommandLine& line, const TextOptions& options) {
+  const dialect::Overrides overrides = OverridesFrom(options.dialect);
+  Json documents = Json::array();
+  Notes all_notes;
+  for (const CString& path : TextFilesOf(options.files)) {
+    const dialect::Findings found = dialect::Inspect(path, overrides);
+    Notes notes;
+    const NotesScope scope(notes);
+    NoteRemarks(found.remarks, path);
+    if (!options.save_dialect.empty())
+      WriteWholeFile(AbsolutePath(options.save_dialect), DialectJson(found).dump(2) + "\n");
+    if (line.common.json) {
+      Json json = FindingsJson(found);
+      json["path"] = GbkToUtf8(path);
+      json["notes"] = NotesJson(notes);
+      documents.push_back(std::move(json));
+    } else {
+      PrintFindings(path, found);
+      std::cout << std::flush;
+      PrintNotes(notes);
+    }
+  }
+  if (line.common.json) std::cout << (documents.size() == 1 ? documents[0] : documents).dump(2) << '\n';
+  return kExitDone;
+}
+
+}  // namespace
+
+void AddTextCommands(Command& program, CommandLine& line) {
+  Command text = program.AddGroup("text", "Text files of other tools");
+  const auto options = std::make_shared<TextOptions>();
+  Command inspect = text.AddCommand("inspect", "Tell how text files are written");
+  inspect.AddOption("FILE", options->files, "Text files, or folders of them").Required();
+  AddDialectOptions(inspect, options->dialect);
+  inspect.AddOption("--save-dialect", options->save_dialect, "Save what was found to this JSON file");
+  inspect.Runs([&line, options] { return RunInspect(line, *options); });
+}
+
+}  // namespace loom

@@ -1,0 +1,218 @@
+#include "text/dialect/cell_value.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstring>
+#include <utility>
+
+namespace loom::dialect {
+namespace {
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsUpper(char c) { return c >= 'A' && c <= 'Z'; }
+bool IsLower(char c) { return c >= 'a' && c <= 'z'; }
+
+constexpr auto kNullWords = std::to_array<std::string_view>({"-",    "--",  "---", "None", "none", "null",   "NULL",
+                                                             "Null", "NaN", "nan", "NAN",  "N/A",  "n/a",    "NA",
+                                                             "#N/A", "\\N", "?",   "*",    "nil",  "(null)", "<null>"});
+
+// As written -> as named.
+constexpr auto kUnits = std::to_array<std::pair<std::string_view, std::string_view>>({
+    {"m", "m"},
+    {"M", "m"},
+    {"meter", "m"},
+    {"meters", "m"},
+    {"metres", "m"},
+    {"km", "km"},
+    {"ft", "ft"},
+    {"feet", "ft"},
+    {"mi", "mi"},
+    {"km/h", "km/h"},
+    {"kmh", "km/h"},
+    {"kph", "km/h"},
+    {"KM/H", "km/h"},
+    {"Km/h", "km/h"},
+    {"mph", "mph"},
+    {"mps", "m/s"},
+    {"m/s", "m/s"},
+    {"knots", "kn"},
+    {"kts", "kn"},
+    {"kn", "kn"},
+    {"knot", "kn"},
+    {"dBm", "dBm"},
+    {"dbm", "dBm"},
+    {"DBM", "dBm"},
+    {"dB", "dB"},
+    {"db", "dB"},
+    {"DB", "dB"},
+    {"Hz", "Hz"},
+    {"hz", "Hz"},
+    {"kHz", "kHz"},
+    {"khz", "kHz"},
+    {"KHz", "kHz"},
+    {"MHz", "MHz"},
+    {"mhz", "MHz"},
+    {"MHZ", "MHz"},
+    {"GHz", "GHz"},
+    {"ms", "ms"},
+    {"sec", "s"},
+    {"%", "%"},
+    {"deg", "deg"},
+    {"\xC2\xB0", "deg"},
+    {"degrees", "deg"},
+    {"mV", "mV"},
+    {"mA", "mA"},
+    {"mAh", "mAh"},
+    {"bps", "bit/s"},
+    {"kbps", "kbit/s"},
+    {"Kbps", "kbit/s"},
+    {"Mbps", "Mbit/s"},
+    {"mbps", "Mbit/s"},
+    {"kB", "kB"},
+    {"KB", "kB"},
+    {"MB", "MB"},
+    {"GB", "GB"},
+    {"hPa", "hPa"},
+    {"mbar", "hPa"},
+    {"mW", "mW"},
+    {"min", "min"},
+    {"px", "px"},
+    {"s", "s"},
+    {"V", "V"},
+    {"A", "A"},
+    {"W", "W"},
+    {"C", "C"},
+    {"F", "F"},
+    {"h", "h"},
+    {"\xC2\xB0"
+     "C",
+     "C"},
+    {"\xE2\x84\x83", "C"},
+    {"kn/h", "kn"},
+});
+
+// One letter that is too short to be believed right behind a number, where hexadecimal digits look the same.
+bool NeedsBlank(std::string_view unit) { return unit.size() == 1 && unit != "m" && unit != "M" && unit != "%"; }
+
+constexpr auto kNameUnits = std::to_array<std::pair<std::string_view, std::string_view>>({
+    {"dbm", "dBm"}, {"db", "dB"},     {"kmh", "km/h"}, {"kph", "km/h"},    {"mph", "mph"},     {"mps", "m/s"},
+    {"mhz", "MHz"}, {"khz", "kHz"},   {"hz", "Hz"},    {"kbps", "kbit/s"}, {"mbps", "Mbit/s"}, {"bps", "bit/s"},
+    {"ms", "ms"},   {"knots", "kn"},  {"meters", "m"}, {"metres", "m"},    {"feet", "ft"},     {"degrees", "deg"},
+    {"deg", "deg"}, {"percent", "%"}, {"ft", "ft"},    {"m", "m"},
+});
+
+}  // namespace
+
+std::string_view Trimmed(std::string_view cell) {
+  while (!cell.empty() && (cell.front() == ' ' || cell.front() == '\t')) cell.remove_prefix(1);
+  while (!cell.empty() && (cell.back() == ' ' || cell.back() == '\t')) cell.remove_suffix(1);
+  return cell;
+}
+
+std::string Lower(std::string_view text) {
+  std::string lower(text);
+  for (char& c : lower) {
+    if (IsUpper(c)) c = static_cast<char>(c + ('a' - 'A'));
+  }
+  return lower;
+}
+
+bool IsNullWord(std::string_view cell) {
+  return !cell.empty() && cell.size() <= 6 && std::ranges::find(kNullWords, cell) != kNullWords.end();
+}
+
+std::string_view UnitName(std::string_view unit) {
+  const auto found = std::ranges::find(kUnits, unit, [](const auto& row) { return row.first; });
+  return found != kUnits.end() ? found->second : std::string_view();
+}
+
+std::optional<NumberCell> ParseNumber(std::string_view cell, char decimal) {
+  NumberCell number;
+  std::size_t at = 0;
+  if (at < cell.size() && (cell[at] == '-' || cell[at] == '+')) ++at;
+  const std::size_t digits_at = at;
+  while (at < cell.size() && IsDigit(cell[at])) ++at;
+  std::size_t digits = at - digits_at;
+  number.is_integer = true;
+  char text[48];
+
+  if (at < cell.size() && (cell[at] == '.' || (cell[at] == ',' && decimal == ','))) {
+    const std::size_t mark = at++;
+    while (at < cell.size() && IsDigit(cell[at])) ++at;
+    digits += at - mark - 1;
+    number.is_integer = false;
+    number.has_comma = cell[mark] == ',';
+  }
+  if (digits == 0) return std::nullopt;
+  if (at + 1 < cell.size() && (cell[at] == 'e' || cell[at] == 'E')) {
+    std::size_t exponent = at + 1;
+    if (cell[exponent] == '-' || cell[exponent] == '+') ++exponent;
+    const std::size_t start = exponent;
+    while (exponent < cell.size() && IsDigit(cell[exponent])) ++exponent;
+    if (exponent > start && exponent - start <= 3) {
+      at = exponent;
+      number.is_integer = false;
+    }
+  }
+  const std::size_t number_end = at;
+  if (at < cell.size()) {
+    const bool has_blank = cell[at] == ' ';
+    const std::string_view rest = Trimmed(cell.substr(at));
+    if (rest.empty() || UnitName(rest).empty() || (NeedsBlank(rest) && !has_blank)) return std::nullopt;
+    number.unit = rest;
+  }
+  const char* from = cell.data() + (cell[0] == '+' ? 1 : 0);
+  const char* to = cell.data() + number_end;
+  if (number.has_comma && number_end < sizeof(text)) {
+    std::memcpy(text, cell.data(), number_end);
+    *static_cast<char*>(std::memchr(text, ',', number_end)) = '.';
+    from = text + (cell[0] == '+' ? 1 : 0);
+    to = text + number_end;
+  }
+
+  std::from_chars(from, to, number.value);
+  return number;
+}
+
+std::vector<std::string> WordsOf(std::string_view name) {
+  std::vector<std::string> words;
+  std::string word;
+  const auto finish = [&] {
+    if (!word.empty()) words.push_back(Lower(word));
+    word.clear();
+  };
+  for (std::size_t at = 0; at < name.size(); ++at) {
+    const char c = name[at];
+    const bool is_word = IsUpper(c) || IsLower(c) || IsDigit(c) || static_cast<unsigned char>(c) >= 0x80;
+    if (!is_word) {
+      finish();
+      continue;
+    }
+    const bool starts =
+        IsUpper(c) && !word.empty() &&
+        (IsLower(word.back()) || (at + 1 < name.size() && IsLower(name[at + 1]) && IsUpper(word.back())));
+    const bool changes =
+        !word.empty() && (static_cast<unsigned char>(c) >= 0x80) != (static_cast<unsigned char>(word.back()) >= 0x80);
+    if (starts || changes) finish();
+    word += c;
+  }
+  finish();
+  return words;
+}
+
+std::string UnitOfName(std::string_view name) {
+  for (const auto& [open, close] : {std::pair{'(', ')'}, std::pair{'[', ']'}}) {
+    const auto from = name.find(open);
+    const auto to = name.find(close, from == std::string_view::npos ? 0 : from);
+    if (from == std::string_view::npos || to == std::string_view::npos) continue;
+    const std::string_view unit = UnitName(Trimmed(name.substr(from + 1, to - from - 1)));
+    if (!unit.empty()) return std::string(unit);
+  }
+  const std::vector<std::string> words = WordsOf(name);
+  if (words.size() < 2) return {};
+  const auto found = std::ranges::find(kNameUnits, words.back(), [](const auto& row) { return row.first; });
+  return found != kNameUnits.end() ? std::string(found->second) : std::string();
+}
+
+}  // namespace loom::dialect

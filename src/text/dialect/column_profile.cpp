@@ -1,0 +1,114 @@
+#include "text/dialect/column_profile.h"
+
+#include <algorithm>
+
+#include "text/dialect/cell_value.h"
+
+namespace loom::dialect {
+namespace {
+
+constexpr std::size_t kNullWordsKept = 8;
+constexpr std::uint64_t kOneInFifty = 50;  // so many cells may not fit
+constexpr std::size_t kTextPlacesKept = 3;
+
+// A time has a digit in it, and a mark or a month.
+bool MayBeTime(std::string_view text) {
+  if (text.size() < 5 || text.size() > 48) return false;
+  int digits = 0;
+  for (const char c : text) digits += c >= '0' && c <= '9';
+  return digits >= 3 && digits * 4 >= static_cast<int>(text.size());
+}
+
+}  // namespace
+
+void ColumnProfile::Add(std::string_view cell, char decimal, std::uint64_t line) {
+  const std::string_view text = Trimmed(cell);
+  if (text.empty()) {
+    ++empty_;
+    return;
+  }
+  const char c = text.front();
+  const bool may_be_number = (c >= '0' && c <= '9') || c == '-' || c == '+' || c == '.' || c == ',';
+  if (may_be_number) {
+    if (const auto number = ParseNumber(text, decimal))
+      return AddNumber(text, number->value, number->is_integer, number->has_comma, number->unit);
+  }
+  if (IsNullWord(text)) {
+    ++nulls_;
+    if (null_words_.size() < kNullWordsKept && std::ranges::find(null_words_, text) == null_words_.end())
+      null_words_.emplace_back(text);
+    return;
+  }
+  if (MayBeTime(text)) {
+    if (const auto time = ParseTimeText(text)) return AddTime(*time);
+  }
+  ++texts_;
+  if (text_places_.size() < kTextPlacesKept) text_places_.push_back({line, -1, std::string(text.substr(0, 80))});
+}
+
+void ColumnProfile::AddNumber(std::string_view text, double value, bool is_integer, bool has_comma,
+                              std::string_view unit) {
+  if (is_integer && unit.empty()) {
+    const std::size_t digits = text.size() - (text.front() == '-' || text.front() == '+' ? 1 : 0);
+    shortest_ = std::min(shortest_, digits);
+    longest_ = std::max(longest_, digits);
+  }
+  if (Numbers() == 0) {
+    minimum_ = maximum_ = first_ = value;
+  } else {
+    minimum_ = std::min(minimum_, value);
+    maximum_ = std::max(maximum_, value);
+    if (value < last_) never_falls_ = false;
+  }
+  last_ = value;
+  ++(is_integer ? integers_ : numbers_);
+  if (!is_integer) {
+    ++(has_comma ? commas_ : points_);
+    const auto mark = text.find(has_comma ? ',' : '.');
+    if (mark != std::string_view::npos && text.size() - mark > 3) ++long_fractions_;
+  }
+  if (unit.empty()) return;
+  ++with_unit_;
+  if (raw_unit_.empty()) {
+    raw_unit_ = unit;
+    unit_ = UnitName(unit);
+  } else if (unit != raw_unit_ && UnitName(unit) != unit_) {
+    ++other_units_;
+  }
+}
+
+void ColumnProfile::AddTime(const TimeText& time) {
+  ++times_;
+  if (time.shape.zone == ZoneForm::kWord) has_word_zone_ = true;
+  if (!shape_) {
+    shape_ = time.shape;
+  } else if (!shape_->IsAkin(time.shape)) {
+    ++odd_times_;
+    return;
+  } else {
+    // The layout says what any of them has.
+    shape_->is_padded = shape_->is_padded && time.shape.is_padded;
+    if (shape_->fraction_mark == 0) shape_->fraction_mark = time.shape.fraction_mark;
+    shape_->has_seconds = shape_->has_seconds || time.shape.has_seconds;
+    if (shape_->zone == ZoneForm::kNone) {
+      shape_->zone = time.shape.zone;
+      shape_->zone_has_blank = time.shape.zone_has_blank;
+    }
+  }
+  if (time.shape.date != DateForm::kNone) order_mask_ &= time.OrderMask();
+}
+
+bool ColumnProfile::FitsMostly(std::uint64_t fitting) const {
+  const std::uint64_t others = Filled() - std::min(Filled(), fitting);
+  return fitting > 0 && others * kOneInFifty <= Filled();
+}
+
+Kind ColumnProfile::PlainKind() const {
+  if (Filled() == 0) return Kind::kEmpty;
+  if (times_ > odd_times_ && FitsMostly(times_)) return Kind::kTime;
+  if (FitsMostly(Numbers()) && other_units_ * kOneInFifty <= Filled())
+    return numbers_ > 0 || with_unit_ > 0 ? Kind::kNumber : Kind::kInteger;
+  return Kind::kText;
+}
+
+}  // namespace loom::dialect

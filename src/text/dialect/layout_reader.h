@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace loom::dialect {
+
+// What a text holds in the terms of its layout.
+struct ReadTime {
+  std::optional<std::int64_t> day;       // days since 1970
+  double second_of_day = 0;              // of the instant as a whole without a day
+  std::optional<std::int32_t> offset_s;  // zone east of Greenwich, where the text states one
+};
+
+// Reads texts of one layout, written in the letters of Unicode: yyyy yy MMMM MMM MM M dd d EEE HH H hh h mm m ss s SSS
+// a
+// XXX z, texts between ''; "epoch s", "epoch ms", "epoch us", "epoch ns", "days since 1899-12-30". Numbers need no
+// leading zeros where a mark stands between them; seconds and fraction may be missing; months are English.
+class LayoutReader {
+ public:
+  // Throws Error for a layout that is none.
+  explicit LayoutReader(const std::string& layout, char decimal = '.');
+
+  std::optional<ReadTime> Read(std::string_view text);
+  bool HasDay() const { return has_day_; }
+  bool IsInstant() const { return scale_ != 0; }  // a number that needs no zone, or only days
+
+ private:
+  enum class Field {
+    kLiteral,
+    kYear,
+    kShortYear,
+    kMonth,
+    kMonthName,
+    kDay,
+    kWeekday,
+    kHour,
+    kHalfHour,
+    kMinute,
+    kSecond,
+    kFraction,
+    kHalf,
+    kZone
+  };
+  struct Token {
+    Field field;
+    std::uint8_t digits;  // as written
+    bool is_exact;        // another number follows at once
+    std::string text;     // of a literal
+  };
+  std::optional<ReadTime> ReadNumber(std::string_view text) const;
+  std::optional<ReadTime> ReadTokens(std::string_view text);
+  std::int64_t DayFor(int year, int month, int day);
+
+  std::vector<Token> tokens_;
+  double scale_ = 0;  // of a number: seconds of 1; 0: no number
+  bool is_serial_ = false;
+  char decimal_;
+  bool has_day_ = false;
+  bool is_all_digits_ = false;
+  std::size_t digits_ = 0;
+  int newest_key_ = -1;
+  std::int64_t newest_day_ = 0;
+};
+
+}  // namespace loom::dialect
