@@ -94,6 +94,7 @@ GSM = {
     None: [(32079, 32162), (32258, 32263)],
     "TDSCDMA_Neighbour_Cells": [(32246, 32257)],
     "GPRS": [(32189, 32199), (32202, 32202)],
+    "GSM_Text_Files": [(36020, 36023)],
     "GSM_Other_Values": [(32168, 32170), (32203, 32220), (32267, 32273)],
     **OF_EVERY_PROTOCOL,
 }
@@ -104,11 +105,12 @@ LTE = {
     "LTE_Configuration": [(33428, 33522), (33671, 33697)],
     "LTE_Channel_Statistics": [(34570, 34690)],
     "LTE_Channels": [(34160, 34519)],
+    "LTE_Text_Files": [(36040, 36047)],
     "LTE_Scanner": [(34691, 35138)],
     **OF_EVERY_PROTOCOL,
 }
 # Time and place first: the writer of text files adds them by itself.
-INDEPENDENT = {"Independent_Parameters": [(2, 2), (2379, 2381), (2386, 2386)]} | OF_EVERY_PROTOCOL
+INDEPENDENT = {"Independent_Parameters": [(2, 2), (2379, 2381), (2386, 2386)], "Text_Files": [(36000, 36009)]} | OF_EVERY_PROTOCOL
 
 
 class Run:

@@ -86,6 +86,9 @@ class CIOManager {
   // the project.
   int ImportTxt();
   int OpenTxt(const CString& path);
+  // Import of a text file with settings that are known, without the wizard; the stream and its record get the protocol
+  // where one is given.
+  int ImportTextAs(const TextImportSettings& settings, const CString& protocol);
   // One stream to a delimited text file, with its wizard: 1 when the file was written, else 0.
   int ExportTxt();
   // Network elements; 0 while this build has no importer for them.
@@ -126,7 +129,7 @@ class CIOManager {
                       struct_BinningSetting& binning, bool node_check);
   void Report(const LogOutcome& outcome);
 
-  int ImportTextFile(const TextImportSettings& settings);
+  int ImportTextFile(const TextImportSettings& settings, const CString& protocol = {});
   int ReopenTextFile(const CString& path);
   int ImportRecordedText(const CProjectTxtFile& record, const CString& path);
   int RunTextImport(CTextImporter& importer, const CString& path, ILogfile** logfile);

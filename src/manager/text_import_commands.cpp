@@ -74,7 +74,13 @@ int CIOManager::ImportTxt() {
   return result;
 }
 
-int CIOManager::ImportTextFile(const TextImportSettings& settings) {
+int CIOManager::ImportTextAs(const TextImportSettings& settings, const CString& protocol) {
+  int result = kImportFailed;
+  Completes([&] { result = ImportTextFile(settings, protocol); });
+  return result;
+}
+
+int CIOManager::ImportTextFile(const TextImportSettings& settings, const CString& protocol) {
   const CString& path = settings.path;
   if (CStreamManagerCreator::CreateStreamManager()->FindLogfile(path)) {
     ShowMessageBox(Format("已有同名文本文件:%s !"_gbk, NameOf(path)), MessageIcon::kWarning);
@@ -92,6 +98,9 @@ int CIOManager::ImportTextFile(const TextImportSettings& settings) {
   ILogfile* logfile = nullptr;
   const int result = RunTextImport(*importer, path, &logfile);
   if (result == kImportDone) {
+    if (!protocol.IsEmpty()) {
+      for (IDataStream* stream : logfile->GetStreams()) stream->SetProtocol(protocol);
+    }
     g_project->AddTxtFile(RecordOf(settings, *logfile));
     g_project->modified = 1;
   }

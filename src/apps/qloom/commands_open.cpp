@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <iostream>
 
+#include "apps/qloom/auto_text_import.h"
 #include "apps/qloom/commands.h"
 #include "apps/qloom/log_report.h"
 #include "components/project.h"
@@ -28,7 +29,9 @@ Json OpenTexts(Session& session) {
   Json texts = Json::array();
   for (const CString& name : names) {
     if (WasInterrupted()) break;
+    RefreshConvertedText(session, name);
     texts.push_back({{"name", JsonText(name)}, {"result", session.manager().OpenTxt(name)}});
+    RestoreProtocol(session, name);
   }
   return texts;
 }

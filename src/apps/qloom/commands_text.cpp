@@ -1,3 +1,4 @@
+#include <cmath>
 #include <iomanip>
 #include <iostream>
 
@@ -6,12 +7,14 @@
 #include "apps/qloom/dialect_options.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
+#include "text/dialect/converter.h"
 #include "text/dialect/finder.h"
 
 namespace loom {
 namespace {
 
 struct TextOptions {
+  std::string file;
   std::vector<std::string> files;
   DialectOptions dialect;
   std::string save_dialect;
@@ -93,8 +96,36 @@ int RunInspect(const CommandLine& line, const TextOptions& options) {
       PrintNotes(notes);
     }
   }
-  if (line.common.json) std::cout << (documents.size() == 1 ? documents[0] : documents).dump(2) << '\n';
+  if (line.common.json)
+    std::cout << (documents.size() == 1 ? documents[0] : documents).dump(2, ' ', false, Json::error_handler_t::replace)
+              << '\n';
   return kExitDone;
+}
+
+int RunConvert(const CommandLine& line, const TextOptions& options) {
+  const CString path = ExistingPath(options.file);
+  const CString out = AbsolutePath(options.out);
+  if (IsSameFile(path, out)) throw Error(options.out + ": is the file that is converted");
+  const dialect::Findings found = dialect::Inspect(path, OverridesFrom(options.dialect));
+  Session session(line.common, {}, path);
+  dialect::Converted converted;
+  if (options.to == "csv") {
+    converted = ConvertToCsv(path, found, out);
+  } else {
+    const auto mapping = MapElements(found, dialect::LoadElementRules(), {});
+    converted = ConvertToImport(path, found, mapping, dialect::TimeForm::kLayout, out);
+  }
+  NoteRemarks(found.remarks, path);
+  NoteRemarks(converted.remarks, path);
+  if (!line.common.json) {
+    std::cout << options.out << ": " << converted.rows << " rows\n";
+    if (options.to == "import")
+      std::cout << "  separator " << Shown(converted.separator) << ", time layout "
+                << (found.time && !found.time->has_date ? dialect::kClockLayout : dialect::kImportTimeLayout) << '\n';
+  }
+  Json document{{"result", 1}, {"out", GbkToUtf8(out)}, {"rows", converted.rows}, {"found", FindingsJson(found)}};
+  if (options.to == "import") document["separator"] = converted.separator;
+  return session.Finish(std::move(document), kExitDone);
 }
 
 }  // namespace
@@ -107,6 +138,12 @@ void AddTextCommands(Command& program, CommandLine& line) {
   AddDialectOptions(inspect, options->dialect);
   inspect.AddOption("--save-dialect", options->save_dialect, "Save what was found to this JSON file");
   inspect.Runs([&line, options] { return RunInspect(line, *options); });
+  Command convert = text.AddCommand("convert", "Write a text file anew, as plain CSV or as the text import takes it");
+  convert.AddOption("FILE", options->file, "Text file").Required();
+  convert.AddOption("OUT", options->out, "File to write").Required();
+  convert.AddOption("--to", options->to, "csv (default) or import").OneOf(std::vector<std::string>{"csv", "import"});
+  AddDialectOptions(convert, options->dialect);
+  convert.Runs([&line, options] { return RunConvert(line, *options); });
 }
 
 }  // namespace loom

@@ -1,6 +1,8 @@
 #include <iostream>
 
+#include "apps/qloom/auto_text_import.h"
 #include "apps/qloom/commands.h"
+#include "apps/qloom/dialect_options.h"
 #include "apps/qloom/log_report.h"
 #include "apps/qloom/text_import_wizard.h"
 #include "platform/encoding.h"
@@ -9,7 +11,9 @@ namespace loom {
 namespace {
 
 struct TextOptions {
-  std::string file;
+  std::vector<std::string> files;
+  bool is_auto = false;
+  DialectOptions dialect;
   TextImportOptions wizard;
 };
 
@@ -27,8 +31,67 @@ BatchAnswers AnswersFrom(const CommonOptions& common) {
   return answers;
 }
 
+void PrintAutoImport(const Json& texts) {
+  for (const Json& text : texts) {
+    std::cout << text["path"].get<std::string>() << ": "
+              << (text["result"] == kImportDone ? "imported" : "not imported");
+    if (text["stream"].is_null()) {
+      std::cout << '\n';
+      continue;
+    }
+    std::cout << ", " << text["rows"] << " rows, stream " << text["stream"]["name"].get<std::string>() << ", "
+              << text["stream"]["protocol"].get<std::string>() << '\n';
+    for (const Json& element : text["elements"])
+      std::cout << "  " << element["name"].get<std::string>() << " -> " << element["element"].get<std::string>()
+                << '\n';
+    if (text["unmapped"].empty()) continue;
+    std::cout << "  without an element (--map COLUMN=NAME adds them):";
+    for (const Json& column : text["unmapped"])
+      std::cout << ' ' << column["column"] << ' ' << column["name"].get<std::string>() << ';';
+    std::cout << '\n';
+  }
+}
+
+int RunAutoImport(const CommandLine& line, const TextOptions& options) {
+  AutoTextImport how;
+  DialectOptions given = options.dialect;
+  if (!options.wizard.separator.empty()) given.separator = options.wizard.separator;
+  if (options.wizard.no_header) given.header = 0;
+  how.overrides = OverridesFrom(given);
+  const std::vector<CString> files = TextFilesOf(options.files);
+  const TextImportAnswers answers = TextImportAnswersFrom(options.wizard, files[0]);
+  for (const auto& [column, element] : answers.columns)
+    how.elements[static_cast<std::size_t>(column)] = GbkToUtf8(element);
+  if (!options.wizard.stream_name.empty()) how.stream_name = options.wizard.stream_name;
+  how.stream_type = answers.stream_type.value_or(0);
+  Session session(line.common, AnswersFrom(line.common), files[0]);
+  const LogReport report(session);
+  Json texts = Json::array();
+  for (const CString& path : files) {
+    if (WasInterrupted()) break;
+    try {
+      Json text = ImportTextAutomatically(session, path, how);
+      const CString converted = Utf8ToGbk(text["converted"].get<std::string>());
+      if (IDataStream* const stream = report.TextStream(converted)) text["stream"] = StreamJson(*stream);
+      texts.push_back(std::move(text));
+    } catch (const Error& error) {
+      if (files.size() == 1) throw;
+      CurrentNotes().Add("text file not imported", path, std::string_view("the file"), error.what());
+      texts.push_back({{"result", kImportFailed}, {"path", JsonText(path)}, {"stream", nullptr}});
+    }
+  }
+  if (!line.common.json) PrintAutoImport(texts);
+  if (files.size() == 1 && !texts.empty()) {
+    const int result = texts[0]["result"].get<int>();
+    return session.Finish(std::move(texts[0]), report.ExitCodeOf(result));
+  }
+  const int result = BatchResultOf(texts);
+  return session.Finish({{"result", result}, {"texts", std::move(texts)}}, report.ExitCodeOf(result));
+}
+
 int RunImportText(const CommandLine& line, const TextOptions& options) {
-  const CString path = ExistingPath(options.file);
+  if (options.is_auto) return RunAutoImport(line, options);
+  const CString path = ExistingPath(options.files[0]);
   BatchAnswers answers = AnswersFrom(line.common);
   answers.text_import = TextImportAnswersFrom(options.wizard, path);
   Session session(line.common, std::move(answers), path);
@@ -38,7 +101,7 @@ int RunImportText(const CommandLine& line, const TextOptions& options) {
 }
 
 int RunOpenText(const CommandLine& line, const TextOptions& options) {
-  const CString path = AbsolutePath(options.file);
+  const CString path = AbsolutePath(options.files[0]);
   BatchAnswers answers = AnswersFrom(line.common);
   if (options.wizard.IsAnyGiven()) answers.text_import = TextImportAnswersFrom(options.wizard, path);
   Session session(line.common, std::move(answers), path);
@@ -47,15 +110,31 @@ int RunOpenText(const CommandLine& line, const TextOptions& options) {
   return Finish(session, report, result, path);
 }
 
+void CheckAuto(const TextOptions& options) {
+  if (!options.is_auto && options.files.size() > 1) throw UsageError("FILE", "several files need --auto");
+  if (options.is_auto && !(options.wizard.config + options.wizard.time_format + options.wizard.save_config).empty())
+    throw UsageError("--auto", "--imcf, --time-format and --save-imcf belong to the wizard");
+  if (!options.is_auto && options.dialect.IsAnyGiven())
+    throw UsageError("--auto", "options of the dialect need --auto");
+}
+
 }  // namespace
 
 void AddTextImportCommands(Command& program, CommandLine& line) {
   const auto add = [&](const char* name, const char* description, int (*run)(const CommandLine&, const TextOptions&)) {
     const auto options = std::make_shared<TextOptions>();
     Command command = program.AddCommand(name, description);
-    command.AddOption("FILE", options->file, "Text file").Required();
+    const bool may_be_auto = run == &RunImportText;
+    Option files = command.AddOption("FILE", options->files,
+                                     may_be_auto ? "Text file; with --auto files and folders" : "Text file");
+    files.Required();
+    if (!may_be_auto) files.Takes(1);
     AddTextImportOptions(command, options->wizard);
-    command.Runs([&line, options, run] { return run(line, *options); });
+    if (may_be_auto) {
+      command.AddFlag("--auto", options->is_auto, "Find out how the files are written, convert and import them");
+      AddDialectOptions(command, options->dialect, true);
+    }
+    command.Runs([&line, options, run] { return run(line, *options); }, [options] { CheckAuto(*options); });
   };
   add("import-text", "Import a delimited text file as a stream", &RunImportText);
   add("open-text", "Import a text file of the project again; the options are for a file that changed", &RunOpenText);

@@ -87,33 +87,6 @@ void Take(const Json& json, const char* name, std::optional<Value>& value) {
   if (json.contains(name)) value = json.at(name).get<Value>();
 }
 
-dialect::Overrides OverridesFrom(const Json& json) {
-  dialect::Overrides overrides;
-  Take(json, "encoding", overrides.encoding);
-  Take(json, "separator", overrides.separator);
-  Take(json, "quote", overrides.quote);
-  Take(json, "escape", overrides.escape);
-  Take(json, "comment", overrides.comment);
-  Take(json, "preamble_rows", overrides.preamble_rows);
-  Take(json, "header_rows", overrides.header_rows);
-  Take(json, "footer_rows", overrides.footer_rows);
-  Take(json, "nulls", overrides.nulls);
-  if (json.contains("decimal")) overrides.decimal = json.at("decimal").get<std::string>().at(0);
-  const auto columns_of = [&](const char* name, std::optional<std::vector<std::string>>& columns) {
-    if (!json.contains(name)) return;
-    columns = json.at(name).is_null() ? std::vector<std::string>() : ColumnTexts(json.at(name).at("columns"));
-  };
-  columns_of("time", overrides.time_columns);
-  columns_of("latitude", overrides.latitude_columns);
-  columns_of("longitude", overrides.longitude_columns);
-  if (overrides.time_columns && !overrides.time_columns->empty()) {
-    Take(json.at("time"), "layout", overrides.time_layout);
-    Take(json.at("time"), "zone", overrides.zone);
-    if (overrides.zone && *overrides.zone == "varies") overrides.zone.reset();
-  }
-  return overrides;
-}
-
 }  // namespace
 
 std::string InstantText(double seconds, bool has_date) {
@@ -185,9 +158,36 @@ void NoteRemarks(const dialect::Remarks& remarks, const CString& path) {
   }
 }
 
+dialect::Overrides OverridesFromJson(const Json& json) {
+  dialect::Overrides overrides;
+  Take(json, "encoding", overrides.encoding);
+  Take(json, "separator", overrides.separator);
+  Take(json, "quote", overrides.quote);
+  Take(json, "escape", overrides.escape);
+  Take(json, "comment", overrides.comment);
+  Take(json, "preamble_rows", overrides.preamble_rows);
+  Take(json, "header_rows", overrides.header_rows);
+  Take(json, "footer_rows", overrides.footer_rows);
+  Take(json, "nulls", overrides.nulls);
+  if (json.contains("decimal")) overrides.decimal = json.at("decimal").get<std::string>().at(0);
+  const auto columns_of = [&](const char* name, std::optional<std::vector<std::string>>& columns) {
+    if (!json.contains(name)) return;
+    columns = json.at(name).is_null() ? std::vector<std::string>() : ColumnTexts(json.at(name).at("columns"));
+  };
+  columns_of("time", overrides.time_columns);
+  columns_of("latitude", overrides.latitude_columns);
+  columns_of("longitude", overrides.longitude_columns);
+  if (overrides.time_columns && !overrides.time_columns->empty()) {
+    Take(json.at("time"), "layout", overrides.time_layout);
+    Take(json.at("time"), "zone", overrides.zone);
+    if (overrides.zone && *overrides.zone == "varies") overrides.zone.reset();
+  }
+  return overrides;
+}
+
 dialect::Overrides ReadDialectFile(const CString& path) {
   try {
-    return OverridesFrom(Json::parse(ReadWholeText(path)));
+    return OverridesFromJson(Json::parse(ReadWholeText(path)));
   } catch (const Json::exception& error) {
     throw Error(GbkToUtf8(path) + ": no dialect: " + error.what());
   } catch (const std::out_of_range&) {

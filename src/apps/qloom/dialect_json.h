@@ -11,6 +11,7 @@ void NoteRemarks(const dialect::Remarks& remarks, const CString& path);
 
 // A dialect in a file: the form of FindingsJson, of which everything may be left away. Throws Error with file and
 // reason.
+dialect::Overrides OverridesFromJson(const Json& json);
 dialect::Overrides ReadDialectFile(const CString& path);
 Json DialectJson(const dialect::Findings& found);
 

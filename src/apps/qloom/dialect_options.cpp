@@ -38,6 +38,11 @@ std::string OneCharacter(const char* option, const std::string& text) {
 
 }  // namespace
 
+bool DialectOptions::IsAnyGiven() const {
+  return !dialect_file.empty() || encoding || separator || quote || comment || decimal || time || zone || latitude ||
+         longitude || preamble || header || footer || !nulls.empty();
+}
+
 void AddDialectOptions(Command& command, DialectOptions& options, bool has_separator) {
   command.AddOption("--dialect", options.dialect_file, "Dialect saved in a JSON file; other options go before it");
   command.AddOption("--encoding", options.encoding, "Encoding, as iconv names it");

@@ -14,6 +14,8 @@ struct DialectOptions {
   std::optional<std::string> encoding, separator, quote, comment, decimal, time, zone, latitude, longitude;
   std::optional<std::int32_t> preamble, header, footer;
   std::vector<std::string> nulls;
+
+  bool IsAnyGiven() const;
 };
 
 void AddDialectOptions(Command& command, DialectOptions& options, bool has_separator = false);

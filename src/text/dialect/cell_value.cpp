@@ -178,23 +178,26 @@ std::optional<NumberCell> ParseNumber(std::string_view cell, char decimal) {
 std::vector<std::string> WordsOf(std::string_view name) {
   std::vector<std::string> words;
   std::string word;
+  bool is_word_chinese = false;
   const auto finish = [&] {
     if (!word.empty()) words.push_back(Lower(word));
     word.clear();
   };
   for (std::size_t at = 0; at < name.size(); ++at) {
     const char c = name[at];
-    const bool is_word = IsUpper(c) || IsLower(c) || IsDigit(c) || static_cast<unsigned char>(c) >= 0x80;
+    const auto byte = static_cast<unsigned char>(c);
+    const bool is_word = IsUpper(c) || IsLower(c) || IsDigit(c) || byte >= 0x80;
     if (!is_word) {
       finish();
       continue;
     }
-    const bool starts =
+    const bool is_inside = byte >= 0x80 && byte < 0xC0;  // of a character
+    const bool is_chinese = is_inside ? is_word_chinese : byte >= 0xE0;
+    const bool is_capital =
         IsUpper(c) && !word.empty() &&
         (IsLower(word.back()) || (at + 1 < name.size() && IsLower(name[at + 1]) && IsUpper(word.back())));
-    const bool changes =
-        !word.empty() && (static_cast<unsigned char>(c) >= 0x80) != (static_cast<unsigned char>(word.back()) >= 0x80);
-    if (starts || changes) finish();
+    if (is_capital || (!word.empty() && is_chinese != is_word_chinese)) finish();
+    is_word_chinese = is_chinese;
     word += c;
   }
   finish();

@@ -8,7 +8,8 @@ namespace loom::dialect {
 namespace {
 
 constexpr std::size_t kNullWordsKept = 8;
-constexpr std::uint64_t kOneInFifty = 50;  // so many cells may not fit
+constexpr std::uint64_t kOneInFifty = 50;    // so many cells may not fit
+constexpr std::uint64_t kEnoughForOne = 25;  // cells of which one may not fit, whatever their share
 constexpr std::size_t kTextPlacesKept = 3;
 
 // A time has a digit in it, and a mark or a month.
@@ -100,7 +101,8 @@ void ColumnProfile::AddTime(const TimeText& time) {
 
 bool ColumnProfile::FitsMostly(std::uint64_t fitting) const {
   const std::uint64_t others = Filled() - std::min(Filled(), fitting);
-  return fitting > 0 && others * kOneInFifty <= Filled();
+  const bool is_only_one = others <= 1 && Filled() >= kEnoughForOne;
+  return fitting > 0 && (is_only_one || others * kOneInFifty <= Filled());
 }
 
 Kind ColumnProfile::PlainKind() const {

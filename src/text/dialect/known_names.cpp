@@ -18,11 +18,10 @@ constexpr auto kLongitudeWords = std::to_array<std::string_view>(
      "laenge", "länge",   "längengrad", "经度",      "lon1",   "londeg",   "londd",
      "gpslon", "gpslong", "gpslng",     "wgslon",    "xcoord", "lon84",    "jd"});
 constexpr auto kTimeWords = std::to_array<std::string_view>(
-    {"time",     "timestamp", "date",    "datetime",  "epoch",       "ts",   "utc",  "gmt",
-     "clock",    "zeit",      "datum",   "uhrzeit",   "zeitstempel", "时间", "日期", "fecha",
-     "hora",     "heure",     "tijd",    "tid",       "dato",        "when", "at",   "seen",
-     "recorded", "unixtime",  "gpstime", "localtime", "timestampms", "data", "ora",  "created",
-     "updated",  "measured",  "unix",    "date/time", "tm",          "dt"});
+    {"time",        "timestamp", "date",    "datetime",    "epoch", "ts",       "utc",      "gmt",     "clock",
+     "zeit",        "datum",     "uhrzeit", "zeitstempel", "时间",  "日期",     "fecha",    "hora",    "heure",
+     "tijd",        "tid",       "dato",    "when",        "seen",  "recorded", "unixtime", "gpstime", "localtime",
+     "timestampms", "created",   "updated", "measured",    "unix",  "date/time"});
 constexpr auto kUsualWords = std::to_array<std::string_view>(
     {"id",          "name",        "speed",   "altitude", "height",   "heading",  "course",    "accuracy", "rsrp",
      "rsrq",        "rssi",        "sinr",    "snr",      "pci",      "earfcn",   "arfcn",     "cell",     "cellid",

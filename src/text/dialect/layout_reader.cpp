@@ -38,7 +38,7 @@ LayoutReader::LayoutReader(const std::string& layout, char decimal) : decimal_(d
     std::size_t run = 1;
     while (at + run < layout.size() && layout[at + run] == c) ++run;
     const auto add = [&](Field field) {
-      tokens_.push_back({field, static_cast<std::uint8_t>(std::min<std::size_t>(run, 9)), false, {}});
+      tokens_.push_back({field, static_cast<std::uint8_t>(std::min<std::size_t>(run, 9)), false, 0, {}});
       at += run;
     };
     switch (c) {
@@ -94,25 +94,30 @@ LayoutReader::LayoutReader(const std::string& layout, char decimal) : decimal_(d
     if (!tokens_.empty() && tokens_.back().field == Field::kLiteral)
       tokens_.back().text += text;
     else
-      tokens_.push_back({Field::kLiteral, 0, false, text});
+      tokens_.push_back({Field::kLiteral, 0, false, 0, text});
   }
   if (tokens_.empty()) throw Error("an empty time layout");
-  is_all_digits_ = true;
-  for (std::size_t at = 0; at < tokens_.size(); ++at) {
-    const auto is_number = [](const Token& token) {
-      return token.field != Field::kLiteral && token.field != Field::kMonthName && token.field != Field::kWeekday &&
-             token.field != Field::kHalf && token.field != Field::kZone;
-    };
-    has_day_ = has_day_ || tokens_[at].field == Field::kDay;
-    if (!is_number(tokens_[at])) {
-      is_all_digits_ = false;
-      continue;
+  MarkRuns();
+}
+
+// Numbers that touch each other have as many digits as written; a clock among them may lack its leading zeros.
+void LayoutReader::MarkRuns() {
+  const auto is_number = [](const Token& token) {
+    return token.field != Field::kLiteral && token.field != Field::kMonthName && token.field != Field::kWeekday &&
+           token.field != Field::kHalf && token.field != Field::kZone && token.field != Field::kFraction;
+  };
+  for (std::size_t at = 0; at < tokens_.size();) {
+    std::size_t end = at;
+    std::size_t digits = 0;
+    bool has_date = false;
+    for (; end < tokens_.size() && is_number(tokens_[end]); ++end) {
+      digits += tokens_[end].digits;
+      has_date = has_date || tokens_[end].field == Field::kDay;
     }
-    digits_ += tokens_[at].digits;
-    const bool touches_next =
-        at + 1 < tokens_.size() && is_number(tokens_[at + 1]) && tokens_[at + 1].field != Field::kFraction;
-    const bool touches_last = at > 0 && is_number(tokens_[at - 1]);
-    tokens_[at].is_exact = touches_next || (touches_last && tokens_[at].field != Field::kFraction);
+    has_day_ = has_day_ || has_date;
+    for (std::size_t token = at; end > at + 1 && token < end; ++token) tokens_[token].is_exact = true;
+    if (end > at + 1 && !has_date) tokens_[at].run_digits = static_cast<std::uint8_t>(digits);
+    at = std::max(end, at + 1);
   }
 }
 
@@ -150,16 +155,6 @@ std::int64_t LayoutReader::DayFor(int year, int month, int day) {
 
 std::optional<ReadTime> LayoutReader::ReadTokens(std::string_view text) {
   std::string padded;
-  if (is_all_digits_ && tokens_.back().field != Field::kFraction) {
-    const std::size_t run = std::min(text.find_first_not_of("0123456789"), text.size());
-    if (run + 4 >= digits_ && run < digits_ && !has_day_) {
-      padded = std::string(digits_ - run, '0') + std::string(text);
-      text = padded;
-    }
-    const auto point = text.find('.');  // a fraction behind the seconds
-    if (point != std::string_view::npos && point == digits_ && tokens_.back().field != Field::kSecond)
-      return std::nullopt;
-  }
   int year = 1970, month = 1, day = 1, hour = 0, minute = 0;
   double second = 0;
   int half = -1;
@@ -172,6 +167,14 @@ std::optional<ReadTime> LayoutReader::ReadTokens(std::string_view text) {
   };
   for (std::size_t index = 0; index < tokens_.size(); ++index) {
     const Token& token = tokens_[index];
+    if (token.run_digits > 0) {
+      const std::size_t found = digits_at(at);
+      if (found > 0 && found < token.run_digits) {
+        padded =
+            std::string(text.substr(0, at)) + std::string(token.run_digits - found, '0') + std::string(text.substr(at));
+        text = padded;
+      }
+    }
     const auto number = [&](std::size_t most, int& out) {
       std::size_t count = std::min(digits_at(at), token.is_exact ? std::size_t{token.digits} : most);
       if (count == 0 || (token.is_exact && count != token.digits)) return false;

@@ -47,12 +47,14 @@ class LayoutReader {
   };
   struct Token {
     Field field;
-    std::uint8_t digits;  // as written
-    bool is_exact;        // another number follows at once
-    std::string text;     // of a literal
+    std::uint8_t digits;      // as written
+    bool is_exact;            // another number follows at once
+    std::uint8_t run_digits;  // of the numbers that touch each other from here on; 0: no zero may be missing
+    std::string text;         // of a literal
   };
   std::optional<ReadTime> ReadNumber(std::string_view text) const;
   std::optional<ReadTime> ReadTokens(std::string_view text);
+  void MarkRuns();
   std::int64_t DayFor(int year, int month, int day);
 
   std::vector<Token> tokens_;
@@ -60,8 +62,6 @@ class LayoutReader {
   bool is_serial_ = false;
   char decimal_;
   bool has_day_ = false;
-  bool is_all_digits_ = false;
-  std::size_t digits_ = 0;
   int newest_key_ = -1;
   std::int64_t newest_day_ = 0;
 };

@@ -219,6 +219,7 @@ std::size_t RecordReader::CloseOf(std::size_t open, std::size_t limit, Quoting q
     if (IsCellEnd(behind)) return at;
     if (*loose_end == std::string::npos) *loose_end = at;
     if (quoting == Quoting::kLoose) return at;
+    if (quoting == Quoting::kStrict) return std::string::npos;
     ++at;
   }
   return std::string::npos;
@@ -245,7 +246,8 @@ std::size_t RecordReader::SplitQuoted(std::size_t begin, std::size_t end, Quotin
   std::size_t at = begin;
   for (;;) {
     std::size_t open = at;
-    while (open < end && (is_blanks_ ? IsBlank(buffer_[open]) : buffer_[open] == ' ')) ++open;
+    const auto is_pad = [&](char c) { return is_blanks_ ? IsBlank(c) : c == ' ' && separator_ != ' '; };
+    while (open < end && is_pad(buffer_[open])) ++open;
     if (is_blanks_) {
       at = open;
       if (at >= end) return end;
@@ -304,11 +306,11 @@ bool RecordReader::FitsWidth() const {
 
 std::size_t RecordReader::SplitWithQuotes(std::size_t begin, std::size_t end) {
   std::size_t quoted_end = SplitQuoted(begin, end, Quoting::kTolerant);
-  if (width_ < 2 || FitsWidth()) return quoted_end;
+  if (width_ < 2 || !saw_stray_ || FitsWidth()) return quoted_end;
   const std::vector<Span> as_first = spans_;
   const std::uint64_t first_lines = extra_lines_;
   const bool was_stray = saw_stray_;
-  for (const Quoting quoting : {Quoting::kEscaped, Quoting::kLoose, Quoting::kLiteral}) {
+  for (const Quoting quoting : {Quoting::kStrict, Quoting::kEscaped, Quoting::kLoose, Quoting::kLiteral}) {
     if (quoting == Quoting::kEscaped && (escape_ != 0 || separator_ == '\\')) continue;
     spans_.clear();
     extra_lines_ = 0;

@@ -43,7 +43,7 @@ class RecordReader {
   std::uint64_t CrCount() const { return cr_count_; }
 
  private:
-  enum class Quoting { kTolerant, kLoose, kLiteral, kEscaped };
+  enum class Quoting { kTolerant, kStrict, kEscaped, kLoose, kLiteral };
   struct Span {
     std::size_t begin;
     std::size_t end;

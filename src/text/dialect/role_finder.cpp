@@ -103,8 +103,17 @@ void FindUnnamed(const std::vector<ColumnProfile>& profiles, Roles& roles) {
     const std::uint64_t filled = one.Filled();
     return filled > 0 && one.PlainKind() == Kind::kNumber && one.WithUnit() == 0 &&
            one.LongFractions() * 10 >= filled * 8 && one.Minimum() >= -limit && one.Maximum() <= limit &&
-           (one.Maximum() - one.Minimum() < 30) && (std::abs(one.Minimum()) >= 1 || std::abs(one.Maximum()) >= 1);
+           (std::abs(one.Minimum()) >= 1 || std::abs(one.Maximum()) >= 1);
   };
+  // A cell database in its public form: radio, mcc, mnc, area, cell, unit, longitude, latitude, range ...
+  const bool is_cell_database = profiles.size() == 14 && profiles[0].PlainKind() == Kind::kText &&
+                                profiles[8].Integers() > 0 && profiles[11].LongestDigits() == 10 && may_be(6, 180) &&
+                                may_be(7, 90);
+  if (is_cell_database) {
+    roles.longitude = PositionRole{{6}, false, 0.85};
+    roles.latitude = PositionRole{{7}, false, 0.85};
+    return;
+  }
   for (std::size_t column = 0; column + 1 < profiles.size(); ++column) {
     const bool first_may = may_be(column, 180);
     if (!first_may || !may_be(column + 1, 180)) continue;
@@ -153,7 +162,18 @@ void FindPositions(const std::vector<std::string>& names, const std::vector<Colu
   }
   if (latitude) roles.latitude = RoleOf(*latitude, cells, decimal);
   if (longitude) roles.longitude = RoleOf(*longitude, cells, decimal);
-  // One without the other is no position to be sure of.
+  // One without the other is no position to be sure of; whole numbers are something else then, a latency for one.
+  const auto is_whole = [&](const std::optional<PositionRole>& role) {
+    return role && profiles[role->columns[0]].Integers() == profiles[role->columns[0]].Filled();
+  };
+  if (!roles.longitude && is_whole(roles.latitude)) {
+    roles.is_latitude[roles.latitude->columns[0]] = false;
+    roles.latitude.reset();
+  }
+  if (!roles.latitude && is_whole(roles.longitude)) {
+    roles.is_longitude[roles.longitude->columns[0]] = false;
+    roles.longitude.reset();
+  }
   if (roles.latitude && !roles.longitude) roles.latitude->confidence = 0.6;
   if (roles.longitude && !roles.latitude) roles.longitude->confidence = 0.6;
 }

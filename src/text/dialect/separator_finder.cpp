@@ -15,15 +15,16 @@ constexpr std::size_t kScoredBytes = std::size_t{192} << 10;
 constexpr std::size_t kTypedRecords = 400;
 constexpr std::size_t kTypedCells = 20000;
 constexpr double kWrappedShare = 0.6;
+constexpr double kSomeWrapped = 0.1;
 
 struct Candidate {
   const char* separator;
   double weight;
 };
-constexpr Candidate kCandidates[] = {{",", 1.0}, {";", 1.0},  {"\t", 1.02},  {"|", 0.98},   {kBlanks, 0.8},
-                                     {"^", 0.8}, {"~", 0.75}, {"\x1F", 0.9}, {"\x01", 0.9}, {":", 0.45},
-                                     {"#", 0.6}, {"!", 0.6},  {"&", 0.6},    {"*", 0.5},    {"/", 0.4},
-                                     {"$", 0.6}, {"@", 0.55}, {"=", 0.4}};
+constexpr Candidate kCandidates[] = {{",", 1.0},  {";", 1.0}, {"\t", 1.02}, {"|", 0.98},   {kBlanks, 0.8},
+                                     {" ", 0.79}, {"^", 0.8}, {"~", 0.75},  {"\x1F", 0.9}, {"\x01", 0.9},
+                                     {":", 0.45}, {"#", 0.6}, {"!", 0.6},   {"&", 0.6},    {"*", 0.5},
+                                     {"/", 0.4},  {"$", 0.6}, {"@", 0.55},  {"=", 0.4}};
 
 // How much a cell looks like one value.
 double Cleanness(std::string_view cell, std::string_view separator, bool is_quoted) {
@@ -131,12 +132,17 @@ double WrappedShare(std::string_view sample, const Form& form, char quote) {
   while (reader.Next(record) && records < kTypedRecords) {
     if (record.is_blank || record.is_comment) continue;
     ++records;
+    std::size_t last_close = 0;  // cells before it may be closed by a later one
+    for (std::size_t at = 0; at < record.cells.size(); ++at) {
+      const std::string_view cell = Trimmed(record.cells[at]);
+      if (cell.size() > 1 && cell.back() == quote) last_close = at + 1;
+    }
     for (std::size_t at = 0; at < record.cells.size(); ++at) {
       const std::string_view cell = Trimmed(record.cells[at]);
       if (cell.empty()) continue;
       auto& [wrapped, all] = by_column[at];
       ++all;
-      if (cell.size() >= 2 && cell.front() == quote && cell.back() == quote) ++wrapped;
+      if (cell.front() == quote && at < last_close) ++wrapped;
     }
   }
   double best = 0;
@@ -179,6 +185,7 @@ CutScore ScoreOne(std::string_view sample, const Form& form) {
 std::vector<CutScore> ScoreCuts(std::string_view sample, const Form& known, const Overrides& overrides) {
   if (sample.size() > kScoredBytes) sample = sample.substr(0, sample.find_last_of("\r\n", kScoredBytes) + 1);
   std::vector<CutScore> cuts;
+  const bool has_backslash = sample.find("\\\"") != std::string_view::npos;
   for (const Candidate& candidate : kCandidates) {
     if (overrides.separator && *overrides.separator != candidate.separator) continue;
     Form form = known;
@@ -187,10 +194,18 @@ std::vector<CutScore> ScoreCuts(std::string_view sample, const Form& known, cons
     if (!overrides.separator && sample.find_first_of(chars) == std::string_view::npos) continue;
     form.quote = overrides.quote ? (overrides.quote->empty() ? '\0' : overrides.quote->front()) : '"';
     CutScore best = ScoreOne(sample, form);
-    if (!overrides.quote && WrappedShare(sample, form, '\'') >= kWrappedShare) {
+    const double wrapped = overrides.quote ? 0 : WrappedShare(sample, form, '\'');
+    if (wrapped >= kSomeWrapped) {
       form.quote = '\'';
       const CutScore other = ScoreOne(sample, form);
-      if (!best.has_quoted || other.score > best.score) best = other;
+      if ((!best.has_quoted && wrapped >= kWrappedShare) || other.score > best.score * 1.05) best = other;
+      form.quote = '"';
+    }
+    if (!overrides.escape && form.quote == '"' && has_backslash) {
+      form.escape = '\\';
+      CutScore other = ScoreOne(sample, form);
+      other.escape = form.escape;
+      if (other.score > best.score * (HasEscapes(sample, form) ? 0.7 : 1.0)) best = other;
     }
     best.score *= candidate.weight;
     cuts.push_back(best);
@@ -208,7 +223,7 @@ std::vector<CutScore> ScoreCuts(std::string_view sample, const Form& known, cons
   form.quote = best.quote;
   if (overrides.escape) {
     best.escape = overrides.escape->empty() ? '\0' : overrides.escape->front();
-  } else if (best.quote != 0 && best.has_quoted && HasEscapes(sample, form)) {
+  } else if (best.escape == 0 && best.quote == '"' && best.has_quoted && HasEscapes(sample, form)) {
     best.escape = '\\';
   }
   if (!best.has_quoted && !overrides.quote) best.quote = 0;

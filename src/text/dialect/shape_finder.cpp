@@ -172,6 +172,11 @@ Layout FindLayout(const std::vector<SeenRecord>& records, std::size_t width) {
   while (behind > 0 && records[behind - 1].is_blank) --behind;
   std::size_t names = behind;
   while (names > 0 && behind - names < kMostHeaderRows + 1 && IsWide(records[names - 1], width)) --names;
+  // An odd row may stand between the names and the first row that is as the others.
+  for (std::size_t at = behind; names == behind && at-- > 0;) {
+    if (records[at].raw_width == records[data].raw_width && records[at].width > 1 && AreNames(records[at]))
+      return {.header = at, .header_count = 1, .data = at + 1, .confidence = 0.8};
+  }
   if (names == behind) {
     // A line above that is narrower than the rest may still be the header: names of the first columns only.
     const bool is_short_header = data > 0 && !records[data - 1].is_blank && records[data - 1].width >= 2 && data == 1 &&
@@ -193,6 +198,10 @@ Layout FindLayout(const std::vector<SeenRecord>& records, std::size_t width) {
         above.raw_width == records[top].raw_width && above.filled >= 2 && above.filled * 4 >= width;
     if (!is_grouping) break;
     top = at;
+  }
+  // A number or time below the names is a row's.
+  for (std::size_t at = top + 1; at < behind; ++at) {
+    if (std::ranges::find(records[at].types, CellType::kTyped) != records[at].types.end()) behind = layout.data = at;
   }
   layout.header = top;
   layout.header_count = behind - top;
@@ -287,7 +296,7 @@ std::size_t WidthOf(const std::vector<SeenRecord>& records, const Layout& layout
     for (std::size_t column = 0; column < types.size(); ++column) filled[column] += types[column] != CellType::kEmpty;
   }
   for (std::size_t column = 0; column < filled.size(); ++column) {
-    if (filled[column] * 50 > rows) body_width = column + 1;
+    if (filled[column] * 20 > rows && (filled[column] > 1 || rows < 2)) body_width = column + 1;
   }
   if (layout.header_count == 0) return std::max(std::max(usual, body_width), std::size_t{1});
   return std::max(std::max(header_width, body_width), std::size_t{1});

@@ -100,6 +100,7 @@ bool ParseNamedDate(Reader& in, TimeText& out) {
     const std::size_t digits = in.Digits();
     if (month == 0 || digits == 0 || digits > 2) return in.Return(start), false;
     day = in.Number(digits);
+    shape.date_mark = in.Peek() == ',' ? ',' : ' ';
     shape.date = DateForm::kMonthNameDay;
   } else {
     const std::size_t digits = in.Digits();
@@ -425,7 +426,8 @@ std::string LayoutText(const TimeShape& shape, DateOrder order) {
                                       : join(month, day, year);
   }
   if (shape.date == DateForm::kDayMonthName) date = join("dd", "MMM", year);
-  if (shape.date == DateForm::kMonthNameDay) date = "MMM dd, " + year;
+  if (shape.date == DateForm::kMonthNameDay)
+    date = std::string("MMM dd") + (shape.date_mark == ',' ? ", " : " ") + year;
   if (shape.has_weekday) date = "EEE " + date;
   std::string clock;
   if (shape.clock == ClockForm::kCompact) clock = "HHmmss";

@@ -26,8 +26,8 @@ struct TimeColumn {
 };
 
 // Share of the cells that a layout reads, and whether their years are believable.
-double ReadShare(const std::vector<std::string>& cells, const std::string& layout) {
-  LayoutReader reader(layout);
+double ReadShare(const std::vector<std::string>& cells, const std::string& layout, char decimal = '.') {
+  LayoutReader reader(layout, decimal);
   std::size_t seen = 0;
   std::size_t read = 0;
   const std::int64_t today =
@@ -76,7 +76,7 @@ std::optional<TimeColumn> TextTime(std::size_t column, const ColumnProfile& prof
 
 // Digits alone: believed only where the name tells of a time.
 std::optional<TimeColumn> NumberTime(std::size_t column, const ColumnProfile& profile,
-                                     const std::vector<std::string>& cells, bool has_names, int rank) {
+                                     const std::vector<std::string>& cells, bool has_names, int rank, char decimal) {
   if (!profile.FitsMostly(profile.Numbers()) || profile.WithUnit() > 0) return std::nullopt;
   const auto [first, last] = profile.FirstAndLast();
   const char* const epoch = EpochLayout(profile.Maximum());
@@ -91,7 +91,7 @@ std::optional<TimeColumn> NumberTime(std::size_t column, const ColumnProfile& pr
   const std::size_t longest = profile.LongestDigits();
   TimeColumn time{column, Part::kDate, {}, rank};
   const auto try_layout = [&](const char* layout, Part part) {
-    if (ReadShare(cells, layout) < 0.98) return;
+    if (ReadShare(cells, layout, decimal) < 0.98) return;
     time.part = part;
     time.layouts.push_back(layout);
   };
@@ -124,9 +124,7 @@ void AddCompactPair(const std::vector<std::string>& names, const std::vector<Col
     for (const std::size_t beside : {column + 1, column - 1}) {
       if (beside >= names.size() || !has_word(beside, {"time", "utc", "hms", "zeit"})) continue;
       const ColumnProfile& clock = profiles[beside];
-      if (!clock.FitsMostly(clock.Numbers()) || clock.Maximum() >= 240000 || clock.Minimum() < 0 ||
-          clock.Maximum() < 10000)
-        continue;
+      if (!clock.FitsMostly(clock.Numbers()) || clock.Maximum() >= 240000 || clock.Minimum() < 0) continue;
       if (ReadShare(cells[beside], "HHmmss") < 0.98) continue;
       if (is_date && !has_long_date) {
         std::vector<std::string> layouts;
@@ -258,7 +256,6 @@ void GivenTime(const std::vector<std::string>& names, const FirstCells& cells, c
 
 void FindTimes(const std::vector<std::string>& names, const std::vector<ColumnProfile>& profiles,
                const FirstCells& cells, char decimal, const Overrides& overrides, Roles& roles) {
-  (void)decimal;
   std::vector<TimeColumn> times;
   const bool is_in_america = IsInAmerica(roles, profiles);
   const auto is_position = [&](std::size_t column) {
@@ -269,7 +266,7 @@ void FindTimes(const std::vector<std::string>& names, const std::vector<ColumnPr
     if (is_position(column)) continue;
     const int rank = names.empty() ? 0 : TimeRank(names[column]);
     auto time = TextTime(column, profiles[column], rank);
-    if (!time) time = NumberTime(column, profiles[column], cells[column], !names.empty(), rank);
+    if (!time) time = NumberTime(column, profiles[column], cells[column], !names.empty(), rank, decimal);
     if (time) times.push_back(*time);
   }
   if (!names.empty()) AddCompactPair(names, profiles, cells, times);
