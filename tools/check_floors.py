@@ -37,7 +37,7 @@ ROOMS = [
      {"host/decoder", "host/autotest", "host/communicator", "host/simulation", "host/recordings", "host/project"},
      {"host/netdb"},
      {"host/subjects"}),
-    ({"text/navigator"}, {"text/import", "text/selection"}, {"text/export"}),
+    ({"text/navigator"}, {"text/dialect", "text/import", "text/selection"}, {"text/export"}),
 ]
 STOREY = {room: storey for rooms in ROOMS for storey, row in enumerate(rooms) for room in row}
 

@@ -11,7 +11,7 @@
 #include "platform/path.h"
 #include "text/dialect/converter.h"
 #include "text/dialect/finder.h"
-#include "text/text_import_settings.h"
+#include "text/import/text_import_settings.h"
 
 namespace loom {
 namespace {

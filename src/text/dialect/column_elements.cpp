@@ -10,7 +10,7 @@
 #include "platform/file.h"
 #include "platform/path.h"
 #include "text/dialect/cell_value.h"
-#include "text/parameter_navigator.h"
+#include "text/navigator/parameter_navigator.h"
 
 namespace loom::dialect {
 namespace {
