@@ -4,12 +4,11 @@
 
 #include "conversion/list_group.h"
 #include "conversion/td_record_converter.h"
+#include "conversion/td_sizes.h"
 
 namespace loom {
 namespace {
 
-constexpr std::int32_t kMaxNeighbours = 32;
-constexpr std::int32_t kTimeslots = 7;
 constexpr std::int32_t kTimeslotCount = 1333;
 constexpr std::int32_t kTimeslotLevels = 1365;  // 7 per neighbour
 

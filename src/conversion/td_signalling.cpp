@@ -8,6 +8,7 @@
 
 #include "components/decoder.h"
 #include "components/records/blocks_td.h"
+#include "conversion/td_sizes.h"
 #include "conversion/transport_channel_reader.h"
 
 namespace loom {
@@ -17,15 +18,13 @@ constexpr std::string_view kConnectionSetup = "RRC Connection Setup";
 constexpr std::string_view kBearerSetup = "Radio Bearer Setup (DL-DCCH)";
 constexpr std::string_view kBearerReconfiguration = "Radio Bearer Reconfiguration (DL-DCCH)";
 
-constexpr std::int32_t kUarfcn = 147;
-constexpr std::int32_t kCellParameterId = 140;
+constexpr std::int32_t kServingUarfcn = 147;
+constexpr std::int32_t kServingCellParameterId = 140;
 constexpr std::int32_t kNeighbourUarfcn = 1173;
 constexpr std::int32_t kNeighbourCellParameterId = 1141;
 constexpr std::int32_t kBestLevel = 500;
 constexpr std::int32_t kBestUarfcn = 148;
 constexpr std::int32_t kBestCellParameterId = 141;
-constexpr std::int32_t kLevelOffset = -116;
-constexpr std::size_t kMaxNeighbours = 32;
 
 void PutIfSelected(CRowIEWriter& writer, std::int32_t id, uniFieldValue value) {
   if (writer.IsSelected(id)) writer.Put(id, value);
@@ -202,13 +201,13 @@ void SignallingPass::WriteBestCell(const CTestdataBase& record, const StateRecor
   if (serving != nullptr && serving->pccpch_rscp != -1) {
     level = serving->pccpch_rscp == -2 ? kInvalidInt : serving->pccpch_rscp + kLevelOffset;
     const CIE_SCell_Para* kept = state.record().serving_cell;
-    uarfcn = Int(index_.Get(kUarfcn));
+    uarfcn = Int(index_.Get(kServingUarfcn));
     if (!uarfcn && kept != nullptr) uarfcn = Unmarked(kept->uarfcn);
-    cell_parameter_id = Int(index_.Get(kCellParameterId));
+    cell_parameter_id = Int(index_.Get(kServingCellParameterId));
     if (!cell_parameter_id && kept != nullptr) cell_parameter_id = Unmarked(kept->cell_parameter_id);
   }
   if (const CIE_NCell_Meas* block = record.neighbours; block != nullptr && block->count >= 0) {
-    for (std::size_t at = 0; at < std::min(block->neighbours.size(), kMaxNeighbours); ++at) {
+    for (std::size_t at = 0; at < std::min<std::size_t>(block->neighbours.size(), kMaxNeighbours); ++at) {
       const std::int32_t raw = block->neighbours[at].pccpch_rscp;
       if (raw == -1 || (level && raw + kLevelOffset <= *level)) continue;
       level = raw + kLevelOffset;

@@ -4,13 +4,12 @@
 
 #include "conversion/field_table.h"
 #include "conversion/td_record_converter.h"
+#include "conversion/td_sizes.h"
 
-// Measurements per timeslot of the serving cell. Reported levels are 116 above dBm (3GPP TS 25.123).
+// Measurements per timeslot of the serving cell.
 namespace loom {
 namespace {
 
-constexpr std::int32_t kLevelOffset = -116;
-constexpr std::int32_t kTimeslots = 7;
 constexpr std::int32_t kFirstDpchTimeslot = 2;
 
 // clang-format off

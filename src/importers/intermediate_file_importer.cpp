@@ -20,7 +20,7 @@ namespace {
 
 namespace layout = intermediate;
 
-constexpr int kExtensionLength = 4;  // ".log"
+constexpr int kSourceExtensionLength = 4;  // ".log"
 constexpr std::string_view kStreamEndsEarly = "stream of an intermediate file ends early";
 constexpr std::string_view kEntrySkipped = "stream entry skipped";
 constexpr std::string_view kIdNotHandedOver = "id of a stream not handed over";
@@ -54,7 +54,7 @@ bool Completes(const IntermediateFile& file, std::string_view kind, Work work) {
 
 CString StreamName(const CString& path, const CString& device_name) {
   const CString file_name = NameOf(path);
-  return file_name.Left(file_name.GetLength() - kExtensionLength) + '_' + device_name;
+  return file_name.Left(file_name.GetLength() - kSourceExtensionLength) + '_' + device_name;
 }
 
 void NoteName(const IntermediateFile& file, std::uint64_t position, const layout::Name& name) {

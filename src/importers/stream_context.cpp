@@ -16,7 +16,7 @@ namespace loom {
 namespace {
 
 constexpr int kHighestDevice = 8;
-constexpr int kExtensionLength = 4;  // ".log"
+constexpr int kLogExtensionLength = 4;  // ".log"
 
 // What the first record of a device says about it. A handset's number is filled into its name.
 struct DeviceName {
@@ -231,7 +231,7 @@ CString COutdoorLogImporter::FreeStreamName(const CString& name, const CString& 
 CString COutdoorLogImporter::LogTitle(const CString& path) const {
   if (test_type_ == kTestOutdoor) return TitleOf(path);
   CString title = Tail(path, path.GetLength() - g_project->GetPath().GetLength() - 1);
-  title = title.Left(title.GetLength() - kExtensionLength);
+  title = title.Left(title.GetLength() - kLogExtensionLength);
   title.Replace("\\", "_");
   title.Replace("/", "_");
   return title;

@@ -19,14 +19,14 @@
 namespace loom {
 namespace {
 
-constexpr std::size_t kNameBufferBytes = 65535;
-constexpr const char* kLogFilter = "Log(*.log)|*.log||";
+constexpr std::size_t kMergedNamesBufferBytes = 65535;
+constexpr const char* kCombineFilter = "Log(*.log)|*.log||";
 constexpr int kMergeMode = 1;
 
 constexpr std::string_view kKinds[] = {"LTE日志", "自动路测日志"};
 constexpr int kAutoTestKind = 1;
 
-enum Column { kOrder, kFileName, kPath, kType, kStart, kEnd };
+enum Column { kOrder, kLogName, kPath, kType, kStart, kEnd };
 struct ColumnLayout {
   std::string_view heading;
   ColumnAlignment alignment;
@@ -111,7 +111,7 @@ void CCombineFileDialog::ShowSelectedList() {
 
 void CCombineFileDialog::ChooseTarget() {
   UpdateData(true);
-  CFileDialog dialog(false, "log", "", CFileDialog::kOverwritePrompt, kLogFilter);
+  CFileDialog dialog(false, "log", "", CFileDialog::kOverwritePrompt, kCombineFilter);
   dialog.SetTitle("新建日志文件"_gbk);
   if (dialog.DoModal() == kIdOk) target_path_ = dialog.GetPathName();
   UpdateData(false);
@@ -131,9 +131,9 @@ void CCombineFileDialog::AddLogs() {
 }
 
 std::vector<LogInformation> CCombineFileDialog::PickLogs() {
-  CFileDialog dialog(true, "", "", CFileDialog::kAllowMultiSelect | CFileDialog::kFileMustExist, kLogFilter);
+  CFileDialog dialog(true, "", "", CFileDialog::kAllowMultiSelect | CFileDialog::kFileMustExist, kCombineFilter);
   dialog.SetTitle("选择日志文件"_gbk);
-  dialog.SetNameBufferSize(kNameBufferBytes);
+  dialog.SetNameBufferSize(kMergedNamesBufferBytes);
   for (;;) {
     if (dialog.DoModal() == kIdOk) return CheckLogs(dialog.GetPathList());
     if (!dialog.IsNameBufferTooSmall()) return {};
@@ -178,7 +178,7 @@ void CCombineFileDialog::InsertLog(const LogInformation& log) {
   }
   paths.insert(paths.begin() + at, log.path);
   list.InsertItem(at, Format("%d", at + 1), kImageLogFile);
-  list.SetItemText(at, kFileName, NameOf(log.path));
+  list.SetItemText(at, kLogName, NameOf(log.path));
   list.SetItemText(at, kPath, log.path);
   list.SetItemText(at, kType, LogTypeLabel(log.type));
   list.SetItemText(at, kStart, log.start);
@@ -212,7 +212,7 @@ void CCombineFileDialog::MoveRow(int from, int to) {
   for (int column = 0; column < list.GetColumnCount(); ++column) cells.push_back(list.GetItemText(from, column));
   list.DeleteItem(from);
   list.InsertItem(to, cells[kOrder], kImageLogFile);
-  for (int column = kFileName; column < list.GetColumnCount(); ++column)
+  for (int column = kLogName; column < list.GetColumnCount(); ++column)
     list.SetItemText(to, column, cells[static_cast<std::size_t>(column)]);
   std::vector<CString>& paths = Paths();
   std::swap(paths[static_cast<std::size_t>(from)], paths[static_cast<std::size_t>(to)]);

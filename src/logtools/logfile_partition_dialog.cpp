@@ -18,7 +18,7 @@
 namespace loom {
 namespace {
 
-constexpr const char* kLogFilter = "Log File (*.log)|*.log||";
+constexpr const char* kPartitionFilter = "Log File (*.log)|*.log||";
 constexpr const char* kLogEnding = ".log";
 
 // A time of day on the log's own day: hours beyond 24 start over.
@@ -63,7 +63,7 @@ void CLogfilePartitionDlg::Complain(const CString& text) const {
 
 void CLogfilePartitionDlg::ChooseSource() {
   UpdateData(true);
-  CFileDialog dialog(true, "", "", CFileDialog::kFileMustExist, kLogFilter);
+  CFileDialog dialog(true, "", "", CFileDialog::kFileMustExist, kPartitionFilter);
   if (dialog.DoModal() != kIdOk) return;
   const CString path = dialog.GetPathName();
   try {
@@ -117,7 +117,7 @@ void CLogfilePartitionDlg::SetRange(const TimeRange& range) {
 
 void CLogfilePartitionDlg::ChooseTarget() {
   UpdateData(true);
-  CFileDialog dialog(false, "", "", CFileDialog::kOverwritePrompt, kLogFilter);
+  CFileDialog dialog(false, "", "", CFileDialog::kOverwritePrompt, kPartitionFilter);
   if (dialog.DoModal() != kIdOk) return;
   target_path_ = picked_target_ = dialog.GetPathName();
   UpdateData(false);

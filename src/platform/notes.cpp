@@ -5,7 +5,7 @@
 namespace loom {
 namespace {
 
-Notes*& CurrentPointer() {
+Notes*& CurrentNotesPointer() {
   static Notes standing;
   static Notes* current = &standing;
   return current;
@@ -46,9 +46,9 @@ void Notes::Clear() {
   index_.clear();
 }
 
-Notes& CurrentNotes() { return *CurrentPointer(); }
+Notes& CurrentNotes() { return *CurrentNotesPointer(); }
 
-NotesScope::NotesScope(Notes& notes) : previous_(std::exchange(CurrentPointer(), &notes)) {}
-NotesScope::~NotesScope() { CurrentPointer() = previous_; }
+NotesScope::NotesScope(Notes& notes) : previous_(std::exchange(CurrentNotesPointer(), &notes)) {}
+NotesScope::~NotesScope() { CurrentNotesPointer() = previous_; }
 
 }  // namespace loom

@@ -13,14 +13,14 @@ namespace loom::testing {
 namespace {
 
 constexpr std::int64_t kSecond_ns = 1'000'000'000;
-constexpr int kRecords = 300;
+constexpr int kIndexedRecords = 300;
 
 class TimeIndexOfALog : public ::testing::Test {
  protected:
   // 300 records one second apart, every tenth of them 25 s early; an entry of the index covers about five of them.
   TimeIndexOfALog() : path_(folder_.File("a.log")), midnight_ns_(MidnightSeconds(kHeader.day) * kSecond_ns) {
     LogWriter log(path_, kHeader, 400);
-    for (int id = 1; id <= kRecords; ++id) {
+    for (int id = 1; id <= kIndexedRecords; ++id) {
       CTestdataBase record(false, 0);
       record.record_id = id;
       record.time.seconds = 1000.0 + id - (id % 10 == 0 ? 25 : 0);
@@ -72,7 +72,7 @@ TEST_F(TimeIndexOfALog, StretchesHoldAllRecordsAndOnlyThoseOfTheWindowAreRead) {
   ASSERT_TRUE(index);
   std::uint32_t count = 0;
   for (const LogStretch& stretch : index->stretches) count += stretch.record_count;
-  EXPECT_EQ(static_cast<std::uint32_t>(kRecords), count);
+  EXPECT_EQ(static_cast<std::uint32_t>(kIndexedRecords), count);
   // Damage in a stretch outside of the window is not met.
   std::string bytes = sound_;
   bytes[index->stretches[30].position_bytes + 4] = 1;
@@ -128,7 +128,7 @@ TEST_F(TimeIndexOfALog, RecordSkippedInAStretchIsNotedOnceByTheWholeReading) {
 }
 
 TEST_F(TimeIndexOfALog, ToolsAndReadersPassOverIt) {
-  EXPECT_EQ(Ids(kRecords), ReadThrough(path_).ids);
+  EXPECT_EQ(Ids(kIndexedRecords), ReadThrough(path_).ids);
   // The file size that it tells is not that of two logs in one file.
   WriteWholeFile(folder_.File("two.log"), sound_ + sound_);
   EXPECT_FALSE(LogReader(folder_.File("two.log")).ReadIndex());

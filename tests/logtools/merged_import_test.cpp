@@ -7,7 +7,7 @@
 namespace loom::testing {
 namespace {
 
-using Row = std::pair<double, std::int32_t>;  // time and IE 140
+using TimedValue = std::pair<double, std::int32_t>;  // time and IE 140
 
 class MergedImport : public ImportTest {
  protected:
@@ -17,9 +17,9 @@ class MergedImport : public ImportTest {
       records.push_back(HandsetRecord().At(time_s).With(CIE_SCell_Para{.cell_parameter_id = first_code++}));
     return WriteLog(name, records, {LogKind::kStore, 160, 1, day});
   }
-  std::vector<Row> Rows(const CString& path) const {
+  std::vector<TimedValue> Rows(const CString& path) const {
     COutdoorLogImporter importer;
-    std::vector<Row> rows;
+    std::vector<TimedValue> rows;
     ILogfile* const logfile = Import(importer, path);
     if (!logfile) return rows;
     for (IDataStream* stream : logfile->GetStreams())
@@ -36,9 +36,9 @@ TEST_F(MergedImport, GivesTheRowsOfTheSources) {
   const CString merged = folder_.File("merged.log");
   ASSERT_EQ(kMergeDone, CLogFileManager().MergeFile({friday, same_day, saturday}, merged, 1));
 
-  std::vector<Row> expected;
+  std::vector<TimedValue> expected;
   for (const CString& source : {friday, same_day, saturday}) {
-    const std::vector<Row> rows = Rows(source);
+    const std::vector<TimedValue> rows = Rows(source);
     expected.insert(expected.end(), rows.begin(), rows.end());
   }
   std::ranges::sort(expected);

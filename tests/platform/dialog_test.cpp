@@ -10,7 +10,7 @@
 #include "tests/support/scripted_user_gtest.h"
 #include "tests/support/temp_folder.h"
 
-namespace loom {
+namespace loom::dialog_test {
 namespace {
 
 enum Id { kName = 100, kCount, kBox, kTriState, kRed, kGreen, kBlue, kSmall, kList, kFree, kAsk, kNested, kGhost };
@@ -434,4 +434,4 @@ TEST(FileDialog, AddsTheDefaultExtensionToABareName) {
 }
 
 }  // namespace
-}  // namespace loom
+}  // namespace loom::dialog_test

@@ -7,7 +7,7 @@
 #include "resources/images.h"
 #include "tests/support/scripted_user_gtest.h"
 
-namespace loom {
+namespace loom::ui_controls_test {
 namespace {
 
 enum Id { kList = 100, kSingle, kTree, kBoxes, kDate, kTime, kDay, kEdit, kLow };
@@ -411,4 +411,4 @@ TEST(Edit, SelectionStaysWithinTheText) {
 }
 
 }  // namespace
-}  // namespace loom
+}  // namespace loom::ui_controls_test

@@ -10,7 +10,7 @@
 #include "tests/support/scripted_user_gtest.h"
 #include "tests/support/temp_folder.h"
 
-namespace loom {
+namespace loom::ui_sheet_test {
 namespace {
 
 enum Id { kPage1 = 1, kPage2, kPage3, kName = 100, kGo };
@@ -364,4 +364,4 @@ TEST(Resources, TemplatesAreLaidOutWithoutCollisions) {
 }
 
 }  // namespace
-}  // namespace loom
+}  // namespace loom::ui_sheet_test

@@ -16,7 +16,7 @@
 namespace loom {
 namespace {
 
-IECatalogue Catalogue() {
+IECatalogue SmallCatalogue() {
   return IECatalogue::Parse("2\t1\tRecordTime\t\tfloat\n500\t1\tPCCPCH_RSCP\tdBm\tshort\t-116\t-25\n", "ies",
                             "7\tHandover\n", "events");
 }
@@ -39,7 +39,7 @@ CProjectLogfile Log(const CString& path, std::int32_t handset_type) {
 class ProjectTest : public ::testing::Test {
  protected:
   std::unique_ptr<HostApplication> Start() {
-    return std::make_unique<HostApplication>(Catalogue(), HostOptions{{}, path_, {}});
+    return std::make_unique<HostApplication>(SmallCatalogue(), HostOptions{{}, path_, {}});
   }
   void SaveProjectWithOneLog() {
     const auto application = Start();
@@ -360,7 +360,7 @@ TEST_F(ProjectTest, AProjectLivesInTheFolderOfItsFileATemporaryOneInThatOfTheLog
     application->UseFolderOfLog("/elsewhere/a.log");
     EXPECT_EQ(g_project->GetPath(), folder);
   }
-  HostApplication temporary(Catalogue(), {});
+  HostApplication temporary(SmallCatalogue(), {});
   EXPECT_EQ(g_project->GetPath(), NativePathToGbk(std::filesystem::current_path().native()));
   temporary.UseFolderOfLog(folder_.File("sub\\..\\a.log"));
   EXPECT_EQ(g_project->GetPath(), folder);
@@ -370,11 +370,11 @@ TEST_F(ProjectTest, AProjectLivesInTheFolderOfItsFileATemporaryOneInThatOfTheLog
 TEST_F(ProjectTest, RecentLogsOfTheUserOutliveTheProject) {
   const HostOptions options{{}, {}, folder_.File("recent")};
   {
-    const HostApplication application(Catalogue(), options);
+    const HostApplication application(SmallCatalogue(), options);
     for (int number = 1; number <= 30; ++number) g_systemConfig->SetRecentLogFile(Format("/logs/%d.log", number));
     g_systemConfig->SetRecentLogFile("/logs/29.log");
   }
-  const HostApplication application(Catalogue(), options);
+  const HostApplication application(SmallCatalogue(), options);
   EXPECT_EQ(g_systemConfig->GetRecentLogFile(0), "/logs/29.log");
   EXPECT_EQ(g_systemConfig->GetRecentLogFile(1), "/logs/30.log");
   EXPECT_EQ(g_systemConfig->GetRecentLogFile(2), "/logs/28.log");

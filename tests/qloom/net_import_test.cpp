@@ -16,7 +16,7 @@ using Rows = std::vector<std::vector<std::string>>;
 
 const Rows kLte{{"MCC", "MNC", "Longitude", "Latitude", "PCI", "EARFCN", "小区名"},
                 {"460", "0", "116.5", "39.51", "301", "38950", "东站"}};
-const Rows kTd{
+const Rows kTdSheet{
     {"MCC", "MNC", "LAC", "CI", "CellName", "SiteName", "Longitude", "Latitude", "UARFCN", "CellParameterID"},
     {"460", "0", "106", "7000001", "a", "b", "116.5", "39.51", "10054", "5"}};
 
@@ -63,7 +63,7 @@ TEST_F(NetImportCommand, ReportsTheMappingAndWhatWasStored) {
 }
 
 TEST_F(NetImportCommand, GivesDistancesToTheNextLogImport) {
-  Write("td.xlsx", kTd);
+  Write("td.xlsx", kTdSheet);
   Write("lte.xlsx", kLte);
   ASSERT_EQ(0, Run("import-net td.xlsx --protocol td --data cell --project p.qlp").exit_code);
   ASSERT_EQ(0, Run("import-net lte.xlsx --protocol lte --data cell --project p.qlp").exit_code);
@@ -83,7 +83,7 @@ TEST_F(NetImportCommand, GivesDistancesToTheNextLogImport) {
 }
 
 TEST_F(NetImportCommand, AScriptPlaysThePersonInTheWizard) {
-  Write("td.xlsx", kTd);
+  Write("td.xlsx", kTdSheet);
   WriteText(folder_.native() / "steps.jsonl", R"({"choose": [9126, "TD邻区"]}
 {"press": 9001}
 {"files": ["td.xlsx"]}

@@ -12,11 +12,11 @@
 namespace loom {
 namespace {
 
-const std::map<std::string, int> kSeparatorRadios{
+const std::map<std::string, int> kExportSeparators{
     {"tab", kRadioExportTab}, {"comma", kRadioExportComma}, {"semicolon", kRadioExportSemicolon}};
 
-std::string ObjectionToSeparator(const std::string& text) {
-  if (kSeparatorRadios.contains(text) || text.size() == 1) return "";
+std::string ObjectionToExportSeparator(const std::string& text) {
+  if (kExportSeparators.contains(text) || text.size() == 1) return "";
   return "'" + text + "' is none of tab, comma, semicolon and no single character";
 }
 
@@ -55,7 +55,7 @@ void AddTextExportOptions(Command& command, TextExportOptions& options) {
       .Required();
   command.AddOption("--out", options.file, "Text file to write; without an extension it gets .txt").Required();
   command.AddOption("--separator", options.separator, "tab (default), comma, semicolon or one character")
-      .Check(ObjectionToSeparator, "SEPARATOR");
+      .Check(ObjectionToExportSeparator, "SEPARATOR");
   command.AddFlag("--no-header", options.no_header, "Leave the line with the names away");
   command.AddFlag("--units", options.units, "Units behind the names");
   command.AddFlag("--fill", options.fill, "Fill gaps with the last value before them");
@@ -70,7 +70,7 @@ TextExportAnswers TextExportAnswersFrom(const TextExportOptions& options) {
   for (const std::string& name : options.parameters) answers.parameters.push_back(Utf8ToGbk(name));
   for (const std::string& limit : options.limits) answers.limits.push_back(LimitFrom(limit));
   answers.file = AbsolutePath(options.file);
-  if (const auto radio = kSeparatorRadios.find(options.separator); radio != kSeparatorRadios.end()) {
+  if (const auto radio = kExportSeparators.find(options.separator); radio != kExportSeparators.end()) {
     answers.separator_radio = radio->second;
   } else if (!options.separator.empty()) {
     answers.separator_radio = kRadioExportCustom;

@@ -17,7 +17,7 @@ namespace loom {
 namespace {
 
 const std::map<std::string, int> kStreamTypes{{"down", 0}, {"up", 1}, {"scan", 2}};
-const std::map<std::string, int> kSeparatorRadios{
+const std::map<std::string, int> kImportSeparators{
     {"tab", kRadioTab}, {"comma", kRadioComma}, {"semicolon", kRadioSemicolon}};
 
 std::vector<std::string> TimeFormatNames() {
@@ -47,15 +47,15 @@ std::function<std::string(const std::string&)> ObjectionToColumns() {
   };
 }
 
-std::string ObjectionToSeparator(const std::string& text) {
-  if (kSeparatorRadios.contains(text)) return "";
+std::string ObjectionToImportSeparator(const std::string& text) {
+  if (kImportSeparators.contains(text)) return "";
   // One character of UTF-8; whether it can separate, the wizard says.
   const auto starts =
       std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; });
   return starts == 1 ? "" : "'" + text + "' is none of tab, comma, semicolon and no single character";
 }
 
-std::optional<CString> PathFrom(const std::string& native) {
+std::optional<CString> ConfigPathFrom(const std::string& native) {
   if (native.empty()) return std::nullopt;
   return NativeNameToGbk(native);
 }
@@ -84,7 +84,7 @@ void AddTextImportOptions(Command& command, TextImportOptions& options, const st
   add("--time-format", options.time_format, "Layout of the time column (default yyyy-mm-dd hh:nn:ss:ms)")
       .OneOf(TimeFormatNames());
   add("--" + prefix + "separator", options.separator, "tab (default), comma, semicolon or one character")
-      .Check(ObjectionToSeparator, "SEPARATOR");
+      .Check(ObjectionToImportSeparator, "SEPARATOR");
   command.AddFlag("--" + prefix + "no-header", options.no_header, "The first line is data").Excludes(config);
   add("--map", options.columns, "COLUMN=NAME, columns from 0; without it the titles of the first line decide")
       .Check(ObjectionToColumns(), "COLUMN=NAME");
@@ -94,7 +94,7 @@ void AddTextImportOptions(Command& command, TextImportOptions& options, const st
 TextImportAnswers TextImportAnswersFrom(const TextImportOptions& options, const CString& file) {
   TextImportAnswers answers;
   answers.file = file;
-  answers.config = PathFrom(options.config);
+  answers.config = ConfigPathFrom(options.config);
   if (!options.stream_name.empty()) answers.stream_name = Utf8ToGbk(options.stream_name);
   if (!options.stream_type.empty()) answers.stream_type = kStreamTypes.at(options.stream_type);
   if (!options.time_format.empty()) answers.time_format = Utf8ToGbk(options.time_format);
@@ -104,7 +104,7 @@ TextImportAnswers TextImportAnswersFrom(const TextImportOptions& options, const 
     const ColumnText column = ParseColumn(text);
     answers.columns[*column.column] = Utf8ToGbk(column.ie_name);
   }
-  answers.save_config = PathFrom(options.save_config);
+  answers.save_config = ConfigPathFrom(options.save_config);
   return answers;
 }
 
@@ -155,8 +155,8 @@ void TextImportWizardUser::FillStream(CDialog& page) const {
 }
 
 void TextImportWizardUser::FillSeparator(CDialog& page) const {
-  const auto radio = kSeparatorRadios.find(answers_.separator);
-  if (radio != kSeparatorRadios.end()) return page.UserPress(radio->second);
+  const auto radio = kImportSeparators.find(answers_.separator);
+  if (radio != kImportSeparators.end()) return page.UserPress(radio->second);
   page.UserPress(kRadioCustom);
   auto& edit = page.GetDlgItem<CEdit>(kEditCustomSeparator);
   edit.UserType(Utf8ToGbk(answers_.separator));

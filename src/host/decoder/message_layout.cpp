@@ -6,7 +6,7 @@
 namespace loom {
 namespace {
 
-std::string_view Trimmed(std::string_view text) {
+std::string_view WithoutBlanks(std::string_view text) {
   constexpr std::string_view kBlanks = " \t\r";
   const std::size_t first = text.find_first_not_of(kBlanks);
   if (first == std::string_view::npos) return {};
@@ -36,7 +36,7 @@ class MessageLayout {
 
  private:
   void AddText(std::string_view text) {
-    text = Trimmed(text);
+    text = WithoutBlanks(text);
     if (text.empty()) return;
     if (text.find("AddReconfTransChInfoList") != std::string_view::npos) list_awaits_brace_ = true;
     lines_.emplace_back(text);

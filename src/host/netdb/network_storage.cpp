@@ -17,7 +17,7 @@ struct TableRow {
   const char* table;
 };
 // clang-format off
-constexpr TableRow kTables[] = {
+constexpr TableRow kStoredTables[] = {
     {kNetRnc,            kProtocolNone,    "tbl_RNC"},
     {kNetNodeB,          kProtocolNone,    "tbl_NodeB"},
     {kNetCell,           kProtocolTdScdma, "tbl_Cell"},
@@ -63,7 +63,7 @@ NetworkValue AsItComes(const NetValue& value) {
   return {};
 }
 
-NetworkValue AsText(const NetValue& value) {
+NetworkValue TextOf(const NetValue& value) {
   if (const auto* const flag = std::get_if<bool>(&value)) return CString(*flag ? "TRUE" : "FALSE");
   if (const auto* const number = std::get_if<double>(&value)) {
     if (const auto whole = WholeOf(*number)) return CString(std::to_string(*whole));
@@ -84,7 +84,7 @@ std::optional<double> NumberOf(const NetValue& value) {
 }  // namespace
 
 CString TableOf(NetDataType data_type, ProtocolTypeEnum protocol) {
-  for (const TableRow& row : kTables) {
+  for (const TableRow& row : kStoredTables) {
     if (row.data_type == data_type && (row.protocol == kProtocolNone || row.protocol == protocol)) return row.table;
   }
   throw Error("no table holds data of the kind " + std::to_string(data_type) + " under the protocol " +
@@ -93,7 +93,7 @@ CString TableOf(NetDataType data_type, ProtocolTypeEnum protocol) {
 
 NetworkValue StoredValue(const NetValue& value, const CString& attribute, std::string& mended) {
   if (std::holds_alternative<std::monostate>(value)) return {};
-  if (attribute == kAttributeText) return AsText(value);
+  if (attribute == kAttributeText) return TextOf(value);
   if (attribute != kAttributeInteger && attribute != kAttributeReal) return AsItComes(value);
   const auto number = NumberOf(value);
   if (!number || !std::isfinite(*number)) {

@@ -5,7 +5,7 @@
 namespace loom {
 namespace {
 
-constexpr const char* kTables = R"(
+constexpr const char* kCreateTables = R"(
 CREATE TABLE logs(id INTEGER PRIMARY KEY, name TEXT NOT NULL, path TEXT NOT NULL UNIQUE,
                   handset_type INTEGER NOT NULL);
 CREATE TABLE log_streams(log INTEGER NOT NULL REFERENCES logs, name TEXT NOT NULL, type TEXT NOT NULL,
@@ -202,7 +202,7 @@ std::list<CProjectTxtFile> ReadTextFiles(Database& database) {
 
 }  // namespace
 
-void CreateProjectTables(Database& database) { database.Execute(kTables); }
+void CreateProjectTables(Database& database) { database.Execute(kCreateTables); }
 
 ProjectContent ReadProjectContent(Database& database) {
   ProjectContent content;

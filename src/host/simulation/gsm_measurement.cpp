@@ -6,7 +6,7 @@
 namespace loom::simulation {
 namespace {
 
-constexpr double kFading_db = 2.0;
+constexpr double kGsmFading_db = 2.0;
 
 // RXLEV of 3GPP TS 45.008: 0 to 63 over -110 dBm.
 std::uint8_t RxLev(double level_dbm) {
@@ -17,7 +17,7 @@ std::uint8_t RxLev(double level_dbm) {
 
 void GsmMeasurement::FillServing(const Findings& findings, Random& random) {
   const Cell& cell = *findings.serving;
-  const double level_dbm = findings.level_dbm + random.Spread() * kFading_db;
+  const double level_dbm = findings.level_dbm + random.Spread() * kGsmFading_db;
   cell_ = {};
   cell_.ie142 = 460;
   cell_.ie143 = 0;
@@ -49,7 +49,7 @@ void GsmMeasurement::FillNeighbours(const Findings& findings, Random& random) {
   for (const CellLevel& level : findings.levels) {
     if (level.cell == findings.serving || count == neighbours_.size()) continue;
     GsmNeighbour& neighbour = neighbours_[count++] = {};
-    const double level_dbm = std::max(level.level_dbm + random.Spread() * kFading_db, -110.0);
+    const double level_dbm = std::max(level.level_dbm + random.Spread() * kGsmFading_db, -110.0);
     neighbour.bcch = static_cast<std::uint16_t>(level.cell->channel);
     neighbour.bsic = static_cast<std::uint8_t>(level.cell->code);
     neighbour.ci = static_cast<std::uint16_t>(level.cell->ci);

@@ -6,7 +6,7 @@
 namespace loom::simulation {
 namespace {
 
-constexpr double kFading_db = 1.5;
+constexpr double kLteFading_db = 1.5;
 
 // A signed value in a 16-bit field.
 std::uint16_t Short(double value) { return static_cast<std::uint16_t>(static_cast<std::int16_t>(std::lround(value))); }
@@ -56,8 +56,8 @@ LteServingCell LteMeasurement::ServingCell(const Findings& findings) {
 void LteMeasurement::FillMeasurements(const Findings& findings, Random& random) {
   LteMeasBlock& block = measurements_ = {};
   block.serving = ServingCell(findings);
-  const double level_dbm = Rsrp(findings.level_dbm + random.Spread() * kFading_db);
-  const double second_dbm = Rsrp(findings.level_dbm + random.Spread() * kFading_db);
+  const double level_dbm = Rsrp(findings.level_dbm + random.Spread() * kLteFading_db);
+  const double second_dbm = Rsrp(findings.level_dbm + random.Spread() * kLteFading_db);
   block.meas24 = LteMeas24{
       Short(level_dbm),       Short(second_dbm), Short(Rsrq(level_dbm)), Short(Rsrq(second_dbm)), Short(level_dbm + 24),
       Short(second_dbm + 24), Short(10)};
@@ -73,7 +73,7 @@ void LteMeasurement::FillMeasurements(const Findings& findings, Random& random) 
   std::size_t count = 0;
   for (const CellLevel& level : findings.levels) {
     if (level.cell == findings.serving || count == neighbours_.size()) continue;
-    const double neighbour_dbm = Rsrp(level.level_dbm + random.Spread() * kFading_db);
+    const double neighbour_dbm = Rsrp(level.level_dbm + random.Spread() * kLteFading_db);
     neighbours_[count++] = {static_cast<std::uint16_t>(level.cell->channel),
                             static_cast<std::uint16_t>(level.cell->code),
                             Byte(neighbour_dbm + 141),
@@ -101,7 +101,7 @@ void LteMeasurement::FillSignalling(const Findings& findings, Random& random) {
   LteSignalBlock& block = signalling_ = {};
   block.serving = ServingCell(findings);
   LteSignalFields fields;
-  const double level_dbm = Rsrp(findings.level_dbm + random.Spread() * kFading_db);
+  const double level_dbm = Rsrp(findings.level_dbm + random.Spread() * kLteFading_db);
   fields.ie33365 = Short(Rsrq(level_dbm));
   fields.ie33366 = 20;
   fields.ie33367 = Short(level_dbm + 24);

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::int8_t kScanType = 2;
 constexpr std::uint64_t kSpectrumEvery = 10;
-constexpr double kFading_db = 1.0;
+constexpr double kScannerFading_db = 1.0;
 constexpr std::uint32_t kCarrierRaster_hz = 200'000;
 
 std::uint32_t Hertz(const Cell& cell) { return static_cast<std::uint32_t>(cell.channel) * kCarrierRaster_hz; }
@@ -24,7 +24,7 @@ void Scanner::PutCarriers(const Moment& moment, std::span<const CellLevel> td, R
   const std::size_t dwpch_count = std::min(dwpch_.size(), td.size());
   for (std::size_t i = 0; i < pccpch_count; ++i) {
     const Cell& cell = *td[i].cell;
-    const auto rscp = static_cast<float>(td[i].level_dbm + random_.Spread() * kFading_db);
+    const auto rscp = static_cast<float>(td[i].level_dbm + random_.Spread() * kScannerFading_db);
     pccpch_[i] = {Hertz(cell),  static_cast<std::uint8_t>(cell.code),
                   rscp + 55.0f, static_cast<std::uint32_t>(20 - i),
                   rscp + 95.0f, -98.0f,
@@ -87,7 +87,7 @@ void Scanner::PutCells(const Moment& moment, std::span<const CellLevel> td, Reco
 void Scanner::PutLte(const Moment& moment, std::span<const CellLevel> lte, RecordSink& sink) {
   const std::size_t count = std::min(lte_.size(), lte.size());
   for (std::size_t i = 0; i < count; ++i) {
-    const auto level = static_cast<float>(lte[i].level_dbm + random_.Spread() * kFading_db);
+    const auto level = static_cast<float>(lte[i].level_dbm + random_.Spread() * kScannerFading_db);
     lte_[i] = {lte[i].cell->channel,
                static_cast<std::uint16_t>(lte[i].cell->code),
                level,

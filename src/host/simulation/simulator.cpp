@@ -21,7 +21,7 @@ namespace {
 using namespace simulation;
 
 constexpr double kStart_s = 9.5 * 3600.0;
-constexpr double kDay_s = 86'400.0;
+constexpr double kDayLength_s = 86'400.0;
 constexpr double kLongest_min = 10'000.0 * 60.0;
 constexpr std::size_t kMostHandsets = 8;
 constexpr std::int32_t kMergedVersion = 600;
@@ -111,7 +111,7 @@ class Drive {
   Moment MomentOf(std::size_t step) const {
     const RoutePoint& point = route_[step];
     const bool next_day = options_.header.version >= kMergedVersion && step >= route_.size() / 2;
-    return {kStart_s + (next_day ? kDay_s : 0.0) + static_cast<double>(step) * options_.interval_s,
+    return {kStart_s + (next_day ? kDayLength_s : 0.0) + static_cast<double>(step) * options_.interval_s,
             ToDegrees(point.reported), point.has_position};
   }
 

@@ -6,10 +6,10 @@
 namespace loom::simulation {
 namespace {
 
-constexpr double kFading_db = 1.5;
+constexpr double kTdFading_db = 1.5;
 constexpr int kUplinkTimeslots = 3;  // 1 to 3 up, the others down
 
-std::int8_t Byte(double value) { return static_cast<std::int8_t>(std::clamp(std::lround(value), 0L, 126L)); }
+std::int8_t SignedByte(double value) { return static_cast<std::int8_t>(std::clamp(std::lround(value), 0L, 126L)); }
 
 }  // namespace
 
@@ -43,7 +43,7 @@ void TdMeasurement::FillServing(const Findings& findings, Random& random) {
 
 void TdMeasurement::FillTimeslots(const Findings& findings, Random& random) {
   timeslots_ = {};
-  timeslots_.pccpch_rscp = ReportedRscp(findings.level_dbm + random.Spread() * kFading_db);
+  timeslots_.pccpch_rscp = ReportedRscp(findings.level_dbm + random.Spread() * kTdFading_db);
   timeslots_.ie498 = static_cast<std::uint8_t>(std::clamp(33.0 - findings.level_dbm, 46.0, 158.0));
   timeslots_.ie508 = static_cast<std::int32_t>(random.Below(64));
   timeslots_.ie510 = static_cast<std::int32_t>(findings.count % 4096);  // system frame number
@@ -53,13 +53,13 @@ void TdMeasurement::FillTimeslots(const Findings& findings, Random& random) {
   timeslots_.timeslot_iscp_count = static_cast<std::int8_t>(iscp_.size());
   if (!findings.in_call) return;
   for (std::size_t i = 0; i < 2; ++i)
-    rscp_[i] = {static_cast<std::int8_t>(4 + i), ReportedRscp(findings.level_dbm - 3.0 + random.Spread() * kFading_db)};
+    rscp_[i] = {static_cast<std::int8_t>(4 + i), ReportedRscp(findings.level_dbm - 3.0 + random.Spread() * kTdFading_db)};
   timeslots_.timeslot_rscp = std::span(rscp_).first(2);
   timeslots_.timeslot_rscp_count = 2;
   timeslots_.ie501 = static_cast<std::int16_t>(100 + random.Below(60));
   timeslots_.timeslot = 2;
-  timeslots_.ie502 = Byte(71.0 + std::clamp(-findings.level_dbm - 85.0, -30.0, 24.0));  // transmitted power
-  timeslots_.ie503 = Byte(46.0 + random.Spread() * 6.0);
+  timeslots_.ie502 = SignedByte(71.0 + std::clamp(-findings.level_dbm - 85.0, -30.0, 24.0));  // transmitted power
+  timeslots_.ie503 = SignedByte(46.0 + random.Spread() * 6.0);
 }
 
 void TdMeasurement::FillNeighbours(const Findings& findings, Random& random) {
@@ -67,12 +67,12 @@ void TdMeasurement::FillNeighbours(const Findings& findings, Random& random) {
   for (const CellLevel& level : findings.levels) {
     if (level.cell == findings.serving || count == neighbours_.size()) continue;
     TdNeighbour& neighbour = neighbours_[count++] = {};
-    const double level_dbm = level.level_dbm + random.Spread() * kFading_db;
+    const double level_dbm = level.level_dbm + random.Spread() * kTdFading_db;
     neighbour.cell_parameter_id = static_cast<std::int8_t>(level.cell->code);
     neighbour.uarfcn = level.cell->channel;
     neighbour.pccpch_rscp = ReportedRscp(level_dbm);
     neighbour.ie1237 = static_cast<std::uint8_t>(std::clamp(33.0 - level_dbm, 46.0, 158.0));
-    neighbour.ie1109 = Byte(level_dbm + 3.0 + 101.0);
+    neighbour.ie1109 = SignedByte(level_dbm + 3.0 + 101.0);
     neighbour.timeslot_count = 2;
     neighbour.timeslot_iscp.entries[0] = {0, ReportedRscp(-104.0 + random.Spread() * 3.0)};
     neighbour.timeslot_iscp.entries[1] = {4, ReportedRscp(-106.0 + random.Spread() * 3.0)};

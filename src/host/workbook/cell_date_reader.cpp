@@ -13,7 +13,7 @@ namespace {
 constexpr double kFalseLeapDay = 60;  // 1900-02-29
 constexpr double kDaysTo1904 = 1462;  // from 1899-12-30
 constexpr double kDaysToYear10000 = 2958466;
-constexpr double kSecondsPerDay = 86400;
+constexpr double kSerialDay_s = 86400;
 
 // Position behind what does not show a part of a date at `at`: a quoted or escaped text, a padding, a bracket.
 std::size_t SkipLiteral(std::string_view code, std::size_t at) {
@@ -36,7 +36,7 @@ std::optional<double> TimeOfDay(std::string_view text) {
     parts[at] = *value;
     if (colon == std::string_view::npos) {
       if (at == 0 || parts[0] >= 24 || parts[1] >= 60 || parts[2] >= 60) return std::nullopt;
-      return (parts[0] * 3600 + parts[1] * 60 + parts[2]) / kSecondsPerDay;
+      return (parts[0] * 3600 + parts[1] * 60 + parts[2]) / kSerialDay_s;
     }
     text.remove_prefix(colon + 1);
   }

@@ -25,11 +25,11 @@ struct VerticalAlign {
 constexpr VerticalAlign kVerticalAligns[] = {
     {-4160, "top"}, {-4108, "center"}, {-4107, "bottom"}, {-4130, "justify"}, {-4117, "distributed"}};
 
-std::string Relation(const std::string& id, const std::string& kind, const std::string& target) {
+std::string RelationXml(const std::string& id, const std::string& kind, const std::string& target) {
   return "<Relationship Id=\"" + id + "\" Type=\"" + kRelations + "/" + kind + "\" Target=\"" + target + "\"/>";
 }
 
-std::string Relations(const std::string& content) {
+std::string RelationsXml(const std::string& content) {
   return kXml + "<Relationships xmlns=\"" + kPackage + "relationships\">" + content + "</Relationships>";
 }
 
@@ -87,7 +87,7 @@ std::string ContentTypesXml(std::size_t sheets) {
   return xml + "</Types>";
 }
 
-std::string PackageRelationsXml() { return Relations(Relation("rId1", "officeDocument", "xl/workbook.xml")); }
+std::string PackageRelationsXml() { return RelationsXml(RelationXml("rId1", "officeDocument", "xl/workbook.xml")); }
 
 std::string WorkbookXml(const std::vector<CString>& names, std::size_t active) {
   std::string xml = kXml + "<workbook xmlns=\"" + kMain + "\" xmlns:r=\"" + kRelations +
@@ -105,9 +105,9 @@ std::string WorkbookRelationsXml(std::size_t sheets) {
   std::string content;
   for (std::size_t number = 1; number <= sheets; ++number) {
     content +=
-        Relation("rId" + std::to_string(number), "worksheet", "worksheets/sheet" + std::to_string(number) + ".xml");
+        RelationXml("rId" + std::to_string(number), "worksheet", "worksheets/sheet" + std::to_string(number) + ".xml");
   }
-  return Relations(content + Relation("rId" + std::to_string(sheets + 1), "styles", "styles.xml"));
+  return RelationsXml(content + RelationXml("rId" + std::to_string(sheets + 1), "styles", "styles.xml"));
 }
 
 std::string StylesXml(const std::vector<CellStyle>& styles) {

@@ -14,11 +14,11 @@ constexpr std::size_t kMostSheets = 10'000;
 constexpr std::size_t kMostRelations = 100'000;
 constexpr std::size_t kTextBlock_bytes = 256 * 1024;
 
-struct Relation {
+struct Part {
   std::string type;  // its last word: "worksheet", "sharedStrings" ...
   std::string part;
 };
-using Relations = std::map<std::string, Relation, std::less<>>;
+using PartsById = std::map<std::string, Part, std::less<>>;
 
 std::string FolderOfPart(std::string_view part) {
   const std::size_t slash = part.rfind('/');
@@ -52,17 +52,17 @@ class RelationsHandler final : public XmlPartHandler {
     if (name != "Relationship" || attributes.Get("TargetMode") == "External") return;
     if (relations.size() == kMostRelations) throw FileError(archive_.path(), 0, "has too many relationships");
     const std::string_view type = attributes.Get("Type");
-    relations.try_emplace(std::string(attributes.Get("Id")), Relation{std::string(type.substr(type.rfind('/') + 1)),
-                                                                      ResolvedPart(folder_, attributes.Get("Target"))});
+    relations.try_emplace(std::string(attributes.Get("Id")), Part{std::string(type.substr(type.rfind('/') + 1)),
+                                                                  ResolvedPart(folder_, attributes.Get("Target"))});
   }
-  Relations relations;
+  PartsById relations;
 
  private:
   const ZipReader& archive_;
   std::string folder_;
 };
 
-Relations ReadRelations(const ZipReader& archive, const std::string& part) {
+PartsById ReadRelations(const ZipReader& archive, const std::string& part) {
   const std::string folder = FolderOfPart(part);
   const std::string relations_part = folder + "_rels/" + part.substr(folder.size()) + ".rels";
   RelationsHandler handler(archive, folder);
@@ -71,7 +71,7 @@ Relations ReadRelations(const ZipReader& archive, const std::string& part) {
   return std::move(handler.relations);
 }
 
-const Relation* FindByType(const Relations& relations, std::string_view type) {
+const Part* FindByType(const PartsById& relations, std::string_view type) {
   for (const auto& [id, relation] : relations) {
     if (relation.type == type) return &relation;
   }
@@ -80,7 +80,7 @@ const Relation* FindByType(const Relations& relations, std::string_view type) {
 
 class WorkbookHandler final : public XmlPartHandler {
  public:
-  WorkbookHandler(const ZipReader& archive, const Relations& relations) : archive_(archive), relations_(relations) {}
+  WorkbookHandler(const ZipReader& archive, const PartsById& relations) : archive_(archive), relations_(relations) {}
 
   void OnStart(std::string_view name, const XmlAttributes& attributes, int depth) override {
     if (depth == 2 && name == "workbookPr") parts.from_1904 = attributes.IsOn("date1904");
@@ -99,7 +99,7 @@ class WorkbookHandler final : public XmlPartHandler {
   }
 
   const ZipReader& archive_;
-  const Relations& relations_;
+  const PartsById& relations_;
 };
 
 class StylesHandler final : public XmlPartHandler {
@@ -130,17 +130,16 @@ class StylesHandler final : public XmlPartHandler {
 }  // namespace
 
 XlsxParts ReadXlsxParts(const ZipReader& archive) {
-  const Relations package = ReadRelations(archive, "");
-  const Relation* const document = FindByType(package, "officeDocument");
+  const PartsById package = ReadRelations(archive, "");
+  const Part* const document = FindByType(package, "officeDocument");
   const std::string workbook = document != nullptr ? document->part : "xl/workbook.xml";
   if (!archive.Has(workbook)) throw FileError(archive.path(), 0, "is a zip archive, but no workbook");
   if (workbook.ends_with(".bin")) throw FileError(archive.path(), 0, "is a binary workbook, which is not read");
-  const Relations relations = ReadRelations(archive, workbook);
+  const PartsById relations = ReadRelations(archive, workbook);
   WorkbookHandler handler(archive, relations);
   XmlPartReader(archive.Open(workbook), handler).ReadAll();
-  if (const Relation* const strings = FindByType(relations, "sharedStrings"))
-    handler.parts.shared_strings = strings->part;
-  if (const Relation* const styles = FindByType(relations, "styles")) handler.parts.styles = styles->part;
+  if (const Part* const strings = FindByType(relations, "sharedStrings")) handler.parts.shared_strings = strings->part;
+  if (const Part* const styles = FindByType(relations, "styles")) handler.parts.styles = styles->part;
   return std::move(handler.parts);
 }
 

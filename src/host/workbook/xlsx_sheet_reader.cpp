@@ -1,5 +1,6 @@
 #include "host/workbook/xlsx_sheet_reader.h"
 
+#include "host/workbook/cell_address.h"
 #include "host/workbook/cell_date_reader.h"
 #include "platform/number.h"
 
@@ -25,13 +26,6 @@ std::optional<std::uint32_t> ColumnOf(std::string_view reference) {
   }
   if (column == 0) return std::nullopt;
   return column - 1;
-}
-
-std::string ColumnLetters(std::uint32_t column) {
-  std::string letters;
-  for (std::uint32_t left = column + 1; left > 0; left = (left - 1) / 26)
-    letters.insert(letters.begin(), static_cast<char>('A' + (left - 1) % 26));
-  return letters;
 }
 
 std::string_view Trimmed(std::string_view text) {

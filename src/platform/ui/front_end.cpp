@@ -49,7 +49,7 @@ CString& HostCaptionStorage() {
   return caption;
 }
 
-FrontEnd*& CurrentPointer() {
+FrontEnd*& CurrentFrontEndPointer() {
   static FrontEnd* current = nullptr;
   return current;
 }
@@ -132,9 +132,9 @@ void SetHostCaption(const CString& caption) { HostCaptionStorage() = caption; }
 
 FrontEnd& CurrentFrontEnd() {
   static AbsentFrontEnd absent;
-  return CurrentPointer() ? *CurrentPointer() : absent;
+  return CurrentFrontEndPointer() ? *CurrentFrontEndPointer() : absent;
 }
 
-FrontEnd* SetFrontEnd(FrontEnd* front_end) { return std::exchange(CurrentPointer(), front_end); }
+FrontEnd* SetFrontEnd(FrontEnd* front_end) { return std::exchange(CurrentFrontEndPointer(), front_end); }
 
 }  // namespace loom

@@ -8,11 +8,11 @@
 namespace loom {
 namespace {
 
-std::string Quoted(const CString& text) { return "'" + GbkToUtf8(text) + "'"; }
+std::string InQuotes(const CString& text) { return "'" + GbkToUtf8(text) + "'"; }
 
 std::string ListText(const std::vector<CString>& texts) {
   std::string list;
-  for (const CString& text : texts) list += (list.empty() ? "" : ", ") + Quoted(text);
+  for (const CString& text : texts) list += (list.empty() ? "" : ", ") + InQuotes(text);
   return "[" + list + "]";
 }
 
@@ -38,7 +38,7 @@ std::string RowsText(const std::vector<std::vector<CString>>& rows) {
 template <class Tree>
 HTREEITEM FindItem(const Tree& tree, const CString& path) {
   const HTREEITEM item = tree.FindPath(path);
-  if (!item) throw UiRefused("the tree " + std::to_string(tree.GetDlgCtrlID()) + " has no item " + Quoted(path));
+  if (!item) throw UiRefused("the tree " + std::to_string(tree.GetDlgCtrlID()) + " has no item " + InQuotes(path));
   return item;
 }
 
@@ -54,7 +54,7 @@ ScriptedUser& ScriptedUser::Expect(int dialog_id) {
 }
 
 ScriptedUser& ScriptedUser::ExpectMessage(const CString& text, std::optional<MessageIcon> icon) {
-  return Add({.kind = StepKind::kMessage, .description = "message " + Quoted(text), .text = text, .icon = icon});
+  return Add({.kind = StepKind::kMessage, .description = "message " + InQuotes(text), .text = text, .icon = icon});
 }
 
 ScriptedUser& ScriptedUser::Answer(MessageAnswer answer) {
@@ -110,7 +110,7 @@ ScriptedUser& ScriptedUser::CheckState(int id, int state) {
 }
 
 ScriptedUser& ScriptedUser::Type(int id, const CString& text) {
-  return Do("type " + Quoted(text) + " into " + std::to_string(id), [=](CDialog& dialog) {
+  return Do("type " + InQuotes(text) + " into " + std::to_string(id), [=](CDialog& dialog) {
     if (auto* const combo = dynamic_cast<CComboBox*>(dialog.FindItem(id)))
       combo->UserType(text);
     else
@@ -119,7 +119,7 @@ ScriptedUser& ScriptedUser::Type(int id, const CString& text) {
 }
 
 ScriptedUser& ScriptedUser::Choose(int id, const CString& entry) {
-  return Do("choose " + Quoted(entry) + " in " + std::to_string(id),
+  return Do("choose " + InQuotes(entry) + " in " + std::to_string(id),
             [=](CDialog& dialog) { ItemFor<CComboBox>(dialog, id, "combo box").UserChoose(entry); });
 }
 
@@ -140,14 +140,14 @@ ScriptedUser& ScriptedUser::See(const std::string& what, std::function<std::stri
 ScriptedUser& ScriptedUser::SeeTitle(const CString& title) {
   return See(
       "the title",
-      [](CDialog& dialog) { return Quoted(dialog.GetSheet() ? dialog.GetSheet()->GetTitle() : dialog.GetTitle()); },
-      Quoted(title));
+      [](CDialog& dialog) { return InQuotes(dialog.GetSheet() ? dialog.GetSheet()->GetTitle() : dialog.GetTitle()); },
+      InQuotes(title));
 }
 
 ScriptedUser& ScriptedUser::SeeText(int id, const CString& text) {
   return See(
       "the text of " + std::to_string(id),
-      [id](CDialog& dialog) { return Quoted(ItemFor<CWnd>(dialog, id, "control").GetWindowText()); }, Quoted(text));
+      [id](CDialog& dialog) { return InQuotes(ItemFor<CWnd>(dialog, id, "control").GetWindowText()); }, InQuotes(text));
 }
 
 ScriptedUser& ScriptedUser::SeeChecked(int id, int state) {
@@ -212,21 +212,21 @@ ScriptedUser& ScriptedUser::SelectItems(int tree_id, const std::vector<CString>&
 }
 
 ScriptedUser& ScriptedUser::DoubleClickItem(int tree_id, const CString& path, TreeHitPart part) {
-  return Do("double-click " + Quoted(path) + " in " + std::to_string(tree_id), [=](CDialog& dialog) {
+  return Do("double-click " + InQuotes(path) + " in " + std::to_string(tree_id), [=](CDialog& dialog) {
     auto& tree = ItemFor<CTreeCtrl>(dialog, tree_id, "tree");
     tree.UserDoubleClick(FindItem(tree, path), part);
   });
 }
 
 ScriptedUser& ScriptedUser::Tick(int tree_id, const CString& path, bool ticked) {
-  return Do((ticked ? "tick " : "clear ") + Quoted(path) + " in " + std::to_string(tree_id), [=](CDialog& dialog) {
+  return Do((ticked ? "tick " : "clear ") + InQuotes(path) + " in " + std::to_string(tree_id), [=](CDialog& dialog) {
     auto& tree = ItemFor<CMutiTreeCtrl>(dialog, tree_id, "tree with boxes");
     tree.UserTick(FindItem(tree, path), ticked);
   });
 }
 
 ScriptedUser& ScriptedUser::Expand(int tree_id, const CString& path, bool expanded) {
-  return Do((expanded ? "open " : "close ") + Quoted(path) + " in " + std::to_string(tree_id), [=](CDialog& dialog) {
+  return Do((expanded ? "open " : "close ") + InQuotes(path) + " in " + std::to_string(tree_id), [=](CDialog& dialog) {
     auto& tree = ItemFor<CTreeCtrl>(dialog, tree_id, "tree");
     tree.UserExpand(FindItem(tree, path), expanded);
   });
@@ -278,7 +278,7 @@ ScriptedUser& ScriptedUser::SeeTicked(int tree_id, const CString& path, TreeChec
     const auto& tree = ItemFor<CMutiTreeCtrl>(dialog, tree_id, "tree with boxes");
     return std::to_string(tree.GetCheck(FindItem(tree, path)));
   };
-  return See("the box of " + Quoted(path), seen, std::to_string(check));
+  return See("the box of " + InQuotes(path), seen, std::to_string(check));
 }
 
 ScriptedUser& ScriptedUser::SeePage(int page_id) {

@@ -21,7 +21,7 @@ constexpr const char* kAlwaysWritten[] = {"RecordTime", "Longitude", "Latitude"}
 
 constexpr int kMinimumColumn = 1;
 constexpr int kMaximumColumn = 2;
-constexpr int kColumns = 3;
+constexpr int kListColumns = 3;
 constexpr int kLimitDecimals = 2;
 
 bool IsOffered(const NavigatorItem& item) {
@@ -159,11 +159,11 @@ void CTextExportWizPage2::RemoveAll() {
 
 void CTextExportWizPage2::MoveRow(int from, int to) {
   CListCtrl& list = List();
-  CString cells[kColumns];
-  for (int column = 0; column < kColumns; ++column) cells[column] = list.GetItemText(from, column);
+  CString cells[kListColumns];
+  for (int column = 0; column < kListColumns; ++column) cells[column] = list.GetItemText(from, column);
   list.DeleteItem(from);
   list.InsertItem(to, cells[0]);
-  for (int column = 1; column < kColumns; ++column) list.SetItemText(to, column, cells[column]);
+  for (int column = 1; column < kListColumns; ++column) list.SetItemText(to, column, cells[column]);
   list.SetItemSelected(to, true);
 }
 

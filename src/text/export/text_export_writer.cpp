@@ -29,7 +29,7 @@ constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::string_view kBlank = " ";
 constexpr std::string_view kInvalid = "-255";
 constexpr int kDateAndTime = 127;  // of CDTTime::ToString
-constexpr std::size_t kBlockBytes = 64 * 1024;
+constexpr std::size_t kWrittenBlockBytes = 64 * 1024;
 
 void InsertInFront(std::vector<CString>& names, const char* name) { names.insert(names.begin(), name); }
 
@@ -99,7 +99,7 @@ class StreamTextWriter {
     for (bool last_is_written = false; !(cursor_->IsLastRow() && last_is_written); cursor_->Move(1)) {
       AppendRow();
       last_is_written = cursor_->IsLastRow();
-      if (text_.size() < kBlockBytes) continue;
+      if (text_.size() < kWrittenBlockBytes) continue;
       file_.Write(text_.view());
       text_.Clear();
     }

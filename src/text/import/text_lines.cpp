@@ -7,7 +7,7 @@
 namespace loom {
 namespace {
 
-constexpr std::size_t kBlockBytes = 256 * 1024;
+constexpr std::size_t kReadBlockBytes = 256 * 1024;
 
 }  // namespace
 
@@ -40,8 +40,8 @@ bool TextLines::Fill() {
   const std::uint64_t left = file_.Size() - read_;
   if (left == 0) return false;
   const std::size_t begun = end_ - at_;
-  if (capacity_ < begun + kBlockBytes) {
-    capacity_ = std::max(2 * capacity_, begun + kBlockBytes);
+  if (capacity_ < begun + kReadBlockBytes) {
+    capacity_ = std::max(2 * capacity_, begun + kReadBlockBytes);
     auto larger = std::make_unique<char[]>(capacity_ + kReadableBehind);
     if (begun > 0) std::memcpy(larger.get(), buffer_.get() + at_, begun);
     buffer_ = std::move(larger);

@@ -25,7 +25,7 @@ constexpr TypeName kTypeNames[] = {
 };
 // clang-format on
 
-constexpr const char* kFileName = "Navigator.xml";
+constexpr const char* kNavigatorFile = "Navigator.xml";
 constexpr const char* kGsm = "GSM";
 constexpr const char* kLte = "LTE";
 
@@ -80,12 +80,12 @@ NavigatorType NavigatorTypeOf(const CString& attribute) {
 CString NavigatorPathOf(const CString& executable) {
   const CString folder = FolderOf(executable);
   const CString separator = folder.IsEmpty() ? CString("/") : folder.Right(1);
-  return WithoutLastName(WithoutLastName(executable)) + separator + "Config" + separator + kFileName;
+  return WithoutLastName(WithoutLastName(executable)) + separator + "Config" + separator + kNavigatorFile;
 }
 
 CString NavigatorPath() {
   const CString chosen = GetChosenConfigFolder();
-  return chosen.IsEmpty() ? NavigatorPathOf(GetModuleFileName()) : JoinPath(chosen, kFileName);
+  return chosen.IsEmpty() ? NavigatorPathOf(GetModuleFileName()) : JoinPath(chosen, kNavigatorFile);
 }
 
 bool LoadNavigator(CMarkupMSXML& navigator) {

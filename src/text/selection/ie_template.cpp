@@ -7,7 +7,7 @@ namespace loom {
 namespace {
 
 constexpr const char* kDocumentElement = "IMPSETTING";
-constexpr const char* kEntry = "IE";
+constexpr const char* kEntryElement = "IE";
 constexpr const char* kName = "name";
 
 }  // namespace
@@ -25,7 +25,7 @@ std::optional<IeTemplate> ReadIeTemplate(const CString& path, std::string& error
     return std::nullopt;
   }
   IeTemplate content;
-  for (MarkupElement entry = root.FirstChild(kEntry); entry; entry = entry.NextSibling(kEntry)) {
+  for (MarkupElement entry = root.FirstChild(kEntryElement); entry; entry = entry.NextSibling(kEntryElement)) {
     content[entry.GetText()] = entry.GetAttribute(kName);
   }
   return content;
@@ -34,7 +34,7 @@ std::optional<IeTemplate> ReadIeTemplate(const CString& path, std::string& error
 bool WriteIeTemplate(const CString& path, const IeTemplate& content, std::string& error) {
   CMarkupMSXML document;
   MarkupElement root = document.Create(kDocumentElement);
-  for (const auto& [text, ie_name] : content) root.AddChild(kEntry, text).SetAttribute(kName, ie_name);
+  for (const auto& [text, ie_name] : content) root.AddChild(kEntryElement, text).SetAttribute(kName, ie_name);
   if (document.Save(path)) return true;
   error = document.GetError();
   return false;

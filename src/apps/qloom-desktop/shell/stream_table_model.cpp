@@ -14,7 +14,7 @@ namespace {
 enum LeadingColumn { kRowNumber, kTime, kTdRow, kGsmRow };
 
 template <class Number>
-QString NumberText(Number number) {
+QString NumberCell(Number number) {
   char digits[40];
   const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
   return QString::fromLatin1(digits, end - digits);
@@ -29,11 +29,11 @@ QString ValueText(const CMemDataRow& row, int ie_id, uniFieldValue value) {
     case kFieldText:
       return ToQt(CString(row.GetText(value.text)));
     case kFieldShort:
-      return NumberText(static_cast<std::int16_t>(value.short_value));
+      return NumberCell(static_cast<std::int16_t>(value.short_value));
     case kFieldFloat:
-      return NumberText(value.float_value);
+      return NumberCell(value.float_value);
     default:
-      return NumberText(value.int_value);
+      return NumberCell(value.int_value);
   }
 }
 
@@ -82,13 +82,13 @@ QString StreamTableModel::Cell(const Place& place, int column) const {
   }
   switch (column) {
     case kRowNumber:
-      return NumberText(place.number);
+      return NumberCell(place.number);
     case kTime:
       return TimeText(place.row->GetRecordTime());
     case kTdRow:
-      return place.merged->td_row_number > 0 ? NumberText(place.merged->td_row_number) : QString();
+      return place.merged->td_row_number > 0 ? NumberCell(place.merged->td_row_number) : QString();
     default:
-      return place.merged->gsm_row_number > 0 ? NumberText(place.merged->gsm_row_number) : QString();
+      return place.merged->gsm_row_number > 0 ? NumberCell(place.merged->gsm_row_number) : QString();
   }
 }
 
