@@ -53,7 +53,8 @@ void TdMeasurement::FillTimeslots(const Findings& findings, Random& random) {
   timeslots_.timeslot_iscp_count = static_cast<std::int8_t>(iscp_.size());
   if (!findings.in_call) return;
   for (std::size_t i = 0; i < 2; ++i)
-    rscp_[i] = {static_cast<std::int8_t>(4 + i), ReportedRscp(findings.level_dbm - 3.0 + random.Spread() * kTdFading_db)};
+    rscp_[i] = {static_cast<std::int8_t>(4 + i),
+                ReportedRscp(findings.level_dbm - 3.0 + random.Spread() * kTdFading_db)};
   timeslots_.timeslot_rscp = std::span(rscp_).first(2);
   timeslots_.timeslot_rscp_count = 2;
   timeslots_.ie501 = static_cast<std::int16_t>(100 + random.Below(60));
