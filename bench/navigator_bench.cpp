@@ -7,6 +7,7 @@
 #include "tests/support/places.h"
 #include "text/navigator/parameter_navigator.h"
 #include "text/selection/ie_selection_page.h"
+#include "text/selection/import_wiz.h"
 
 namespace loom {
 namespace {

@@ -187,7 +187,7 @@ class ProjectLockTest : public ProjectTest {
   std::unique_ptr<StoredProject> Open(Mode mode) { return StoredProject::Open(catalogue_, path_, {.mode = mode}); }
   bool HasLockFile() const { return FileExists(path_ + ".lock"); }
 
-  const IECatalogue catalogue_ = Catalogue();
+  const IECatalogue catalogue_ = SmallCatalogue();
 };
 
 TEST_F(ProjectLockTest, OneHoldsItOthersReadWhatWasSavedLast) {

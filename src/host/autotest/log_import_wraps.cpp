@@ -1,5 +1,6 @@
 #include "components/autotest.h"
 #include "components/log_store.h"
+#include "host/basics/time_units.h"
 #include "host/logstore/log_cut.h"
 #include "host/logstore/log_merge.h"
 #include "host/logstore/log_reader.h"
@@ -8,8 +9,6 @@
 
 namespace loom {
 namespace {
-
-constexpr std::int64_t kSecond_ns = 1'000'000'000;
 
 LogImporterMaker& Maker() {
   static LogImporterMaker maker = nullptr;

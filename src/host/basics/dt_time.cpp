@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "host/basics/time_units.h"
 #include "platform/clock.h"
 #include "platform/digits.h"
 
@@ -15,7 +16,6 @@ namespace {
 
 constexpr int kTimeOnly = 126;
 constexpr int kDateAndTime = 127;
-constexpr std::int64_t kDay_s = 86400;
 constexpr double kLatest_s = 253402300799.0;  // end of the year 9999
 // Before 1973 some offsets of local time were no whole minutes.
 constexpr std::int64_t kWholeMinuteOffsets_s = 94694400;

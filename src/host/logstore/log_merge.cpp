@@ -22,7 +22,7 @@ namespace {
 
 constexpr std::size_t kReadBuffersBytes = 16U << 20;  // of all sources together
 constexpr std::size_t kSmallestPieceBytes = 16U << 10;
-constexpr std::int64_t kDay_s = 86'400;
+constexpr std::int64_t kLogDay_s = 86'400;
 
 // One log on its way into the merged one.
 class MergeSource {
@@ -38,7 +38,7 @@ class MergeSource {
   void CountFrom(const CalendarDay& day) {
     shift_s_ = static_cast<double>(MidnightSeconds(header().day) - MidnightSeconds(day));
   }
-  bool GoesBeyondTimes() const { return shift_s_ + kDay_s > kEndOfTimes_s; }
+  bool GoesBeyondTimes() const { return shift_s_ + kLogDay_s > kEndOfTimes_s; }
 
   bool Advance() {
     if (!reader_.Next(packet_)) return false;

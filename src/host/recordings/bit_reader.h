@@ -6,6 +6,10 @@
 
 namespace loom::recordings {
 
+inline std::uint8_t ByteAt(std::span<const std::byte> bytes, std::size_t at) {
+  return static_cast<std::uint8_t>(bytes[at]);
+}
+
 // Reads bits, most significant first, as unaligned PER packs them. Reading beyond the end gives zeros and is
 // remembered.
 class BitReader {

@@ -5,13 +5,13 @@
 #include <cstdio>
 #include <string>
 
+#include "host/basics/time_units.h"
 #include "platform/encoding.h"
 #include "platform/error.h"
 
 namespace loom::recordings {
 namespace {
 
-constexpr std::int64_t kSecond_ns = 1'000'000'000;
 constexpr std::int64_t kToldStep_ns = 10 * kSecond_ns;
 constexpr int kNextRead = 1;
 constexpr int kNextError = -1;

@@ -3,14 +3,14 @@
 #include <algorithm>
 #include <iterator>
 
+#include "host/basics/time_units.h"
 #include "host/recordings/frame_checksum.h"
 #include "platform/interrupt.h"
 
 namespace loom::recordings {
 namespace {
 
-constexpr std::int64_t kSecond_ns = 1'000'000'000;
-constexpr std::int64_t kToldStep_ns = 10 * kSecond_ns;
+constexpr std::int64_t kToldClockStep_ns = 10 * kSecond_ns;
 constexpr std::int64_t kNewSegmentStep_ns = 60 * kSecond_ns;
 constexpr std::int64_t kOrdinaryStep_ns = 3'600 * kSecond_ns;
 constexpr std::int64_t kToldGap_ns = 24 * 3'600 * kSecond_ns;
@@ -97,7 +97,7 @@ void ClockMap::TakeTime(const DiagPacket& packet, std::int64_t time_ns, std::uin
     EndRun(time_ns - runs_.back().last_ns);
   }
   auto& last_of_radio = last_of_radio_ns_[packet.radio];
-  if (last_of_radio && *last_of_radio - time_ns > kToldStep_ns)
+  if (last_of_radio && *last_of_radio - time_ns > kToldClockStep_ns)
     findings.Add(Finding::kClockStep, path_, position_bytes, SecondsText(*last_of_radio - time_ns));
   if (last_ns_ && time_ns - *last_ns_ > kToldGap_ns)
     findings.Add(Finding::kGap, path_, position_bytes, SecondsText(time_ns - *last_ns_));

@@ -9,8 +9,8 @@ namespace {
 
 constexpr std::uint8_t kLogCommand = 0x10;
 constexpr std::uint8_t kWrappedCommand = 0x98;
-constexpr std::size_t kWrapBytes = 8;     // command, 3 more, radio (4)
-constexpr std::size_t kHeaderBytes = 16;  // command, more, length (2), length (2), code (2), time stamp (8)
+constexpr std::size_t kWrapBytes = 8;           // command, 3 more, radio (4)
+constexpr std::size_t kPacketHeaderBytes = 16;  // command, more, length (2), length (2), code (2), time stamp (8)
 constexpr std::uint8_t kMostRadios = 8;
 
 constexpr std::int64_t kEpoch_s = 315'964'800;  // 1980-01-06
@@ -41,13 +41,13 @@ PayloadKind ReadPayload(std::span<const std::byte> payload, DiagPacket& packet) 
     payload = payload.subspan(kWrapBytes);
   }
   if (payload.empty() || payload[0] != std::byte{kLogCommand}) return PayloadKind::kOtherCommand;
-  if (payload.size() < kHeaderBytes) return PayloadKind::kContradictory;
+  if (payload.size() < kPacketHeaderBytes) return PayloadKind::kContradictory;
   const std::byte* const at = payload.data();
   const std::size_t length = Little<std::uint16_t>(at + 4);
   if (Little<std::uint16_t>(at + 2) != length || length + 4 != payload.size()) return PayloadKind::kContradictory;
   packet.code = Little<std::uint16_t>(at + 6);
   packet.stamp = Little<std::uint64_t>(at + 8);
-  packet.body = payload.subspan(kHeaderBytes);
+  packet.body = payload.subspan(kPacketHeaderBytes);
   return PayloadKind::kLogPacket;
 }
 

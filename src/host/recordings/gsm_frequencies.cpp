@@ -9,7 +9,7 @@
 namespace loom::recordings {
 namespace {
 
-constexpr std::size_t kHeaderBytes = 2;  // discriminator, type
+constexpr std::size_t kAssignmentHeaderBytes = 2;  // discriminator, type
 constexpr std::size_t kDescriptionBytes = 16;
 constexpr std::uint8_t kSystemInformation5ter = 0x06;
 constexpr std::uint32_t kArfcns = 1024;
@@ -95,9 +95,9 @@ std::optional<Arfcns> ReadFormat(std::span<const std::byte> description) {
 }  // namespace
 
 std::optional<Arfcns> ReadNeighbourList(std::span<const std::byte> message) {
-  if (message.size() < kHeaderBytes + kDescriptionBytes) return std::nullopt;
+  if (message.size() < kAssignmentHeaderBytes + kDescriptionBytes) return std::nullopt;
   std::array<std::byte, kDescriptionBytes> description;
-  std::copy_n(message.begin() + kHeaderBytes, kDescriptionBytes, description.begin());
+  std::copy_n(message.begin() + kAssignmentHeaderBytes, kDescriptionBytes, description.begin());
   // The second kind of description has something else in the bit beside the format (10.5.2.22a).
   if (message[1] == std::byte{kSystemInformation5ter}) description[0] &= std::byte{0xBF};
   auto arfcns = ReadFormat(description);

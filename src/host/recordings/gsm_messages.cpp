@@ -233,10 +233,8 @@ const std::array<Protocol, 7> kProtocols{{{3, kCalls, 0x3F},
                                           {10, kSessions, 0xFF},
                                           {11, kServices, 0x3F}}};
 
-constexpr std::size_t kHeaderBytes = 2;  // discriminator, type
-constexpr std::size_t kAreaBytes = 5;    // MCC and MNC (3), LAC (2)
-
-std::uint8_t ByteAt(std::span<const std::byte> bytes, std::size_t at) { return static_cast<std::uint8_t>(bytes[at]); }
+constexpr std::size_t kMessageHeaderBytes = 2;  // discriminator, type
+constexpr std::size_t kAreaBytes = 5;           // MCC and MNC (3), LAC (2)
 
 // Location area identification (TS 24.008, 10.5.1.3).
 void ReadArea(std::span<const std::byte> bytes, CellIdentity& identity) {
@@ -252,7 +250,7 @@ void ReadArea(std::span<const std::byte> bytes, CellIdentity& identity) {
 }  // namespace
 
 GsmMessage IdentifyGsm(std::span<const std::byte> message) {
-  if (message.size() < kHeaderBytes) return {};
+  if (message.size() < kMessageHeaderBytes) return {};
   const std::uint8_t discriminator = ByteAt(message, 0) & 0x0F;
   for (const Protocol& protocol : kProtocols) {
     if (protocol.discriminator != discriminator) continue;
@@ -266,16 +264,17 @@ GsmMessage IdentifyGsm(std::span<const std::byte> message) {
 
 std::optional<CellIdentity> ReadGsmIdentity(const GsmMessage& kind, std::span<const std::byte> message) {
   const std::size_t cell_bytes = kind.role == GsmRole::kCellIdentity ? 2 : 0;
-  if (message.size() < kHeaderBytes + cell_bytes + kAreaBytes) return std::nullopt;
+  if (message.size() < kMessageHeaderBytes + cell_bytes + kAreaBytes) return std::nullopt;
   CellIdentity identity;
-  if (cell_bytes > 0) identity.cell = ByteAt(message, kHeaderBytes) << 8 | ByteAt(message, kHeaderBytes + 1);
-  ReadArea(message.subspan(kHeaderBytes + cell_bytes, kAreaBytes), identity);
+  if (cell_bytes > 0)
+    identity.cell = ByteAt(message, kMessageHeaderBytes) << 8 | ByteAt(message, kMessageHeaderBytes + 1);
+  ReadArea(message.subspan(kMessageHeaderBytes + cell_bytes, kAreaBytes), identity);
   return identity;
 }
 
 std::optional<GsmMeasurementReport> ReadGsmReport(std::span<const std::byte> message) {
-  if (message.size() < kHeaderBytes) return std::nullopt;
-  BitReader bits(message.subspan(kHeaderBytes));
+  if (message.size() < kMessageHeaderBytes) return std::nullopt;
+  BitReader bits(message.subspan(kMessageHeaderBytes));
   bits.Skip(2);  // BA-USED, DTX-USED
   GsmMeasurementReport report;
   report.rx_lev = static_cast<std::uint8_t>(bits.Bits(6));

@@ -2,13 +2,12 @@
 
 #include <iterator>
 
+#include "host/recordings/bit_reader.h"
 #include "host/recordings/layer3.h"
 #include "host/recordings/packet_fields.h"
 
 namespace loom::recordings {
 namespace {
-
-std::uint8_t ByteAt(std::span<const std::byte> bytes, std::size_t at) { return static_cast<std::uint8_t>(bytes[at]); }
 
 constexpr std::size_t kPseudoLengthBytes = 1;
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "host/recordings/bit_reader.h"
 #include "host/recordings/lte_packets.h"
 
 // Measurements.
@@ -127,8 +128,6 @@ constexpr Field kIdleCell5[] = {
 
 constexpr std::uint8_t kIdleCellVersion = 5;
 constexpr std::uint8_t kServingPart = 25;
-
-std::uint8_t ByteAt(std::span<const std::byte> bytes, std::size_t at) { return static_cast<std::uint8_t>(bytes[at]); }
 
 // Parts of B192, B193 and B195: id, version, size with this header.
 struct Part {

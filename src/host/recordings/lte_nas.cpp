@@ -14,7 +14,7 @@ struct NasType {
 
 // clang-format off
 // EPS mobility management.
-constexpr NasType kMobility[] = {
+constexpr NasType kMobilityTypes[] = {
     {65, "Attach request", kEventAttach, kUp},
     {66, "Attach accept", kEventAttached, kDown},
     {67, "Attach complete", kNoEvent, kUp},
@@ -86,7 +86,7 @@ constexpr std::uint8_t kSessionDiscriminator = 2;
 constexpr std::size_t kSecurityHeaderBytes = 6;  // discriminator, authentication code (4), sequence number
 
 // Security header types of EPS mobility management messages.
-constexpr std::uint8_t kPlain = 0;
+constexpr std::uint8_t kPlainMessage = 0;
 constexpr std::uint8_t kIntegrityProtected = 1;
 constexpr std::uint8_t kIntegrityProtectedNew = 3;
 constexpr std::uint8_t kServiceRequest = 12;  // and above: the whole message is the header
@@ -106,12 +106,12 @@ NasMessage IdentifyLteNas(std::span<const std::byte> message) {
   if (discriminator == kSessionDiscriminator) return message.size() < 3 ? NasMessage{} : Find(kSession, at(2));
   if (discriminator != kMobilityDiscriminator) return {};
   const std::uint8_t security = at(0) >> 4;
-  if (security == kPlain) return Find(kMobility, at(1));
+  if (security == kPlainMessage) return Find(kMobilityTypes, at(1));
   if (security >= kServiceRequest) return {"Service request", kNoEvent, kUp, false};
   if (security != kIntegrityProtected && security != kIntegrityProtectedNew) return {{}, kNoEvent, -1, true};
   const auto inner =
       message.size() > kSecurityHeaderBytes ? message.subspan(kSecurityHeaderBytes) : std::span<const std::byte>();
-  const bool is_wrapped_again = !inner.empty() && (static_cast<std::uint8_t>(inner[0]) >> 4) != kPlain &&
+  const bool is_wrapped_again = !inner.empty() && (static_cast<std::uint8_t>(inner[0]) >> 4) != kPlainMessage &&
                                 (static_cast<std::uint8_t>(inner[0]) & 0x0F) == kMobilityDiscriminator;
   return is_wrapped_again ? NasMessage{} : IdentifyLteNas(inner);
 }

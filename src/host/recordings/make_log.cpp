@@ -5,6 +5,7 @@
 #include <memory>
 #include <utility>
 
+#include "host/basics/time_units.h"
 #include "host/recordings/capture_source.h"
 #include "host/recordings/diag_source.h"
 #include "host/recordings/record_mapper.h"
@@ -21,7 +22,6 @@ namespace {
 
 using namespace recordings;
 
-constexpr std::int64_t kSecond_ns = 1'000'000'000;
 constexpr std::uint64_t kPacketsBetweenLooks = 4'096;
 
 // A DIAG recording with its clock.

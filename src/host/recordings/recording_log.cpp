@@ -2,15 +2,14 @@
 
 #include <algorithm>
 
+#include "host/basics/time_units.h"
 #include "host/logstore/record_codec.h"
 #include "platform/clock.h"
 
 namespace loom::recordings {
 namespace {
 
-constexpr std::int64_t kSecond_ns = 1'000'000'000;
 constexpr std::int64_t kMillisecond_ns = 1'000'000;
-constexpr std::int64_t kDay_s = 86'400;
 constexpr std::int64_t kDay_ns = kDay_s * kSecond_ns;
 constexpr std::int64_t kEndOfDays_ns = 4'102'444'800 * kSecond_ns;  // 2100-01-01; a log begins in 1970 at the earliest
 constexpr std::int64_t kWindow_ns = 60 * kSecond_ns;

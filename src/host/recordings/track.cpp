@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "host/basics/time_units.h"
 #include "host/logstore/log_header.h"
 #include "platform/error.h"
 #include "platform/file.h"
@@ -11,7 +12,6 @@
 namespace loom::recordings {
 namespace {
 
-constexpr std::int64_t kSecond_ns = 1'000'000'000;
 constexpr std::int64_t kFarthestFixes_ns = 60 * kSecond_ns;
 constexpr std::uint64_t kMostTrackBytes = 1ULL << 30;
 

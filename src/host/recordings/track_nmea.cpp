@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "host/basics/time_units.h"
 #include "host/logstore/log_header.h"
 #include "host/recordings/track.h"
 #include "platform/number.h"
@@ -13,8 +14,6 @@
 namespace loom::recordings {
 namespace {
 
-constexpr std::int64_t kSecond_ns = 1'000'000'000;
-constexpr std::int64_t kDay_s = 86'400;
 constexpr std::size_t kFields = 12;
 
 using Fields = std::array<std::string_view, kFields>;

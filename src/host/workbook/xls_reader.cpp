@@ -25,7 +25,7 @@ const char* OpenFailure(int result) {
   }
 }
 
-constexpr unsigned kMostColumns = 256;
+constexpr unsigned kXlsColumns = 256;
 
 class XlsReader final : public IWorkbookReader {
  public:
@@ -56,7 +56,7 @@ class XlsReader final : public IWorkbookReader {
     std::vector<WorksheetCell> cells;
     for (unsigned row = 0; row < rows; ++row) {
       cells.clear();
-      for (unsigned column = 0; column < kMostColumns; ++column) {
+      for (unsigned column = 0; column < kXlsColumns; ++column) {
         const bool is_own = next != own.cells.end() && next->row == row && next->cell.column == column;
         if (is_own) AddOwnCell((next++)->cell, cells);
         if (!is_own && row < shared_rows && column < columns)

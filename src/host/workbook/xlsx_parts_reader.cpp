@@ -14,11 +14,11 @@ constexpr std::size_t kMostSheets = 10'000;
 constexpr std::size_t kMostRelations = 100'000;
 constexpr std::size_t kTextBlock_bytes = 256 * 1024;
 
-struct Part {
+struct PackagePart {
   std::string type;  // its last word: "worksheet", "sharedStrings" ...
   std::string part;
 };
-using PartsById = std::map<std::string, Part, std::less<>>;
+using PartsById = std::map<std::string, PackagePart, std::less<>>;
 
 std::string FolderOfPart(std::string_view part) {
   const std::size_t slash = part.rfind('/');
@@ -52,8 +52,9 @@ class RelationsHandler final : public XmlPartHandler {
     if (name != "Relationship" || attributes.Get("TargetMode") == "External") return;
     if (relations.size() == kMostRelations) throw FileError(archive_.path(), 0, "has too many relationships");
     const std::string_view type = attributes.Get("Type");
-    relations.try_emplace(std::string(attributes.Get("Id")), Part{std::string(type.substr(type.rfind('/') + 1)),
-                                                                  ResolvedPart(folder_, attributes.Get("Target"))});
+    relations.try_emplace(
+        std::string(attributes.Get("Id")),
+        PackagePart{std::string(type.substr(type.rfind('/') + 1)), ResolvedPart(folder_, attributes.Get("Target"))});
   }
   PartsById relations;
 
@@ -71,7 +72,7 @@ PartsById ReadRelations(const ZipReader& archive, const std::string& part) {
   return std::move(handler.relations);
 }
 
-const Part* FindByType(const PartsById& relations, std::string_view type) {
+const PackagePart* FindByType(const PartsById& relations, std::string_view type) {
   for (const auto& [id, relation] : relations) {
     if (relation.type == type) return &relation;
   }
@@ -131,15 +132,16 @@ class StylesHandler final : public XmlPartHandler {
 
 XlsxParts ReadXlsxParts(const ZipReader& archive) {
   const PartsById package = ReadRelations(archive, "");
-  const Part* const document = FindByType(package, "officeDocument");
+  const PackagePart* const document = FindByType(package, "officeDocument");
   const std::string workbook = document != nullptr ? document->part : "xl/workbook.xml";
   if (!archive.Has(workbook)) throw FileError(archive.path(), 0, "is a zip archive, but no workbook");
   if (workbook.ends_with(".bin")) throw FileError(archive.path(), 0, "is a binary workbook, which is not read");
   const PartsById relations = ReadRelations(archive, workbook);
   WorkbookHandler handler(archive, relations);
   XmlPartReader(archive.Open(workbook), handler).ReadAll();
-  if (const Part* const strings = FindByType(relations, "sharedStrings")) handler.parts.shared_strings = strings->part;
-  if (const Part* const styles = FindByType(relations, "styles")) handler.parts.styles = styles->part;
+  if (const PackagePart* const strings = FindByType(relations, "sharedStrings"))
+    handler.parts.shared_strings = strings->part;
+  if (const PackagePart* const styles = FindByType(relations, "styles")) handler.parts.styles = styles->part;
   return std::move(handler.parts);
 }
 

@@ -8,7 +8,7 @@ namespace loom {
 namespace {
 
 constexpr std::uint32_t kMostRows = 1'048'576;
-constexpr std::uint32_t kMostColumns = 16'384;
+constexpr std::uint32_t kXlsxColumns = 16'384;
 // Where the elements of a worksheet part stand.
 constexpr int kSheetDataDepth = 2;
 constexpr int kRowDepth = 3;
@@ -22,7 +22,7 @@ std::optional<std::uint32_t> ColumnOf(std::string_view reference) {
     const char upper = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
     if (upper < 'A' || upper > 'Z') break;
     column = column * 26 + static_cast<std::uint32_t>(upper - 'A') + 1;
-    if (column > kMostColumns) return std::nullopt;
+    if (column > kXlsxColumns) return std::nullopt;
   }
   if (column == 0) return std::nullopt;
   return column - 1;
@@ -101,7 +101,7 @@ void XlsxSheetReader::BeginCell(const XmlAttributes& attributes) {
     if (!named) reader_.Fail("the cell '" + std::string(*reference) + "' is none that a sheet can have");
     column = *named;
   }
-  if (column < next_column_ || column >= kMostColumns)
+  if (column < next_column_ || column >= kXlsxColumns)
     reader_.Fail("the cells of row " + std::to_string(row_) + " are out of order");
   next_column_ = column + 1;
   type_ = attributes.Get("t");

@@ -11,7 +11,7 @@ namespace loom {
 namespace {
 
 // True for the bytes that stand for themselves wherever they are.
-constexpr auto kPlain = [] {
+constexpr auto kPlainXml = [] {
   std::array<bool, 256> plain{};
   for (int byte = 0x20; byte < 0x7F; ++byte) plain[static_cast<std::size_t>(byte)] = true;
   plain['&'] = plain['<'] = plain['>'] = plain['"'] = plain['_'] = false;
@@ -63,14 +63,14 @@ bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\n'; }
 }  // namespace
 
 bool IsPlainXmlText(std::string_view gbk) {
-  return std::all_of(gbk.begin(), gbk.end(), [](unsigned char c) { return kPlain[c]; });
+  return std::all_of(gbk.begin(), gbk.end(), [](unsigned char c) { return kPlainXml[c]; });
 }
 
 void AppendXmlText(std::string& out, std::string_view gbk) {
   const std::string utf8 = GbkToUtf8(gbk);
   const std::string_view text = utf8;
   for (std::size_t at = 0; at < text.size(); ++at) {
-    if (kPlain[static_cast<unsigned char>(text[at])]) {
+    if (kPlainXml[static_cast<unsigned char>(text[at])]) {
       out += text[at];
     } else {
       AppendSpecial(out, text.substr(at));

@@ -14,7 +14,7 @@ struct TypeName {
 };
 
 // clang-format off
-constexpr TypeName kTypeNames[] = {
+constexpr TypeName kNavigatorTypeNames[] = {
     {"NAVIGATORPROTOCOL",     NavigatorType::kProtocol},
     {"NAVIGATORSTREAM",       NavigatorType::kStream},
     {"NAVIGATORPARAMROOT",    NavigatorType::kParamRoot},
@@ -71,7 +71,7 @@ int ImageOf(NavigatorType type) {
 }  // namespace
 
 NavigatorType NavigatorTypeOf(const CString& attribute) {
-  for (const TypeName& known : kTypeNames) {
+  for (const TypeName& known : kNavigatorTypeNames) {
     if (attribute.view() == known.name) return known.type;
   }
   return NavigatorType::kGroup;
