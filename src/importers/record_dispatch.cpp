@@ -176,27 +176,9 @@ void COutdoorLogImporter::UpdateStateRecord(const CTestdataBase& record, StateRe
   state.UpdateBasicInfo(record);
   if (record.kind != kRecordHandset) return;
   if (converter_->NetworkModeIsGSM(record)) {
-    state.Update<CIE_GSM_SCell_Sys_Info>(record);
-    state.Update<CIE_GSM_SCell_Resel_Sys_Info>(record);
-    state.Update<CIE_GSM_SCell_Radio_Info>(record);
-    state.Update<CIE_GSM_SCell_DSC>(record);
-    state.Update<CIE_GSM_NCell_Info>(record);
-    state.Update<CIE_GSM_MS_Muti_Slot_Class>(record);
-    state.Update<CIE_GSM_Ded_CH_Info>(record);
-    state.Update<CIE_GSM_Ded_Meas_Info>(record);
-    state.Update<CIE_GSM_SCell_Ch_Radio_Link_Counter>(record);
-    state.Update<CIE_GSM_MS_Class>(record);
-    state.Update<CIE_GSM_RAT_Indicate>(record);
-    state.Update<CIE_GSM_LLC_GPRS_Qos_Info>(record);
-    state.Update<CIE_GSM_HO_Num>(record);
-    state.Update<CIE_GSM_RLC_GPRS_Qos_Info>(record);
+    state.Update<Kept::kOfGsm>(record);
   } else {
-    state.Update<CIE_SCell_Para>(record);
-    state.Update<CIE_SCell_Meas>(record);
-    state.Update<CIE_NCell_Meas>(record);
-    state.Update<CIE_Channel_Para>(record);
-    state.Update<CIE_Meas_Res>(record);
-    state.Update<CIE_Layer12_Config_Para>(record);
+    state.Update<Kept::kOfTd>(record);
   }
 }
 

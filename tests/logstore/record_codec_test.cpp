@@ -6,8 +6,8 @@
 #include <array>
 
 #include "components/records/stream_and_string.h"
-#include "tests/logstore/record_filler.h"
 #include "platform/byte_reader.h"
+#include "tests/logstore/record_filler.h"
 #include "tests/support/records.h"
 
 namespace loom {
@@ -160,7 +160,7 @@ TEST(RecordCodec, APayloadCutAnywhereGivesAnAnswerOrAnError) {
     answers += Answers(Bytes(payload.begin(), payload.begin() + static_cast<std::ptrdiff_t>(size)));
   }
   // Between two elements the rest is a record, only shorter.
-  EXPECT_EQ(std::tuple_size_v<decltype(kRecordBlocks)>, answers);
+  EXPECT_EQ(kRecordBlockCount, answers);
 }
 
 TEST(RecordCodec, AFlippedByteAnywhereGivesAnAnswerOrAnError) {

@@ -5,13 +5,13 @@
 #include <span>
 #include <type_traits>
 
-#include "host/logstore/record_fields_gsm.h"
-#include "host/logstore/record_fields_header.h"
-#include "host/logstore/record_fields_lte.h"
-#include "host/logstore/record_fields_scan.h"
-#include "host/logstore/record_fields_service.h"
-#include "host/logstore/record_fields_td.h"
-#include "host/logstore/record_fields_td_more.h"
+#include "components/records/blocks_gsm.h"
+#include "components/records/blocks_lte.h"
+#include "components/records/blocks_scan.h"
+#include "components/records/blocks_service.h"
+#include "components/records/blocks_td.h"
+#include "components/records/blocks_td_more.h"
+#include "components/records/testdata.h"
 #include "host/logstore/record_value_traits.h"
 
 namespace loom::records {
@@ -23,14 +23,12 @@ class RecordFiller {
 
   void Fill(CTestdataBase& record) {
     FillValue(record);
-    ForEachBlock([&](auto slot) { FillBlock(record, slot); });
+    ForEachBlock([&](const auto& row) { record.*row.member = &FillValue(*Make<BlockOfRow<decltype(row)>>(1)); });
   }
 
  private:
-  template <class Block>
-  void FillBlock(CTestdataBase& record, const Block* CTestdataBase::*slot) {
-    record.*slot = &FillValue(*Make<Block>(1));
-  }
+  template <class Row>
+  using BlockOfRow = typename std::remove_cvref_t<Row>::Block;
 
   template <class T>
   T* Make(std::size_t count) {
@@ -103,10 +101,11 @@ void FillRecord(CTestdataBase& record, std::pmr::memory_resource& arena) { Recor
 
 std::string DifferingParts(const CTestdataBase& a, const CTestdataBase& b) {
   std::string names = AllFieldsEqual(a, b) ? "" : "header ";
-  ForEachBlock([&]<class Block>(const Block* CTestdataBase::*slot) {
-    const bool both = a.*slot && b.*slot;
-    const bool same = both ? AllFieldsEqual(*(a.*slot), *(b.*slot)) : a.*slot == b.*slot;
-    if (!same) names += std::string(BlockFields<Block>::kName) + " ";
+  ForEachBlock([&](const auto& row) {
+    const auto* left = a.*row.member;
+    const auto* right = b.*row.member;
+    const bool same = left && right ? AllFieldsEqual(*left, *right) : left == right;
+    if (!same) names += std::string(row.name) + " ";
   });
   return names;
 }

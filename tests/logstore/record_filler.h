@@ -3,19 +3,10 @@
 #include <cstddef>
 #include <memory_resource>
 #include <string>
-#include <tuple>
-#include <utility>
 
-#include "components/records/testdata.h"
+#include "components/records/block_table.h"
 
 namespace loom::records {
-
-// Calls the function with the pointer to every block of a record.
-template <class Function>
-void ForEachBlock(Function&& function) {
-  [&]<std::size_t... kBlock>(std::index_sequence<kBlock...>)->void { (function(std::get<kBlock>(kRecordBlocks)), ...); }
-  (std::make_index_sequence<std::tuple_size_v<std::remove_cv_t<decltype(kRecordBlocks)>>>());
-}
 
 // Gives every field of a record a value that differs from its neighbours', lists of two entries included.
 void FillRecord(CTestdataBase& record, std::pmr::memory_resource& arena);

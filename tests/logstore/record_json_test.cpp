@@ -7,14 +7,14 @@
 #include <sstream>
 #include <typeindex>
 
+#include "components/records/blocks_gsm.h"
+#include "components/records/blocks_lte.h"
+#include "components/records/blocks_scan.h"
+#include "components/records/blocks_service.h"
+#include "components/records/blocks_td.h"
+#include "components/records/blocks_td_more.h"
+#include "components/records/testdata.h"
 #include "host/logstore/record_codec.h"
-#include "host/logstore/record_fields_gsm.h"
-#include "host/logstore/record_fields_header.h"
-#include "host/logstore/record_fields_lte.h"
-#include "host/logstore/record_fields_scan.h"
-#include "host/logstore/record_fields_service.h"
-#include "host/logstore/record_fields_td.h"
-#include "host/logstore/record_fields_td_more.h"
 #include "host/logstore/record_value_traits.h"
 #include "tests/logstore/record_filler.h"
 #include "tests/support/places.h"
@@ -199,12 +199,11 @@ class RecordDocument : public ::testing::Test {
 
 TEST_F(RecordDocument, NamesEveryFieldOfEveryBlock) {
   ExpectFieldsIn<CTestdataBase>(Section("## Header (tag 1)"), "header");
-  records::ForEachBlock([&]<class Block>(const Block* CTestdataBase::*) {
-    const std::string heading =
-        "### `" + std::string(BlockFields<Block>::kName) + "` (tag " + std::to_string(BlockFields<Block>::kTag) + ",";
+  ForEachBlock([&]<class Block>(const RecordBlock<Block>& row) {
+    const std::string heading = "### `" + std::string(row.name) + "` (tag " + std::to_string(row.tag) + ",";
     const std::string section = Section(heading);
     EXPECT_NE("", section) << heading;
-    ExpectFieldsIn<Block>(section, std::string(BlockFields<Block>::kName));
+    ExpectFieldsIn<Block>(section, std::string(row.name));
   });
 }
 

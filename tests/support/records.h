@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "components/records/block_table.h"
 #include "components/records/blocks.h"
 #include "components/records/testdata.h"
 #include "host/logstore/record_codec.h"

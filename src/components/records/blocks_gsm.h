@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "components/records/fields.h"
 #include "components/records/lists.h"
 
 // Blocks of handset records taken in GSM mode. The number behind a member is its byte position in the block, where it
@@ -25,12 +26,22 @@ struct CIE_GSM_SCell_Sys_Info {
 
   bool setinfo(const CTestdataBase& record);
 };
+template <>
+struct BlockFields<CIE_GSM_SCell_Sys_Info> {
+  using B = CIE_GSM_SCell_Sys_Info;
+  using List = FieldList<&B::ie31706, &B::ie31701, &B::ie31705, &B::rx_lev, &B::ie31719, &B::ie31712, &B::ie32265>;
+};
 
 // Record position 360.
 struct CIE_GSM_SCell_Resel_Sys_Info {
   std::uint8_t ie31717 = kAbsent8;  // 0: as it stands, no marker
 
   bool setinfo(const CTestdataBase& record);
+};
+template <>
+struct BlockFields<CIE_GSM_SCell_Resel_Sys_Info> {
+  using B = CIE_GSM_SCell_Resel_Sys_Info;
+  using List = FieldList<&B::ie31717>;
 };
 
 // Record position 364.
@@ -45,12 +56,22 @@ struct CIE_GSM_SCell_Radio_Info {
 
   bool setinfo(const CTestdataBase& record);
 };
+template <>
+struct BlockFields<CIE_GSM_SCell_Radio_Info> {
+  using B = CIE_GSM_SCell_Radio_Info;
+  using List = FieldList<&B::form, &B::ie32078, &B::ie31707, &B::ie32074, &B::ie32075, &B::ie32244, &B::ie32245>;
+};
 
 // Record position 368.
 struct CIE_GSM_SCell_DSC {
   std::uint16_t ie31736 = kAbsent16;
 
   bool setinfo(const CTestdataBase& record);
+};
+template <>
+struct BlockFields<CIE_GSM_SCell_DSC> {
+  using B = CIE_GSM_SCell_DSC;
+  using List = FieldList<&B::ie31736>;
 };
 
 struct GsmNeighbour {                  // entry i becomes IE id + i
@@ -65,6 +86,12 @@ struct GsmNeighbour {                  // entry i becomes IE id + i
   std::int16_t c2 = kAbsentGsm16;      // 20: IE 32115
   std::int16_t c31 = kAbsentGsm16;     // 22: IE 32151
   std::int16_t c32 = kAbsentGsm16;     // 24: IE 32157
+};
+template <>
+struct BlockFields<GsmNeighbour> {
+  using B = GsmNeighbour;
+  using List = FieldList<&B::bcch, &B::rx_lev_access_min, &B::bsic, &B::ci, &B::lac, &B::form, &B::c1, &B::rx_lev,
+                         &B::c2, &B::c31, &B::c32>;
 };
 
 // Record position 372.
@@ -82,6 +109,11 @@ struct CIE_GSM_NCell_Info {
     visit(neighbours);
   }
 };
+template <>
+struct BlockFields<CIE_GSM_NCell_Info> {
+  using B = CIE_GSM_NCell_Info;
+  using List = FieldList<&B::list_kind, &B::count, &B::neighbours, &B::ie31720, &B::ie31721, &B::ie31722>;
+};
 
 // Record position 376.
 struct CIE_GSM_MS_Muti_Slot_Class {
@@ -89,12 +121,22 @@ struct CIE_GSM_MS_Muti_Slot_Class {
 
   bool setinfo(const CTestdataBase& record);
 };
+template <>
+struct BlockFields<CIE_GSM_MS_Muti_Slot_Class> {
+  using B = CIE_GSM_MS_Muti_Slot_Class;
+  using List = FieldList<&B::ie32202>;
+};
 
 // Frequencies of a dedicated channel.
 struct GsmDedicatedFrequencies {
   std::int32_t kind = -1;  // 0: ie31727; 1: ie31732
   std::int32_t ie31727 = -1;
   RecordList<std::uint8_t> ie31732{};  // becomes a text of its numbers
+};
+template <>
+struct BlockFields<GsmDedicatedFrequencies> {
+  using B = GsmDedicatedFrequencies;
+  using List = FieldList<&B::kind, &B::ie31727, &B::ie31732>;
 };
 
 // Record position 380.
@@ -111,6 +153,11 @@ struct CIE_GSM_Ded_CH_Info {
     if (frequencies) visit(frequencies->ie31732);
   }
 };
+template <>
+struct BlockFields<CIE_GSM_Ded_CH_Info> {
+  using B = CIE_GSM_Ded_CH_Info;
+  using List = FieldList<&B::channel_bits, &B::ie31724, &B::ie31730, &B::ie31731, &B::frequencies>;
+};
 
 // Record position 384.
 struct CIE_GSM_Ded_Meas_Info {
@@ -125,6 +172,12 @@ struct CIE_GSM_Ded_Meas_Info {
 
   bool setinfo(const CTestdataBase& record);
 };
+template <>
+struct BlockFields<CIE_GSM_Ded_Meas_Info> {
+  using B = CIE_GSM_Ded_Meas_Info;
+  using List =
+      FieldList<&B::ie31966, &B::ie32038, &B::ie31715, &B::ie32076, &B::ie31930, &B::ie32002, &B::ie32077, &B::ie32201>;
+};
 
 // Record position 388.
 struct CIE_GSM_SCell_Ch_Radio_Link_Counter {
@@ -133,10 +186,19 @@ struct CIE_GSM_SCell_Ch_Radio_Link_Counter {
 
   bool setinfo(const CTestdataBase& record);
 };
+template <>
+struct BlockFields<CIE_GSM_SCell_Ch_Radio_Link_Counter> {
+  using B = CIE_GSM_SCell_Ch_Radio_Link_Counter;
+  using List = FieldList<&B::ie31713, &B::ie31735>;
+};
 
 // Record position 392. Nothing of it becomes an IE.
 struct CIE_GSM_MS_Class {
   bool setinfo(const CTestdataBase& record);
+};
+template <>
+struct BlockFields<CIE_GSM_MS_Class> {
+  using List = FieldList<>;
 };
 
 // Record position 396.
@@ -144,6 +206,11 @@ struct CIE_GSM_RAT_Indicate {
   std::int8_t rat = -1;  // 0: IE 26770, in GSM rows IE 31718
 
   bool setinfo(const CTestdataBase& record);
+};
+template <>
+struct BlockFields<CIE_GSM_RAT_Indicate> {
+  using B = CIE_GSM_RAT_Indicate;
+  using List = FieldList<&B::rat>;
 };
 
 // Record position 400.
@@ -154,10 +221,19 @@ struct CIE_GSM_LLC_GPRS_Qos_Info {
 
   bool setinfo(const CTestdataBase& record);
 };
+template <>
+struct BlockFields<CIE_GSM_LLC_GPRS_Qos_Info> {
+  using B = CIE_GSM_LLC_GPRS_Qos_Info;
+  using List = FieldList<&B::ie32195, &B::ie32196, &B::ie32199>;
+};
 
 // Record position 404. Nothing of it becomes an IE.
 struct CIE_GSM_HO_Num {
   bool setinfo(const CTestdataBase& record);
+};
+template <>
+struct BlockFields<CIE_GSM_HO_Num> {
+  using List = FieldList<>;
 };
 
 // Record position 408.
@@ -167,6 +243,11 @@ struct CIE_GSM_RLC_GPRS_Qos_Info {
   std::uint8_t ie32189 = kAbsent8;
 
   bool setinfo(const CTestdataBase& record);
+};
+template <>
+struct BlockFields<CIE_GSM_RLC_GPRS_Qos_Info> {
+  using B = CIE_GSM_RLC_GPRS_Qos_Info;
+  using List = FieldList<&B::ie32193, &B::ie32194, &B::ie32189>;
 };
 
 // Record position 412. Signed bytes, -1 absent, -2 invalid.
@@ -189,6 +270,13 @@ struct CIE_GSM_2230E_Simple_Info {
 
   // The two values as "first/second", an absent or invalid one (below 0) as '-'; empty when both are.
   static std::string ChangeValue2CSText(std::int8_t first, std::int8_t second);
+};
+template <>
+struct BlockFields<CIE_GSM_2230E_Simple_Info> {
+  using B = CIE_GSM_2230E_Simple_Info;
+  using List =
+      FieldList<&B::ie32170_first, &B::ie32170_second, &B::ie32270, &B::ie32271, &B::ie32272, &B::ie32273, &B::ie32203,
+                &B::ie32204, &B::ie32215, &B::ie32216, &B::ie32217, &B::ie32218, &B::ie32267, &B::ie32219, &B::ie32220>;
 };
 
 }  // namespace loom

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "components/records/fields.h"
 #include "components/records/lists.h"
 
 // Blocks of TD-SCDMA handset records. The number behind a member is its byte position in the block, where it has one of
@@ -43,11 +44,24 @@ struct CIE_SCell_Para {
 
   bool setinfo(const CTestdataBase& record);
 };
+template <>
+struct BlockFields<CIE_SCell_Para> {
+  using B = CIE_SCell_Para;
+  using List = FieldList<&B::ie142, &B::ie143, &B::ie144, &B::lac, &B::cell_key, &B::cell_parameter_id, &B::uarfcn,
+                         &B::ura_identities, &B::ura_identity_count, &B::ie158, &B::ie169, &B::ie149, &B::ie150,
+                         &B::ie151, &B::ie152, &B::ie153, &B::ie154, &B::ie155, &B::ie156, &B::ie157, &B::ie159,
+                         &B::ie26765, &B::ie5261, &B::ie5260>;
+};
 
 // A reported value of one timeslot.
 struct TimeslotValue {
   std::int8_t timeslot = -1;  // 0 to 6
   std::int8_t value = -1;     // -116
+};
+template <>
+struct BlockFields<TimeslotValue> {
+  using B = TimeslotValue;
+  using List = FieldList<&B::timeslot, &B::value>;
 };
 
 // Record position 224.
@@ -77,6 +91,13 @@ struct CIE_SCell_Meas {
     visit(timeslot_rscp);
   }
 };
+template <>
+struct BlockFields<CIE_SCell_Meas> {
+  using B = CIE_SCell_Meas;
+  using List = FieldList<&B::pccpch_rscp, &B::ie498, &B::ie508, &B::ie509, &B::ie510, &B::timeslot_iscp_count,
+                         &B::timeslot_iscp, &B::timeslot_rscp_count, &B::timeslot_rscp, &B::ie501, &B::timeslot,
+                         &B::ie502, &B::ie503, &B::ie504, &B::ie506, &B::ie175, &B::ie505>;
+};
 
 struct TdNeighbour {
   std::int8_t cell_parameter_id = -1;            // 0: IE 1141 + n
@@ -91,6 +112,12 @@ struct TdNeighbour {
   std::int32_t ie32246 = -999;                   // of GSM rows; -999 invalid
   std::int32_t ie32252 = -999;                   // of GSM rows; -999 invalid
 };
+template <>
+struct BlockFields<TdNeighbour> {
+  using B = TdNeighbour;
+  using List = FieldList<&B::cell_parameter_id, &B::uarfcn, &B::pccpch_rscp, &B::ie1237, &B::timeslot_count,
+                         &B::timeslot_iscp, &B::ie1269, &B::ie1109, &B::ie1301, &B::ie32246, &B::ie32252>;
+};
 
 // Record position 228.
 struct CIE_NCell_Meas {
@@ -103,6 +130,11 @@ struct CIE_NCell_Meas {
     visit(neighbours);
   }
 };
+template <>
+struct BlockFields<CIE_NCell_Meas> {
+  using B = CIE_NCell_Meas;
+  using List = FieldList<&B::count, &B::neighbours>;
+};
 
 struct TdCodeChannel {
   std::int8_t number = -1;                   // 0 to 95
@@ -113,10 +145,21 @@ struct TdCodeChannel {
   std::int32_t midamble_configuration = -1;  // IE 176 + timeslot
   std::int32_t midamble_shift = -1;          // IE 183 + timeslot
 };
+template <>
+struct BlockFields<TdCodeChannel> {
+  using B = TdCodeChannel;
+  using List = FieldList<&B::number, &B::timeslot, &B::ie297, &B::ie393, &B::direction, &B::midamble_configuration,
+                         &B::midamble_shift>;
+};
 
 struct TdNumberedByte {
   std::int8_t number = -1;  // 1 to 32
   std::int8_t ie264 = -1;   // IE 264 + number
+};
+template <>
+struct BlockFields<TdNumberedByte> {
+  using B = TdNumberedByte;
+  using List = FieldList<&B::number, &B::ie264>;
 };
 
 struct TdTransportChannel {
@@ -124,6 +167,11 @@ struct TdTransportChannel {
   std::int32_t ie935 = -1;      // IE 935 + number
   std::int32_t ie1000 = -1;     // IE 1000 + number
   float ie1033 = kAbsentFloat;  // IE 1033 + number
+};
+template <>
+struct BlockFields<TdTransportChannel> {
+  using B = TdTransportChannel;
+  using List = FieldList<&B::number, &B::ie935, &B::ie1000, &B::ie1033>;
 };
 
 // Record position 240.
@@ -148,6 +196,13 @@ struct CIE_Channel_Para {
     visit(transport_channels);
   }
 };
+template <>
+struct BlockFields<CIE_Channel_Para> {
+  using B = CIE_Channel_Para;
+  using List = FieldList<&B::code_channel_count, &B::code_channels, &B::numbered_byte_count, &B::numbered_bytes,
+                         &B::transport_channel_count, &B::transport_channels, &B::ie170, &B::ie171, &B::ie172,
+                         &B::ie173, &B::ie174>;
+};
 
 struct TdCodeEntryD {
   std::int8_t number = -1;   // 1 to 32
@@ -157,6 +212,11 @@ struct TdCodeEntryD {
   std::int32_t ie1818 = -1;  // IE 1818 + number
   std::int32_t ie1850 = -1;  // IE 1850 + number
 };
+template <>
+struct BlockFields<TdCodeEntryD> {
+  using B = TdCodeEntryD;
+  using List = FieldList<&B::number, &B::ie1588, &B::ie1622, &B::ie1656, &B::ie1818, &B::ie1850>;
+};
 
 struct TdCodeEntryE {
   std::int8_t number = -1;   // 0: 5 to 15
@@ -165,10 +225,20 @@ struct TdCodeEntryE {
   std::int32_t ie1953 = -1;  // 8: IE 1953 + number, times 0.1
   std::int32_t ie1966 = -1;  // 12: IE 1966 + number, times 0.1
 };
+template <>
+struct BlockFields<TdCodeEntryE> {
+  using B = TdCodeEntryE;
+  using List = FieldList<&B::number, &B::ie1942, &B::ie1979, &B::ie1953, &B::ie1966>;
+};
 
 struct TdCodeEntryF {
   std::int8_t number = -1;                                                              // 1 to 32
   std::array<std::int32_t, 12> ie1994{-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1};  // IE 1994 + 32 k + number
+};
+template <>
+struct BlockFields<TdCodeEntryF> {
+  using B = TdCodeEntryF;
+  using List = FieldList<&B::number, &B::ie1994>;
 };
 
 // Record position 244.
@@ -191,6 +261,12 @@ struct CIE_Meas_Res {
     visit(entries_f);
   }
 };
+template <>
+struct BlockFields<CIE_Meas_Res> {
+  using B = CIE_Meas_Res;
+  using List = FieldList<&B::ie490, &B::ie489, &B::count_d, &B::entries_d, &B::count_e, &B::entries_e, &B::count_f,
+                         &B::entries_f, &B::scale_word>;
+};
 
 struct TdPhysicalEntryG {
   std::int8_t number = -1;   // 1 to 32
@@ -198,16 +274,31 @@ struct TdPhysicalEntryG {
   std::int32_t ie3755 = -1;  // IE 3755 + number
   std::int32_t ie3787 = -1;  // IE 3787 + number
 };
+template <>
+struct BlockFields<TdPhysicalEntryG> {
+  using B = TdPhysicalEntryG;
+  using List = FieldList<&B::number, &B::ie3723, &B::ie3755, &B::ie3787>;
+};
 
 struct TdPhysicalEntryH {
   std::int8_t number = -1;  // 5 to 15; IE 3815 + number
   std::int8_t ie3826 = -1;  // IE 3826 + number
+};
+template <>
+struct BlockFields<TdPhysicalEntryH> {
+  using B = TdPhysicalEntryH;
+  using List = FieldList<&B::number, &B::ie3826>;
 };
 
 struct TdPhysicalEntryJ {
   std::int32_t ie3842 = -1;  // 0: IE 3842 + position
   std::int8_t ie4098 = -1;   // 4: IE 4098 + position
   std::int32_t ie4354 = -1;  // 8: IE 4354 + position, (value - 13825) * 0.03125
+};
+template <>
+struct BlockFields<TdPhysicalEntryJ> {
+  using B = TdPhysicalEntryJ;
+  using List = FieldList<&B::ie3842, &B::ie4098, &B::ie4354>;
 };
 
 struct TdPhysicalFirst {
@@ -218,6 +309,11 @@ struct TdPhysicalFirst {
   std::int32_t ie3692 = -1;
   std::int32_t ie3693 = -1;
   std::int32_t ie3694 = -1;
+};
+template <>
+struct BlockFields<TdPhysicalFirst> {
+  using B = TdPhysicalFirst;
+  using List = FieldList<&B::ie3688, &B::ie3689, &B::ie3690, &B::ie3691, &B::ie3692, &B::ie3693, &B::ie3694>;
 };
 
 struct TdPhysicalSecond {
@@ -249,6 +345,14 @@ struct TdPhysicalSecond {
   RecordText ie3723{};
   std::int32_t ie31562 = -1;
 };
+template <>
+struct BlockFields<TdPhysicalSecond> {
+  using B = TdPhysicalSecond;
+  using List = FieldList<&B::ie3698, &B::ie3699, &B::ie3700, &B::ie3701, &B::ie3702, &B::ie3703, &B::ie3704, &B::ie3705,
+                         &B::ie3706, &B::ie3707, &B::ie3708, &B::ie3709, &B::ie3710, &B::ie3711, &B::ie3712, &B::ie3713,
+                         &B::ie3714, &B::ie3715, &B::ie3716, &B::ie3717, &B::ie3718, &B::ie3719, &B::ie3720, &B::ie3721,
+                         &B::ie3722, &B::ie3723, &B::ie31562>;
+};
 
 // Record position 248.
 struct CIE_Layer12_Config_Para {
@@ -273,6 +377,12 @@ struct CIE_Layer12_Config_Para {
       visit(second->ie3723);
     }
   }
+};
+template <>
+struct BlockFields<CIE_Layer12_Config_Para> {
+  using B = CIE_Layer12_Config_Para;
+  using List = FieldList<&B::count_g, &B::entries_g, &B::count_h, &B::entries_h, &B::count_j, &B::entries_j, &B::first,
+                         &B::second>;
 };
 
 }  // namespace loom

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "components/records/block_table.h"
 #include "components/records/blocks_gsm.h"
 #include "components/records/blocks_td.h"
-#include "components/records/testdata.h"
 
 // setinfo of the structures that a stream keeps: takes over the record's block, true when the record carries one;
 // otherwise the structure stays as it is. Lists and texts go on belonging to the record.

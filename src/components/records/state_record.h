@@ -7,9 +7,10 @@
 #include <string_view>
 #include <tuple>
 #include <type_traits>
-#include <vector>
+#include <utility>
 
 #include "components/records/basic_info.h"
+#include "components/records/block_table.h"
 #include "components/records/blocks_gsm.h"
 #include "components/records/blocks_td.h"
 #include "components/records/setinfo.h"
@@ -71,17 +72,33 @@ class OwnedStructure {
   std::size_t capacity_ = 0;
 };
 
-// The newest structures of a stream. Starts with the six TD-SCDMA structures, every field of them absent; the GSM ones
+namespace detail {
+
+template <class Block>
+using StateSlot = std::unique_ptr<OwnedStructure<Block>>;
+
+// The slot of a row of the table of blocks, if the block is kept.
+template <std::size_t kRow>
+auto StateSlotOfRow() {
+  if constexpr (std::get<kRow>(kRecordBlocks).kept == Kept::kNot) {
+    return std::tuple<>();
+  } else {
+    return std::tuple<StateSlot<typename std::tuple_element_t<kRow, decltype(kRecordBlocks)>::Block>>();
+  }
+}
+template <std::size_t... kRow>
+auto StateSlots(std::index_sequence<kRow...>) {
+  return std::tuple_cat(StateSlotOfRow<kRow>()...);
+}
+
+}  // namespace detail
+
+// The newest structures of a stream. Starts with the TD-SCDMA structures, every field of them absent; the GSM ones
 // appear with the first record that carries them. A structure that a record lacks keeps its last value.
 class StateRecord {
  public:
   StateRecord() {
-    Add<CIE_SCell_Para>();
-    Add<CIE_SCell_Meas>();
-    Add<CIE_NCell_Meas>();
-    Add<CIE_Channel_Para>();
-    Add<CIE_Meas_Res>();
-    Add<CIE_Layer12_Config_Para>();
+    ForEachKept<Kept::kOfTd>([this]<class Block>(const RecordBlock<Block>&) { Add<Block>(); });
   }
   StateRecord(const StateRecord&) = delete;
   StateRecord& operator=(const StateRecord&) = delete;
@@ -98,10 +115,25 @@ class StateRecord {
   bool Update(const CTestdataBase& record) {
     return BlockOf<Block>(record) && Add<Block>().Fill(record);
   }
+  // Fills the structures of a mode, each that the record carries.
+  template <Kept kMode>
+  void Update(const CTestdataBase& record) {
+    ForEachKept<kMode>([&]<class Block>(const RecordBlock<Block>&) { Update<Block>(record); });
+  }
 
  private:
   template <class Block>
-  using Slot = std::unique_ptr<OwnedStructure<Block>>;
+  using Slot = detail::StateSlot<Block>;
+
+  template <Kept kMode, class Function>
+  static void ForEachKept(Function&& function) {
+    [&]<std::size_t... kRow>(std::index_sequence<kRow...>)->void { (CallIfKept<kMode, kRow>(function), ...); }
+    (std::make_index_sequence<kRecordBlockCount>());
+  }
+  template <Kept kMode, std::size_t kRow, class Function>
+  static void CallIfKept(Function& function) {
+    if constexpr (std::get<kRow>(kRecordBlocks).kept == kMode) function(std::get<kRow>(kRecordBlocks));
+  }
 
   template <class Block>
   OwnedStructure<Block>& Add() {
@@ -115,14 +147,7 @@ class StateRecord {
 
   CTestdataBase record_{false, 0};
   CIE_Basic_Info basic_info_;
-  std::tuple<Slot<CIE_SCell_Para>, Slot<CIE_SCell_Meas>, Slot<CIE_NCell_Meas>, Slot<CIE_Channel_Para>,
-             Slot<CIE_Meas_Res>, Slot<CIE_Layer12_Config_Para>, Slot<CIE_GSM_SCell_Sys_Info>,
-             Slot<CIE_GSM_SCell_Resel_Sys_Info>, Slot<CIE_GSM_SCell_Radio_Info>, Slot<CIE_GSM_SCell_DSC>,
-             Slot<CIE_GSM_NCell_Info>, Slot<CIE_GSM_MS_Muti_Slot_Class>, Slot<CIE_GSM_Ded_CH_Info>,
-             Slot<CIE_GSM_Ded_Meas_Info>, Slot<CIE_GSM_SCell_Ch_Radio_Link_Counter>, Slot<CIE_GSM_MS_Class>,
-             Slot<CIE_GSM_RAT_Indicate>, Slot<CIE_GSM_LLC_GPRS_Qos_Info>, Slot<CIE_GSM_HO_Num>,
-             Slot<CIE_GSM_RLC_GPRS_Qos_Info>>
-      slots_;
+  decltype(detail::StateSlots(std::make_index_sequence<kRecordBlockCount>())) slots_;
 };
 
 }  // namespace loom

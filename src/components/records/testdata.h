@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <memory_resource>
 #include <span>
-#include <tuple>
 #include <vector>
 
 #include "components/records/auto_buffer.h"
+#include "components/records/fields.h"
 #include "components/records/lists.h"
 #include "components/records/sys_time.h"
 
@@ -200,65 +200,14 @@ class CTestdataBase {
   void GetAllIEs(std::vector<pair_ie_id_value>& list, int mode) const;
 };
 
-// Every block of a record, in the order of their positions. A block is found by its type.
-inline constexpr std::tuple kRecordBlocks{
-    &CTestdataBase::serving_cell,
-    &CTestdataBase::timeslot_measurements,
-    &CTestdataBase::neighbours,
-    &CTestdataBase::channels,
-    &CTestdataBase::codes,
-    &CTestdataBase::physical_channels,
-    &CTestdataBase::block252,
-    &CTestdataBase::data_test_first,
-    &CTestdataBase::data_test_second,
-    &CTestdataBase::cell_identities,
-    &CTestdataBase::block288,
-    &CTestdataBase::block292,
-    &CTestdataBase::block296,
-    &CTestdataBase::samples,
-    &CTestdataBase::block304,
-    &CTestdataBase::block308,
-    &CTestdataBase::block312,
-    &CTestdataBase::block316,
-    &CTestdataBase::block320,
-    &CTestdataBase::block324,
-    &CTestdataBase::block328,
-    &CTestdataBase::block332,
-    &CTestdataBase::system_info,
-    &CTestdataBase::block344,
-    &CTestdataBase::block348,
-    &CTestdataBase::block_table,
-    &CTestdataBase::gsm_serving_cell,
-    &CTestdataBase::gsm_reselection,
-    &CTestdataBase::gsm_radio,
-    &CTestdataBase::gsm_dsc,
-    &CTestdataBase::gsm_neighbours,
-    &CTestdataBase::gsm_multislot_class,
-    &CTestdataBase::gsm_dedicated_channel,
-    &CTestdataBase::gsm_dedicated_measurements,
-    &CTestdataBase::gsm_radio_link_counter,
-    &CTestdataBase::gsm_ms_class,
-    &CTestdataBase::gsm_rat,
-    &CTestdataBase::gsm_llc_qos,
-    &CTestdataBase::gsm_handover_number,
-    &CTestdataBase::gsm_rlc_qos,
-    &CTestdataBase::gsm_simple_info,
-    &CTestdataBase::td_cell_list,
-    &CTestdataBase::service,
-    &CTestdataBase::scan,
-    &CTestdataBase::lte_measurements,
-    &CTestdataBase::lte_signalling,
-    &CTestdataBase::lte_scan,
+template <>
+struct BlockFields<CTestdataBase> {
+  using B = CTestdataBase;
+  using List = FieldList<&B::record_id, &B::kind, &B::text, &B::ie5, &B::device_number, &B::time, &B::latitude,
+                         &B::longitude, &B::time_stamp, &B::message_id, &B::ie7, &B::message_text, &B::layer3_name,
+                         &B::raw_message, &B::word156, &B::direction, &B::channel, &B::event_id, &B::raw_length,
+                         &B::raw_bytes, &B::ie6, &B::model_code, &B::network_mode, &B::network_mode_changed, &B::ie5247,
+                         &B::ie5256, &B::ie5257, &B::ie5258, &B::layer3_lines>;
 };
-
-// The record's block of a type, null when it has none: BlockOf<CIE_SCell_Para>(record).
-template <class Block>
-const Block*& BlockOf(CTestdataBase& record) {
-  return record.*std::get<const Block * CTestdataBase::*>(kRecordBlocks);
-}
-template <class Block>
-const Block* BlockOf(const CTestdataBase& record) {
-  return record.*std::get<const Block * CTestdataBase::*>(kRecordBlocks);
-}
 
 }  // namespace loom

@@ -1,8 +1,13 @@
 #pragma once
 
-#include "components/records/testdata.h"
+#include <array>
+#include <cstddef>
+#include <tuple>
+#include <utility>
+
+#include "components/records/block_table.h"
+#include "components/records/blocks.h"
 #include "host/logstore/record_blocks.h"
-#include "host/logstore/record_fields.h"
 #include "host/logstore/record_value_codec.h"
 #include "host/logstore/record_value_json.h"
 
@@ -28,11 +33,21 @@ struct CodecOf {
   }
   static Json ToJson(const CTestdataBase& record) { return ValueToJson(*BlockOf<Block>(record)); }
 
-  static constexpr BlockCodec kCodec{
-      BlockFields<Block>::kTag, BlockFields<Block>::kName, Present, Decode, Encode, FromJson, ToJson};
+  static constexpr BlockCodec kCodec{kRowOf<Block>.tag, kRowOf<Block>.name, Present, Decode, Encode, FromJson, ToJson};
 };
 
-template <class... Blocks>
-inline constexpr BlockCodec kCodecs[] = {CodecOf<Blocks>::kCodec...};
+constexpr std::size_t BlocksBelow(std::uint32_t tag) {
+  std::size_t count = 0;
+  ForEachBlock([&](const auto& row) { count += row.tag < tag; });
+  return count;
+}
+
+// The codecs of the blocks with tags from kFrom to kTo (excluded).
+template <std::uint32_t kFrom, std::uint32_t kTo>
+inline constexpr auto kCodecsOfTags = []<std::size_t... kRow>(std::index_sequence<kRow...>) {
+  constexpr std::size_t kFirst = BlocksBelow(kFrom);
+  return std::array{CodecOf<typename std::tuple_element_t<kFirst + kRow, decltype(kRecordBlocks)>::Block>::kCodec...};
+}
+(std::make_index_sequence<BlocksBelow(kTo) - BlocksBelow(kFrom)>());
 
 }  // namespace loom::records

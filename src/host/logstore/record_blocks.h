@@ -13,8 +13,8 @@ namespace loom::records {
 
 class JsonPlace;
 
-// What can be done with one kind of block, whatever its structure. Made from the descriptions of record_fields.h, one
-// source file per family of blocks.
+// What can be done with one kind of block, whatever its structure. Made from the descriptions behind the
+// structures, and the table of blocks.
 struct BlockCodec {
   std::uint16_t tag;
   std::string_view name;
@@ -29,12 +29,15 @@ struct BlockCodec {
   nlohmann::ordered_json (*to_json)(const CTestdataBase& record);
 };
 
-std::span<const BlockCodec> TdBlocks();
-std::span<const BlockCodec> FurtherTdBlocks();
-std::span<const BlockCodec> GsmBlocks();
-std::span<const BlockCodec> LteBlocks();
-std::span<const BlockCodec> ScanBlocks();
-std::span<const BlockCodec> ServiceBlocks();
+// Four shares of the blocks, cut by their tags, since their codecs take long to compile.
+inline constexpr std::uint32_t kSecondShareTag = 252;
+inline constexpr std::uint32_t kThirdShareTag = 356;
+inline constexpr std::uint32_t kFourthShareTag = 416;
+inline constexpr std::uint32_t kEndOfTags = 0x10000;
+std::span<const BlockCodec> FirstBlocks();
+std::span<const BlockCodec> SecondBlocks();
+std::span<const BlockCodec> ThirdBlocks();
+std::span<const BlockCodec> FourthBlocks();
 
 // All of them, in the order of their tags.
 std::span<const BlockCodec> AllBlocks();

@@ -3,9 +3,10 @@
 #include <array>
 #include <string>
 
+#include "components/records/block_table.h"
+#include "components/records/testdata.h"
 #include "host/logstore/log_header.h"
 #include "host/logstore/record_blocks.h"
-#include "host/logstore/record_fields_header.h"
 #include "host/logstore/record_value_codec.h"
 #include "platform/byte_reader.h"
 
@@ -17,14 +18,14 @@ constexpr std::uint16_t kTagHeader = 1;
 constexpr std::uint16_t kTagFaults = 2;
 constexpr std::uint8_t kFaultRead = 1;
 constexpr std::uint8_t kFaultDecode = 2;
-constexpr std::uint16_t kGreatestTag = 520;
+constexpr std::uint16_t kGreatestTag = std::get<kRecordBlockCount - 1>(kRecordBlocks).tag;
 
 // Tags are byte positions of pointers, four bytes apart.
 using TagTable = std::array<const BlockCodec*, kGreatestTag / 4 + 1>;
 
 TagTable MakeTagTable() {
   TagTable table{};
-  for (auto family : {TdBlocks(), FurtherTdBlocks(), GsmBlocks(), LteBlocks(), ScanBlocks(), ServiceBlocks()}) {
+  for (auto family : {FirstBlocks(), SecondBlocks(), ThirdBlocks(), FourthBlocks()}) {
     for (const BlockCodec& codec : family) table.at(codec.tag / 4) = &codec;
   }
   return table;
@@ -170,7 +171,7 @@ void ShiftRecordTime(std::span<std::byte> payload, std::uint64_t position_bytes,
 
 void NumberRecord(std::span<std::byte> payload, std::uint64_t position_bytes, std::int32_t record_id) {
   using namespace records;
-  static_assert(std::get<0>(BlockFields<CTestdataBase>::kFields).member == &CTestdataBase::record_id);
+  static_assert(std::get<0>(kFieldsOf<CTestdataBase>).member == &CTestdataBase::record_id);
   ByteReader in(payload, position_bytes);
   while (!in.AtEnd()) {
     Element element = NextElement(in);

@@ -7,7 +7,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "host/logstore/record_fields.h"
+#include "components/records/fields.h"
 #include "host/logstore/record_value_traits.h"
 #include "platform/byte_reader.h"
 
@@ -16,9 +16,9 @@
 namespace loom::records {
 
 template <class T, std::size_t kField>
-using FieldType = std::remove_cvref_t<decltype(std::declval<T&>().*std::get<kField>(BlockFields<T>::kFields).member)>;
+using FieldType = std::remove_cvref_t<decltype(std::declval<T&>().*std::get<kField>(kFieldsOf<T>).member)>;
 template <class T>
-inline constexpr std::size_t kFieldCount = std::tuple_size_v<std::remove_cv_t<decltype(BlockFields<T>::kFields)>>;
+inline constexpr std::size_t kFieldCount = std::tuple_size_v<std::remove_cvref_t<decltype(kFieldsOf<T>)>>;
 
 // Whether the description names every member, in the order of their declaration: laid out one behind the other its
 // fields take exactly the structure's size. (A small member that hides in padding goes unseen.)
@@ -110,7 +110,7 @@ void StoreFixed(std::byte*& at, const T& value) {
 template <std::size_t kBegin, std::size_t kEnd, class T>
 void LoadRun(const std::byte* at, T& value) {
   if constexpr (kBegin < kEnd) {
-    LoadFixed(at, value.*std::get<kBegin>(BlockFields<T>::kFields).member);
+    LoadFixed(at, value.*std::get<kBegin>(kFieldsOf<T>).member);
     LoadRun<kBegin + 1, kEnd>(at, value);
   }
 }
@@ -118,7 +118,7 @@ void LoadRun(const std::byte* at, T& value) {
 template <std::size_t kBegin, std::size_t kEnd, class T>
 void StoreRun(std::byte* at, const T& value) {
   if constexpr (kBegin < kEnd) {
-    StoreFixed(at, value.*std::get<kBegin>(BlockFields<T>::kFields).member);
+    StoreFixed(at, value.*std::get<kBegin>(kFieldsOf<T>).member);
     StoreRun<kBegin + 1, kEnd>(at, value);
   }
 }

@@ -2,8 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "components/records/testdata.h"
 #include "host/logstore/record_blocks.h"
-#include "host/logstore/record_fields_header.h"
 #include "host/logstore/record_json_place.h"
 #include "host/logstore/record_value_json.h"
 

@@ -7,8 +7,8 @@
 #include <tuple>
 #include <type_traits>
 
+#include "components/records/fields.h"
 #include "components/records/testdata.h"
-#include "host/logstore/record_fields.h"
 #include "host/logstore/record_fixed_values.h"
 #include "host/logstore/record_value_traits.h"
 #include "platform/byte_reader.h"
@@ -47,7 +47,7 @@ void EncodeFields(ByteWriter& out, const T& value) {
     out.Bytes(run);
     EncodeFields<kEnd>(out, value);
   } else if constexpr (kField < kFieldCount<T>) {
-    EncodeValue(out, value.*std::get<kField>(BlockFields<T>::kFields).member);
+    EncodeValue(out, value.*std::get<kField>(kFieldsOf<T>).member);
     EncodeFields<kField + 1>(out, value);
   }
 }
@@ -90,7 +90,7 @@ void DecodeFields(ByteReader& in, T& value, std::pmr::memory_resource& arena) {
     LoadRun<kField, kEnd>(in.Bytes(RunBytes<T, kField, kEnd>(), "fields").data(), value);
     DecodeFields<kEnd>(in, value, arena);
   } else if constexpr (kField < kFieldCount<T>) {
-    DecodeValue(in, value.*std::get<kField>(BlockFields<T>::kFields).member, arena);
+    DecodeValue(in, value.*std::get<kField>(kFieldsOf<T>).member, arena);
     DecodeFields<kField + 1>(in, value, arena);
   }
 }
@@ -108,7 +108,7 @@ void DecodeLeadingFields(ByteReader& in, T& value, std::pmr::memory_resource& ar
   }
   if constexpr (kField < kFieldCount<T>) {
     if (in.AtEnd()) return;
-    DecodeValue(in, value.*std::get<kField>(BlockFields<T>::kFields).member, arena);
+    DecodeValue(in, value.*std::get<kField>(kFieldsOf<T>).member, arena);
     DecodeLeadingFields<kField + 1>(in, value, arena);
   }
 }

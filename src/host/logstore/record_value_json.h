@@ -11,7 +11,7 @@
 #include <tuple>
 #include <type_traits>
 
-#include "host/logstore/record_fields.h"
+#include "components/records/fields.h"
 #include "host/logstore/record_json_place.h"
 #include "host/logstore/record_value_traits.h"
 

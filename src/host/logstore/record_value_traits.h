@@ -11,7 +11,7 @@
 #include "components/records/lists.h"
 #include "components/records/sys_time.h"
 
-// What kinds of members the descriptions of record_fields.h may name.
+// What kinds of members the descriptions behind the structures may name.
 namespace loom::records {
 
 template <class T>
