@@ -9,6 +9,7 @@
 #include <utility>
 #include <variant>
 
+#include "components/records/fields.h"
 #include "components/records/lists.h"
 #include "conversion/field_rule.h"
 #include "conversion/row_ie_writer.h"
@@ -55,6 +56,27 @@ consteval std::array<Field<Block>, kSize> ToArray(const Field<Block> (&fields)[k
 }
 
 }  // namespace detail
+
+// The IE after which a member is named: 2410 of &ServiceBlock::ie2410. Another name does not compile.
+template <auto kMember>
+consteval IE OwnIE() {
+  const std::string_view name = MemberName<kMember>();
+  if (!name.starts_with("ie") || name.size() == 2) throw "the member is not named after an IE";
+  IE ie;
+  for (const char digit : name.substr(2)) {
+    if (digit < '0' || digit > '9') throw "the member is not named after an IE";
+    ie.id = ie.id * 10 + (digit - '0');
+  }
+  return ie;
+}
+
+// The row of a member that is named after its IE: Own<&ServiceBlock::ie2410>(k128th).
+template <auto kMember, class... Rest>
+consteval auto Own(Rest... rest) {
+  return [&]<class Raw, class Block>(Raw Block::*member) {
+    return Field<Block>(member, OwnIE<kMember>(), rest...);
+  }(kMember);
+}
 
 // A table of a block's fields; an IE listed twice does not compile.
 template <class Block, std::size_t kSize>

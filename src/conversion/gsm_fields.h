@@ -42,39 +42,39 @@ constexpr ReselectionForm FormOf(std::uint8_t form) {
 
 // 356
 inline constexpr auto kGsmServingCellFields = FieldTable<CIE_GSM_SCell_Sys_Info>({
-    {&CIE_GSM_SCell_Sys_Info::ie31706, IE{31706}},
-    {&CIE_GSM_SCell_Sys_Info::ie31701, IE{31701}},
-    {&CIE_GSM_SCell_Sys_Info::ie31705, IE{31705}},
+    Own<&CIE_GSM_SCell_Sys_Info::ie31706>(),
+    Own<&CIE_GSM_SCell_Sys_Info::ie31701>(),
+    Own<&CIE_GSM_SCell_Sys_Info::ie31705>(),
     {&CIE_GSM_SCell_Sys_Info::rx_lev,  IE{31703}, Shifted(-110)},
-    {&CIE_GSM_SCell_Sys_Info::ie31719, IE{31719}},
-    {&CIE_GSM_SCell_Sys_Info::ie31712, IE{31712}},
-    {&CIE_GSM_SCell_Sys_Info::ie32265, IE{32265}, kOptional},
+    Own<&CIE_GSM_SCell_Sys_Info::ie31719>(),
+    Own<&CIE_GSM_SCell_Sys_Info::ie31712>(),
+    Own<&CIE_GSM_SCell_Sys_Info::ie32265>(kOptional),
 });
 
 // 360
 inline constexpr auto kGsmReselectionFields = FieldTable<CIE_GSM_SCell_Resel_Sys_Info>({
-    {&CIE_GSM_SCell_Resel_Sys_Info::ie31717, IE{31717}, kUnmarked},
+    Own<&CIE_GSM_SCell_Resel_Sys_Info::ie31717>(kUnmarked),
 });
 
 // 364; the last three by the form of the block
 inline constexpr auto kGsmRadioFields = FieldTable<CIE_GSM_SCell_Radio_Info>({
-    {&CIE_GSM_SCell_Radio_Info::ie32078, IE{32078}},
-    {&CIE_GSM_SCell_Radio_Info::ie31707, IE{31707}},
-    {&CIE_GSM_SCell_Radio_Info::ie32074, IE{32074}, kOptional},
+    Own<&CIE_GSM_SCell_Radio_Info::ie32078>(),
+    Own<&CIE_GSM_SCell_Radio_Info::ie31707>(),
+    Own<&CIE_GSM_SCell_Radio_Info::ie32074>(kOptional),
 });
 inline constexpr auto kGsmC2Fields = FieldTable<CIE_GSM_SCell_Radio_Info>({
-    {&CIE_GSM_SCell_Radio_Info::ie32075, IE{32075}, kOptional},
+    Own<&CIE_GSM_SCell_Radio_Info::ie32075>(kOptional),
 });
 inline constexpr auto kGsmC31Fields = FieldTable<CIE_GSM_SCell_Radio_Info>({
-    {&CIE_GSM_SCell_Radio_Info::ie32244, IE{32244}, kOptional},
+    Own<&CIE_GSM_SCell_Radio_Info::ie32244>(kOptional),
 });
 inline constexpr auto kGsmC32Fields = FieldTable<CIE_GSM_SCell_Radio_Info>({
-    {&CIE_GSM_SCell_Radio_Info::ie32245, IE{32245}, kOptional},
+    Own<&CIE_GSM_SCell_Radio_Info::ie32245>(kOptional),
 });
 
 // 368
 inline constexpr auto kGsmDscFields = FieldTable<CIE_GSM_SCell_DSC>({
-    {&CIE_GSM_SCell_DSC::ie31736, IE{31736}, kOptional},
+    Own<&CIE_GSM_SCell_DSC::ie31736>(kOptional),
 });
 
 // 372: entry i becomes IE id + i; the last three by the form of the entry
@@ -98,45 +98,45 @@ inline constexpr auto kGsmNeighbourC32Fields = FieldTable<GsmNeighbour>({
     {&GsmNeighbour::c32, IE{32157}, OptionalBy(SelectionName::kNborC32)},
 });
 inline constexpr auto kGsmNeighbourListFields = FieldTable<CIE_GSM_NCell_Info>({
-    {&CIE_GSM_NCell_Info::ie31721, IE{31721}, UnlessEqual(0x7F)},
-    {&CIE_GSM_NCell_Info::ie31722, IE{31722}},
+    Own<&CIE_GSM_NCell_Info::ie31721>(UnlessEqual(0x7F)),
+    Own<&CIE_GSM_NCell_Info::ie31722>(),
 });
 inline constexpr auto kGsmOtherListFields = FieldTable<CIE_GSM_NCell_Info>({
-    {&CIE_GSM_NCell_Info::ie31720, IE{31720}},
+    Own<&CIE_GSM_NCell_Info::ie31720>(),
 });
 
 // 376
 inline constexpr auto kGsmMultislotFields = FieldTable<CIE_GSM_MS_Muti_Slot_Class>({
-    {&CIE_GSM_MS_Muti_Slot_Class::ie32202, IE{32202}},
+    Own<&CIE_GSM_MS_Muti_Slot_Class::ie32202>(),
 });
 
 // 380
 inline constexpr auto kGsmDedicatedChannelFields = FieldTable<CIE_GSM_Ded_CH_Info>({
     {&CIE_GSM_Ded_CH_Info::channel_bits, IE{31723}, By(LowestBit).Marked(kInRange)},
-    {&CIE_GSM_Ded_CH_Info::ie31724,      IE{31724}, kUnlessMinusOne},
-    {&CIE_GSM_Ded_CH_Info::ie31730,      IE{31730}, kUnlessMinusOne},
-    {&CIE_GSM_Ded_CH_Info::ie31731,      IE{31731}, kUnlessMinusOne},
+    Own<&CIE_GSM_Ded_CH_Info::ie31724>(kUnlessMinusOne),
+    Own<&CIE_GSM_Ded_CH_Info::ie31730>(kUnlessMinusOne),
+    Own<&CIE_GSM_Ded_CH_Info::ie31731>(kUnlessMinusOne),
 });
 inline constexpr auto kGsmSingleFrequencyFields = FieldTable<GsmDedicatedFrequencies>({
-    {&GsmDedicatedFrequencies::ie31727, IE{31727}, kUnlessMinusOne, kOptional},
+    Own<&GsmDedicatedFrequencies::ie31727>(kUnlessMinusOne, kOptional),
 });
 
 // 384
 inline constexpr auto kGsmDedicatedMeasurementFields = FieldTable<CIE_GSM_Ded_Meas_Info>({
-    {&CIE_GSM_Ded_Meas_Info::ie31966, IE{31966}, By(BelowEight).Marked(kInRange)},
-    {&CIE_GSM_Ded_Meas_Info::ie32038, IE{32038}, By(BelowEight).Marked(kInRange)},
-    {&CIE_GSM_Ded_Meas_Info::ie31715, IE{31715}, UnlessEqual(0xFF)},
-    {&CIE_GSM_Ded_Meas_Info::ie32076, IE{32076}, By(FromOneTo31).Marked(kInRange)},
-    {&CIE_GSM_Ded_Meas_Info::ie31930, IE{31930}, kUnlessMinusOne},
-    {&CIE_GSM_Ded_Meas_Info::ie32002, IE{32002}, kUnlessMinusOne},
-    {&CIE_GSM_Ded_Meas_Info::ie32077, IE{32077}, kUnlessMinusOne},
-    {&CIE_GSM_Ded_Meas_Info::ie32201, IE{32201}, kUnlessMinusOne},
+    Own<&CIE_GSM_Ded_Meas_Info::ie31966>(By(BelowEight).Marked(kInRange)),
+    Own<&CIE_GSM_Ded_Meas_Info::ie32038>(By(BelowEight).Marked(kInRange)),
+    Own<&CIE_GSM_Ded_Meas_Info::ie31715>(UnlessEqual(0xFF)),
+    Own<&CIE_GSM_Ded_Meas_Info::ie32076>(By(FromOneTo31).Marked(kInRange)),
+    Own<&CIE_GSM_Ded_Meas_Info::ie31930>(kUnlessMinusOne),
+    Own<&CIE_GSM_Ded_Meas_Info::ie32002>(kUnlessMinusOne),
+    Own<&CIE_GSM_Ded_Meas_Info::ie32077>(kUnlessMinusOne),
+    Own<&CIE_GSM_Ded_Meas_Info::ie32201>(kUnlessMinusOne),
 });
 
 // 388
 inline constexpr auto kGsmRadioLinkFields = FieldTable<CIE_GSM_SCell_Ch_Radio_Link_Counter>({
-    {&CIE_GSM_SCell_Ch_Radio_Link_Counter::ie31713, IE{31713}},
-    {&CIE_GSM_SCell_Ch_Radio_Link_Counter::ie31735, IE{31735}},
+    Own<&CIE_GSM_SCell_Ch_Radio_Link_Counter::ie31713>(),
+    Own<&CIE_GSM_SCell_Ch_Radio_Link_Counter::ie31735>(),
 });
 
 // 396
@@ -146,16 +146,16 @@ inline constexpr auto kGsmRatFields = FieldTable<CIE_GSM_RAT_Indicate>({
 
 // 400
 inline constexpr auto kGsmLlcFields = FieldTable<CIE_GSM_LLC_GPRS_Qos_Info>({
-    {&CIE_GSM_LLC_GPRS_Qos_Info::ie32195, IE{32195}, By(KiloUpTo2048).Marked({.absent = -1})},
-    {&CIE_GSM_LLC_GPRS_Qos_Info::ie32196, IE{32196}, By(KiloUpTo2048).Marked({.absent = -1})},
-    {&CIE_GSM_LLC_GPRS_Qos_Info::ie32199, IE{32199}, kUnlessMinusOne},
+    Own<&CIE_GSM_LLC_GPRS_Qos_Info::ie32195>(By(KiloUpTo2048).Marked({.absent = -1})),
+    Own<&CIE_GSM_LLC_GPRS_Qos_Info::ie32196>(By(KiloUpTo2048).Marked({.absent = -1})),
+    Own<&CIE_GSM_LLC_GPRS_Qos_Info::ie32199>(kUnlessMinusOne),
 });
 
 // 408
 inline constexpr auto kGsmRlcFields = FieldTable<CIE_GSM_RLC_GPRS_Qos_Info>({
-    {&CIE_GSM_RLC_GPRS_Qos_Info::ie32193, IE{32193}, By(UnsignedKilo)},
-    {&CIE_GSM_RLC_GPRS_Qos_Info::ie32194, IE{32194}, By(UnsignedKilo)},
-    {&CIE_GSM_RLC_GPRS_Qos_Info::ie32189, IE{32189}},
+    Own<&CIE_GSM_RLC_GPRS_Qos_Info::ie32193>(By(UnsignedKilo)),
+    Own<&CIE_GSM_RLC_GPRS_Qos_Info::ie32194>(By(UnsignedKilo)),
+    Own<&CIE_GSM_RLC_GPRS_Qos_Info::ie32189>(),
 });
 
 // 220, with the markers of TD-SCDMA blocks
@@ -171,26 +171,26 @@ inline constexpr auto kGsmTdServingCellFields = FieldTable<CIE_SCell_Para>({
 // 228: entry i becomes IE id + i
 inline constexpr std::size_t kGsmTdNeighbours = 6;
 inline constexpr auto kGsmTdNeighbourFields = FieldTable<TdNeighbour>({
-    {&TdNeighbour::ie32246, IE{32246}, kAsIs.Marked({.base = Markers::Base::kNone, .invalid = -999})},
-    {&TdNeighbour::ie32252, IE{32252}, kAsIs.Marked({.base = Markers::Base::kNone, .invalid = -999})},
+    Own<&TdNeighbour::ie32246>(kAsIs.Marked({.base = Markers::Base::kNone, .invalid = -999})),
+    Own<&TdNeighbour::ie32252>(kAsIs.Marked({.base = Markers::Base::kNone, .invalid = -999})),
 });
 
 // 412
 inline constexpr std::int32_t kGsmSimpleInfoText = 32170;
 inline constexpr auto kGsmSimpleInfoFields = FieldTable<CIE_GSM_2230E_Simple_Info>({
-    {&CIE_GSM_2230E_Simple_Info::ie32270, IE{32270}, kOptional},
-    {&CIE_GSM_2230E_Simple_Info::ie32271, IE{32271}, kOptional},
-    {&CIE_GSM_2230E_Simple_Info::ie32272, IE{32272}, kOptional},
-    {&CIE_GSM_2230E_Simple_Info::ie32273, IE{32273}, kOptional},
-    {&CIE_GSM_2230E_Simple_Info::ie32203, IE{32203}, kOptional},
-    {&CIE_GSM_2230E_Simple_Info::ie32204, IE{32204}, kOptional},
-    {&CIE_GSM_2230E_Simple_Info::ie32215, IE{32215}, kOptional},
-    {&CIE_GSM_2230E_Simple_Info::ie32216, IE{32216}, kOptional},
-    {&CIE_GSM_2230E_Simple_Info::ie32217, IE{32217}, kOptional},
-    {&CIE_GSM_2230E_Simple_Info::ie32218, IE{32218}, kOptional},
-    {&CIE_GSM_2230E_Simple_Info::ie32267, IE{32267}, kOptional},
-    {&CIE_GSM_2230E_Simple_Info::ie32219, IE{32219}, kOptional},
-    {&CIE_GSM_2230E_Simple_Info::ie32220, IE{32220}, kOptional},
+    Own<&CIE_GSM_2230E_Simple_Info::ie32270>(kOptional),
+    Own<&CIE_GSM_2230E_Simple_Info::ie32271>(kOptional),
+    Own<&CIE_GSM_2230E_Simple_Info::ie32272>(kOptional),
+    Own<&CIE_GSM_2230E_Simple_Info::ie32273>(kOptional),
+    Own<&CIE_GSM_2230E_Simple_Info::ie32203>(kOptional),
+    Own<&CIE_GSM_2230E_Simple_Info::ie32204>(kOptional),
+    Own<&CIE_GSM_2230E_Simple_Info::ie32215>(kOptional),
+    Own<&CIE_GSM_2230E_Simple_Info::ie32216>(kOptional),
+    Own<&CIE_GSM_2230E_Simple_Info::ie32217>(kOptional),
+    Own<&CIE_GSM_2230E_Simple_Info::ie32218>(kOptional),
+    Own<&CIE_GSM_2230E_Simple_Info::ie32267>(kOptional),
+    Own<&CIE_GSM_2230E_Simple_Info::ie32219>(kOptional),
+    Own<&CIE_GSM_2230E_Simple_Info::ie32220>(kOptional),
 });
 // clang-format on
 

@@ -68,20 +68,20 @@ inline constexpr auto kScanCellRssiFields = FieldTable<ScanCellRssi>({
 // Spectrum; the carrier of IE 3687 is the first of a list
 inline constexpr std::int32_t kSpectrumUarfcn = 3687;
 inline constexpr auto kSpectrumFields = FieldTable<ScanSpectrumHeader>({
-    {&ScanSpectrumHeader::ie3686, IE{3686}, kTruncated, kUnselected},
+    Own<&ScanSpectrumHeader::ie3686>(kTruncated, kUnselected),
 });
 
 // LTE scanner: entry k of the first list becomes IE id + k, of the second list that of the arrays behind; each IE is
 // selected by its own id
 inline constexpr std::int32_t kSecondLteScanList = 34915 - 34691;
 inline constexpr auto kLteScanFields = FieldTable<LteScanEntry>({
-    {&LteScanEntry::ie34691, IE{34691}},
-    {&LteScanEntry::ie34723, IE{34723}},
-    {&LteScanEntry::ie34755, IE{34755}, kTruncated},
-    {&LteScanEntry::ie34787, IE{34787}, kTruncated},
-    {&LteScanEntry::ie34819, IE{34819}, kTruncated},
-    {&LteScanEntry::ie34851, IE{34851}, kTruncated},
-    {&LteScanEntry::ie34883, IE{34883}, kTruncated},
+    Own<&LteScanEntry::ie34691>(),
+    Own<&LteScanEntry::ie34723>(),
+    Own<&LteScanEntry::ie34755>(kTruncated),
+    Own<&LteScanEntry::ie34787>(kTruncated),
+    Own<&LteScanEntry::ie34819>(kTruncated),
+    Own<&LteScanEntry::ie34851>(kTruncated),
+    Own<&LteScanEntry::ie34883>(kTruncated),
 });
 // clang-format on
 

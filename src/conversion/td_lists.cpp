@@ -21,8 +21,8 @@ constexpr ListGroup<CIE_Channel_Para, TdCodeChannel, std::int8_t, 2> kGroupC{
     &CIE_Channel_Para::code_channel_count, &CIE_Channel_Para::code_channels, IE{198},
     &TdCodeChannel::number, 0, 95,
     FieldTable<TdCodeChannel>({
-        {&TdCodeChannel::ie393, IE{393}, kEntry},
-        {&TdCodeChannel::ie297, IE{297}, kEntry},
+        Own<&TdCodeChannel::ie393>(kEntry),
+        Own<&TdCodeChannel::ie297>(kEntry),
     })};
 
 // Entry of timeslot t becomes IE id + t.
@@ -39,7 +39,7 @@ constexpr ListGroup<CIE_Channel_Para, TdNumberedByte, std::int8_t, 1> kGroup199{
     &CIE_Channel_Para::numbered_byte_count, &CIE_Channel_Para::numbered_bytes, IE{199},
     &TdNumberedByte::number, 1, 32,
     FieldTable<TdNumberedByte>({
-        {&TdNumberedByte::ie264, IE{264}, kEntry},
+        Own<&TdNumberedByte::ie264>(kEntry),
     }),
     SelectedBy(265)};
 
@@ -47,18 +47,18 @@ constexpr ListGroup<CIE_Channel_Para, TdTransportChannel, std::int8_t, 3> kGroup
     &CIE_Channel_Para::transport_channel_count, &CIE_Channel_Para::transport_channels, IE{200},
     &TdTransportChannel::number, 1, 32,
     FieldTable<TdTransportChannel>({
-        {&TdTransportChannel::ie935,  IE{935},  kEntry},
-        {&TdTransportChannel::ie1000, IE{1000}, kEntry},
-        {&TdTransportChannel::ie1033, IE{1033}, kEntry},
+        Own<&TdTransportChannel::ie935>(kEntry),
+        Own<&TdTransportChannel::ie1000>(kEntry),
+        Own<&TdTransportChannel::ie1033>(kEntry),
     }),
     SelectedBy(1034)};
 
 constexpr auto kChannelFields = FieldTable<CIE_Channel_Para>({
-    {&CIE_Channel_Para::ie170, IE{170}, kOnlyWithSettings},
-    {&CIE_Channel_Para::ie171, IE{171}, kOnlyWithSettings},
-    {&CIE_Channel_Para::ie172, IE{172}, kOnlyWithSettings},
-    {&CIE_Channel_Para::ie173, IE{173}, kOnlyWithSettings},
-    {&CIE_Channel_Para::ie174, IE{174}},
+    Own<&CIE_Channel_Para::ie170>(kOnlyWithSettings),
+    Own<&CIE_Channel_Para::ie171>(kOnlyWithSettings),
+    Own<&CIE_Channel_Para::ie172>(kOnlyWithSettings),
+    Own<&CIE_Channel_Para::ie173>(kOnlyWithSettings),
+    Own<&CIE_Channel_Para::ie174>(),
 });
 
 // ---- Code block
@@ -68,11 +68,11 @@ consteval ListGroup<CIE_Meas_Res, TdCodeEntryD, std::int8_t, 5> MakeGroupD(doubl
       &CIE_Meas_Res::count_d, &CIE_Meas_Res::entries_d, IE{491},
       &TdCodeEntryD::number, 1, 32,
       FieldTable<TdCodeEntryD>({
-          {&TdCodeEntryD::ie1656, IE{1656}, kAsFloat.OfEntry(), kOnlyWithSettings},
-          {&TdCodeEntryD::ie1588, IE{1588}, Scaled(scale).OfEntry()},
-          {&TdCodeEntryD::ie1622, IE{1622}, Scaled(scale).OfEntry()},
-          {&TdCodeEntryD::ie1818, IE{1818}, kEntry},
-          {&TdCodeEntryD::ie1850, IE{1850}, kEntry, kOnlyWithSettings},
+          Own<&TdCodeEntryD::ie1656>(kAsFloat.OfEntry(), kOnlyWithSettings),
+          Own<&TdCodeEntryD::ie1588>(Scaled(scale).OfEntry()),
+          Own<&TdCodeEntryD::ie1622>(Scaled(scale).OfEntry()),
+          Own<&TdCodeEntryD::ie1818>(kEntry),
+          Own<&TdCodeEntryD::ie1850>(kEntry, kOnlyWithSettings),
       })};
 }
 constexpr auto kGroupD = MakeGroupD(1.0);
@@ -82,10 +82,10 @@ constexpr ListGroup<CIE_Meas_Res, TdCodeEntryE, std::int8_t, 4> kGroupE{
     &CIE_Meas_Res::count_e, &CIE_Meas_Res::entries_e, IE{492},
     &TdCodeEntryE::number, 5, 15,
     FieldTable<TdCodeEntryE>({
-        {&TdCodeEntryE::ie1953, IE{1953}, Scaled(0.1).OfEntry()},
-        {&TdCodeEntryE::ie1966, IE{1966}, Scaled(0.1).OfEntry()},
-        {&TdCodeEntryE::ie1942, IE{1942}, kEntry},
-        {&TdCodeEntryE::ie1979, IE{1979}, kEntry, kOnlyWithSettings},
+        Own<&TdCodeEntryE::ie1953>(Scaled(0.1).OfEntry()),
+        Own<&TdCodeEntryE::ie1966>(Scaled(0.1).OfEntry()),
+        Own<&TdCodeEntryE::ie1942>(kEntry),
+        Own<&TdCodeEntryE::ie1979>(kEntry, kOnlyWithSettings),
     })};
 
 // Entry n has IEs 1994 + 32 k + n for k from 0 to 11.
@@ -96,8 +96,8 @@ constexpr std::int32_t kGroupFStride = 32;
 constexpr std::int32_t kGroupFValues = 12;
 
 constexpr auto kCodeFields = FieldTable<CIE_Meas_Res>({
-    {&CIE_Meas_Res::ie489, IE{489}, Shifted(-120), kOnlyWithSettings},
-    {&CIE_Meas_Res::ie490, IE{490}, Shifted(-1),   kOnlyWithSettings},
+    Own<&CIE_Meas_Res::ie489>(Shifted(-120), kOnlyWithSettings),
+    Own<&CIE_Meas_Res::ie490>(Shifted(-1), kOnlyWithSettings),
 });
 
 // ---- Physical-channel block
@@ -106,9 +106,9 @@ constexpr ListGroup<CIE_Layer12_Config_Para, TdPhysicalEntryG, std::int8_t, 3> k
     &CIE_Layer12_Config_Para::count_g, &CIE_Layer12_Config_Para::entries_g, IE{495},
     &TdPhysicalEntryG::number, 1, 32,
     FieldTable<TdPhysicalEntryG>({
-        {&TdPhysicalEntryG::ie3723, IE{3723}, kEntry, kOnlyWithSettings},
-        {&TdPhysicalEntryG::ie3755, IE{3755}, kEntry, kOnlyWithSettings},
-        {&TdPhysicalEntryG::ie3787, IE{3787}, kEntry, kOnlyWithSettings},
+        Own<&TdPhysicalEntryG::ie3723>(kEntry, kOnlyWithSettings),
+        Own<&TdPhysicalEntryG::ie3755>(kEntry, kOnlyWithSettings),
+        Own<&TdPhysicalEntryG::ie3787>(kEntry, kOnlyWithSettings),
     }),
     kOnlyWithSettings};
 
@@ -117,7 +117,7 @@ constexpr ListGroup<CIE_Layer12_Config_Para, TdPhysicalEntryH, std::int8_t, 2> k
     &TdPhysicalEntryH::number, 5, 15,
     FieldTable<TdPhysicalEntryH>({
         {&TdPhysicalEntryH::number, IE{3815}, kEntry, kOnlyWithSettings},
-        {&TdPhysicalEntryH::ie3826, IE{3826}, kEntry, kOnlyWithSettings},
+        Own<&TdPhysicalEntryH::ie3826>(kEntry, kOnlyWithSettings),
     }),
     kOnlyWithSettings};
 
@@ -125,49 +125,49 @@ constexpr ListGroup<CIE_Layer12_Config_Para, TdPhysicalEntryJ, std::int16_t, 3> 
     &CIE_Layer12_Config_Para::count_j, &CIE_Layer12_Config_Para::entries_j, IE{497},
     nullptr, 0, 255,
     FieldTable<TdPhysicalEntryJ>({
-        {&TdPhysicalEntryJ::ie3842, IE{3842}, kEntry,                            kOnlyWithSettings},
-        {&TdPhysicalEntryJ::ie4098, IE{4098}, kEntry,                            kOnlyWithSettings},
-        {&TdPhysicalEntryJ::ie4354, IE{4354}, Scaled(0.03125, -13825).OfEntry(), kOnlyWithSettings},
+        Own<&TdPhysicalEntryJ::ie3842>(kEntry, kOnlyWithSettings),
+        Own<&TdPhysicalEntryJ::ie4098>(kEntry, kOnlyWithSettings),
+        Own<&TdPhysicalEntryJ::ie4354>(Scaled(0.03125, -13825).OfEntry(), kOnlyWithSettings),
     }),
     kOnlyWithSettings};
 
 constexpr auto kPhysicalFirstFields = FieldTable<TdPhysicalFirst>({
-    {&TdPhysicalFirst::ie3688, IE{3688}, kOnlyWithSettings},
-    {&TdPhysicalFirst::ie3690, IE{3690}, kOnlyWithSettings},
-    {&TdPhysicalFirst::ie3691, IE{3691}, kOnlyWithSettings},
-    {&TdPhysicalFirst::ie3692, IE{3692}, kOnlyWithSettings},
-    {&TdPhysicalFirst::ie3693, IE{3693}, kOnlyWithSettings},
-    {&TdPhysicalFirst::ie3694, IE{3694}, kOnlyWithSettings},
+    Own<&TdPhysicalFirst::ie3688>(kOnlyWithSettings),
+    Own<&TdPhysicalFirst::ie3690>(kOnlyWithSettings),
+    Own<&TdPhysicalFirst::ie3691>(kOnlyWithSettings),
+    Own<&TdPhysicalFirst::ie3692>(kOnlyWithSettings),
+    Own<&TdPhysicalFirst::ie3693>(kOnlyWithSettings),
+    Own<&TdPhysicalFirst::ie3694>(kOnlyWithSettings),
 });
 
 constexpr auto kPhysicalSecondFields = FieldTable<TdPhysicalSecond>({
-    {&TdPhysicalSecond::ie3698,  IE{3698},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3699,  IE{3699},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3700,  IE{3700},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3701,  IE{3701},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3702,  IE{3702},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3703,  IE{3703},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3704,  IE{3704},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3705,  IE{3705},  Scaled(0.125), kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3706,  IE{3706},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3707,  IE{3707},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3708,  IE{3708},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3709,  IE{3709},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3710,  IE{3710}},
-    {&TdPhysicalSecond::ie3711,  IE{3711},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3712,  IE{3712},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3713,  IE{3713},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3714,  IE{3714},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3715,  IE{3715},  Scaled(0.125), kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3716,  IE{3716},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3717,  IE{3717},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3718,  IE{3718},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3719,  IE{3719},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3720,  IE{3720},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3721,  IE{3721},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3722,  IE{3722},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie3723,  IE{3723},  kOnlyWithSettings},
-    {&TdPhysicalSecond::ie31562, IE{31562}, kOnlyWithSettings},
+    Own<&TdPhysicalSecond::ie3698>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3699>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3700>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3701>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3702>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3703>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3704>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3705>(Scaled(0.125), kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3706>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3707>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3708>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3709>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3710>(),
+    Own<&TdPhysicalSecond::ie3711>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3712>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3713>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3714>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3715>(Scaled(0.125), kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3716>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3717>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3718>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3719>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3720>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3721>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3722>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie3723>(kOnlyWithSettings),
+    Own<&TdPhysicalSecond::ie31562>(kOnlyWithSettings),
 });
 
 // clang-format on

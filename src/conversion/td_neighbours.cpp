@@ -24,10 +24,10 @@ constexpr auto kNeighbourFields = FieldTable<TdNeighbour>({
     {&TdNeighbour::cell_parameter_id, IE{1141}, Neighbour(kAsIs, -1)},
     {&TdNeighbour::uarfcn,            IE{1173}, Neighbour(kAsIs, -1)},
     {&TdNeighbour::pccpch_rscp,       IE{1205}, Neighbour(Shifted(-116), -1)},
-    {&TdNeighbour::ie1237,            IE{1237}, Neighbour(kAsIs, kAbsent8)},
-    {&TdNeighbour::ie1269,            IE{1269}, Neighbour(kAsIs, 255),        kOnlyWithSettings},
-    {&TdNeighbour::ie1109,            IE{1109}, Neighbour(Shifted(-101), -1), kOnlyWithSettings},
-    {&TdNeighbour::ie1301,            IE{1301}, Neighbour(kAsIs, 255),        kOnlyWithSettings},
+    Own<&TdNeighbour::ie1237>(Neighbour(kAsIs, kAbsent8)),
+    Own<&TdNeighbour::ie1269>(Neighbour(kAsIs, 255), kOnlyWithSettings),
+    Own<&TdNeighbour::ie1109>(Neighbour(Shifted(-101), -1), kOnlyWithSettings),
+    Own<&TdNeighbour::ie1301>(Neighbour(kAsIs, 255), kOnlyWithSettings),
 });
 
 // clang-format on

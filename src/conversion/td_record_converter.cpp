@@ -11,39 +11,39 @@ namespace {
 // Serving cell of a TD-SCDMA handset.
 constexpr auto kServingCellFields = FieldTable<CIE_SCell_Para>({
     {&CIE_SCell_Para::cell_parameter_id, IE{140}},
-    {&CIE_SCell_Para::ie142,             IE{142}},
-    {&CIE_SCell_Para::ie143,             IE{143}},
-    {&CIE_SCell_Para::ie144,             IE{144}},
+    Own<&CIE_SCell_Para::ie142>(),
+    Own<&CIE_SCell_Para::ie143>(),
+    Own<&CIE_SCell_Para::ie144>(),
     {&CIE_SCell_Para::lac,               IE{145}},
     {&CIE_SCell_Para::cell_key,          IE{146}},
     {&CIE_SCell_Para::uarfcn,            IE{147}},
-    {&CIE_SCell_Para::ie149,             IE{149},   kOnlyWithSettings},
-    {&CIE_SCell_Para::ie150,             IE{150},   kOnlyWithSettings},
-    {&CIE_SCell_Para::ie151,             IE{151},   kOnlyWithSettings},
-    {&CIE_SCell_Para::ie158,             IE{158},   kOnlyWithSettings},
-    {&CIE_SCell_Para::ie152,             IE{152}},
-    {&CIE_SCell_Para::ie153,             IE{153}},
-    {&CIE_SCell_Para::ie154,             IE{154}},
-    {&CIE_SCell_Para::ie26765,           IE{26765}},
-    {&CIE_SCell_Para::ie155,             IE{155}},
-    {&CIE_SCell_Para::ie156,             IE{156}},
-    {&CIE_SCell_Para::ie157,             IE{157}},
-    {&CIE_SCell_Para::ie169,             IE{169},   kOnlyWithSettings},
-    {&CIE_SCell_Para::ie159,             IE{159}},
-    {&CIE_SCell_Para::ie5261,            IE{5261}},
-    {&CIE_SCell_Para::ie5260,            IE{5260}},
+    Own<&CIE_SCell_Para::ie149>(kOnlyWithSettings),
+    Own<&CIE_SCell_Para::ie150>(kOnlyWithSettings),
+    Own<&CIE_SCell_Para::ie151>(kOnlyWithSettings),
+    Own<&CIE_SCell_Para::ie158>(kOnlyWithSettings),
+    Own<&CIE_SCell_Para::ie152>(),
+    Own<&CIE_SCell_Para::ie153>(),
+    Own<&CIE_SCell_Para::ie154>(),
+    Own<&CIE_SCell_Para::ie26765>(),
+    Own<&CIE_SCell_Para::ie155>(),
+    Own<&CIE_SCell_Para::ie156>(),
+    Own<&CIE_SCell_Para::ie157>(),
+    Own<&CIE_SCell_Para::ie169>(kOnlyWithSettings),
+    Own<&CIE_SCell_Para::ie159>(),
+    Own<&CIE_SCell_Para::ie5261>(),
+    Own<&CIE_SCell_Para::ie5260>(),
 });
 
 constexpr auto kBlock252Fields = FieldTable<TdBlock252>({
-    {&TdBlock252::ie5403, IE{5403}},
+    Own<&TdBlock252::ie5403>(),
 });
 
 constexpr Rule kMinus255Invalid = kAsIs.Marked({.invalid = -255});
 constexpr auto kCellIdentityFields = FieldTable<TdCellIdentities>({
-    {&TdCellIdentities::ie26766, IE{26766}, kMinus255Invalid},
-    {&TdCellIdentities::ie26767, IE{26767}, kMinus255Invalid},
-    {&TdCellIdentities::ie26768, IE{26768}, kMinus255Invalid},
-    {&TdCellIdentities::ie26769, IE{26769}, kMinus255Invalid},
+    Own<&TdCellIdentities::ie26766>(kMinus255Invalid),
+    Own<&TdCellIdentities::ie26767>(kMinus255Invalid),
+    Own<&TdCellIdentities::ie26768>(kMinus255Invalid),
+    Own<&TdCellIdentities::ie26769>(kMinus255Invalid),
 });
 
 // clang-format on

@@ -13,18 +13,18 @@ constexpr std::int32_t kMaxCells = 20;
 // clang-format off
 
 constexpr auto kSystemInfoFields = FieldTable<TdSystemInfo>({
-    {&TdSystemInfo::ie21325, IE{21325}, Scaled(0.5, -23)},
-    {&TdSystemInfo::ie21326, IE{21326}},
-    {&TdSystemInfo::ie21327, IE{21327}},
-    {&TdSystemInfo::ie21328, IE{21328}},
-    {&TdSystemInfo::ie26772, IE{26772}},
-    {&TdSystemInfo::ie26885, IE{26885}},
-    {&TdSystemInfo::ie26900, IE{26900}},
-    {&TdSystemInfo::ie26965, IE{26965}},
-    {&TdSystemInfo::ie26966, IE{26966}},
-    {&TdSystemInfo::ie30079, IE{30079}},
-    {&TdSystemInfo::ie30080, IE{30080}},
-    {&TdSystemInfo::ie30081, IE{30081}},
+    Own<&TdSystemInfo::ie21325>(Scaled(0.5, -23)),
+    Own<&TdSystemInfo::ie21326>(),
+    Own<&TdSystemInfo::ie21327>(),
+    Own<&TdSystemInfo::ie21328>(),
+    Own<&TdSystemInfo::ie26772>(),
+    Own<&TdSystemInfo::ie26885>(),
+    Own<&TdSystemInfo::ie26900>(),
+    Own<&TdSystemInfo::ie26965>(),
+    Own<&TdSystemInfo::ie26966>(),
+    Own<&TdSystemInfo::ie30079>(),
+    Own<&TdSystemInfo::ie30080>(),
+    Own<&TdSystemInfo::ie30081>(),
 });
 
 constexpr std::array<NumberArray<TdSystemInfo>, 6> kSystemInfoArrays{{
@@ -38,16 +38,16 @@ constexpr std::array<NumberArray<TdSystemInfo>, 6> kSystemInfoArrays{{
 
 // Cell i becomes IE id + i.
 constexpr auto kCellFields = FieldTable<TdCell>({
-    {&TdCell::ie31362, IE{31362}},
-    {&TdCell::ie31382, IE{31382}},
-    {&TdCell::ie31402, IE{31402}},
-    {&TdCell::ie31422, IE{31422}},
-    {&TdCell::ie31442, IE{31442}},
-    {&TdCell::ie31462, IE{31462}},
-    {&TdCell::ie31482, IE{31482}},
-    {&TdCell::ie31502, IE{31502}},
-    {&TdCell::ie31522, IE{31522}},
-    {&TdCell::ie31542, IE{31542}},
+    Own<&TdCell::ie31362>(),
+    Own<&TdCell::ie31382>(),
+    Own<&TdCell::ie31402>(),
+    Own<&TdCell::ie31422>(),
+    Own<&TdCell::ie31442>(),
+    Own<&TdCell::ie31462>(),
+    Own<&TdCell::ie31482>(),
+    Own<&TdCell::ie31502>(),
+    Own<&TdCell::ie31522>(),
+    Own<&TdCell::ie31542>(),
 });
 
 // clang-format on

@@ -16,17 +16,17 @@ constexpr std::int32_t kFirstDpchTimeslot = 2;
 
 constexpr auto kTimeslotFields = FieldTable<CIE_SCell_Meas>({
     {&CIE_SCell_Meas::pccpch_rscp, IE{499}, Shifted(kLevelOffset)},
-    {&CIE_SCell_Meas::ie498,       IE{498}},
-    {&CIE_SCell_Meas::ie508,       IE{508}, kAsIs.Marked({.absent = 255, .invalid = 254})},
-    {&CIE_SCell_Meas::ie509,       IE{509}, Shifted(-256),           kOnlyWithSettings},
-    {&CIE_SCell_Meas::ie510,       IE{510}, kOnlyWithSettings},
-    {&CIE_SCell_Meas::ie501,       IE{501}, Scaled(0.125, -1, -16)},
-    {&CIE_SCell_Meas::ie502,       IE{502}, Shifted(-71)},
-    {&CIE_SCell_Meas::ie503,       IE{503}, Scaled(0.5, -23)},
-    {&CIE_SCell_Meas::ie506,       IE{506}, Shifted(-101)},
-    {&CIE_SCell_Meas::ie504,       IE{504}, Scaled(0.5, 0, -11),     kOnlyWithSettings},
-    {&CIE_SCell_Meas::ie505,       IE{505}, Shifted(-120),           kOnlyWithSettings},
-    {&CIE_SCell_Meas::ie175,       IE{175}, kOnlyWithSettings},
+    Own<&CIE_SCell_Meas::ie498>(),
+    Own<&CIE_SCell_Meas::ie508>(kAsIs.Marked({.absent = 255, .invalid = 254})),
+    Own<&CIE_SCell_Meas::ie509>(Shifted(-256), kOnlyWithSettings),
+    Own<&CIE_SCell_Meas::ie510>(kOnlyWithSettings),
+    Own<&CIE_SCell_Meas::ie501>(Scaled(0.125, -1, -16)),
+    Own<&CIE_SCell_Meas::ie502>(Shifted(-71)),
+    Own<&CIE_SCell_Meas::ie503>(Scaled(0.5, -23)),
+    Own<&CIE_SCell_Meas::ie506>(Shifted(-101)),
+    Own<&CIE_SCell_Meas::ie504>(Scaled(0.5, 0, -11), kOnlyWithSettings),
+    Own<&CIE_SCell_Meas::ie505>(Shifted(-120), kOnlyWithSettings),
+    Own<&CIE_SCell_Meas::ie175>(kOnlyWithSettings),
 });
 
 // clang-format on
