@@ -3,19 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <set>
 #include <sstream>
-#include <typeindex>
 
-#include "components/records/blocks_gsm.h"
-#include "components/records/blocks_lte.h"
-#include "components/records/blocks_scan.h"
-#include "components/records/blocks_service.h"
-#include "components/records/blocks_td.h"
-#include "components/records/blocks_td_more.h"
 #include "components/records/testdata.h"
 #include "host/logstore/record_codec.h"
-#include "host/logstore/record_value_traits.h"
 #include "tests/logstore/record_filler.h"
 #include "tests/support/places.h"
 #include "tests/support/records.h"
@@ -168,44 +159,9 @@ class RecordDocument : public ::testing::Test {
     const std::size_t start = text_.find("```" + language + "\n") + language.size() + 4;
     return text_.substr(start, text_.find("```", start) - start);
   }
-  // From the heading that contains `name` to the next one.
-  std::string Section(const std::string& name) const {
-    const std::size_t start = text_.find(name);
-    return start == std::string::npos ? "" : text_.substr(start, text_.find("\n#", start) - start);
-  }
 
-  // The fields of T, and of its entries and parts that no earlier section has described.
-  template <class T>
-  void ExpectFieldsIn(const std::string& section, const std::string& owner) {
-    if (!described_.insert(typeid(T)).second) return;
-    ForEachField<T>([&](const auto& field) {
-      EXPECT_NE(std::string::npos, section.find("`" + std::string(field.name) + "`")) << owner << ": " << field.name;
-      ExpectPartsIn<std::remove_cvref_t<decltype(std::declval<T&>().*field.member)>>(section, owner);
-    });
-  }
-  template <class Member>
-  void ExpectPartsIn(const std::string& section, const std::string& owner) {
-    if constexpr (records::kIsList<Member> || records::kIsInlineList<Member>) {
-      using Entry = std::remove_cvref_t<decltype(*std::declval<Member>().begin())>;
-      if constexpr (DescribedRecordPart<Entry>) ExpectFieldsIn<Entry>(section, owner);
-    } else if constexpr (records::kIsPart<Member>) {
-      ExpectFieldsIn<typename Member::value_type>(section, owner);
-    }
-  }
-
-  std::set<std::type_index> described_;
   std::string text_;
 };
-
-TEST_F(RecordDocument, NamesEveryFieldOfEveryBlock) {
-  ExpectFieldsIn<CTestdataBase>(Section("## Header (tag 1)"), "header");
-  ForEachBlock([&]<class Block>(const RecordBlock<Block>& row) {
-    const std::string heading = "### `" + std::string(row.name) + "` (tag " + std::to_string(row.tag) + ",";
-    const std::string section = Section(heading);
-    EXPECT_NE("", section) << heading;
-    ExpectFieldsIn<Block>(section, std::string(row.name));
-  });
-}
 
 TEST_F(RecordDocument, TheExampleInHexIsTheExampleInJson) {
   std::vector<std::byte> payload;

@@ -278,7 +278,7 @@ struct BlockFields<TdTableRun<kCount>> {
   using List = FieldList<&TdTableRun<kCount>::values>;
 };
 
-// Record position 352.
+// Record position 352. A part has one field, `values`: as many numbers as the table says; value k becomes IE id + k.
 struct TdBlockTable {
   std::optional<TdTableRun<5>> ie21255{};  // IEs 21255 to 21259
   std::optional<TdTableRun<5>> ie21260{};  // IEs 21260 to 21264
