@@ -13,7 +13,7 @@
 namespace loom {
 namespace {
 
-struct TextOptions {
+struct TextCommandOptions {
   std::string file;
   std::vector<std::string> files;
   DialectOptions dialect;
@@ -74,7 +74,7 @@ void PrintFindings(const CString& path, const dialect::Findings& found) {
   }
 }
 
-int RunInspect(const CommandLine& line, const TextOptions& options) {
+int RunInspect(const CommandLine& line, const TextCommandOptions& options) {
   const dialect::Overrides overrides = OverridesFrom(options.dialect);
   Json documents = Json::array();
   Notes all_notes;
@@ -102,7 +102,7 @@ int RunInspect(const CommandLine& line, const TextOptions& options) {
   return kExitDone;
 }
 
-int RunConvert(const CommandLine& line, const TextOptions& options) {
+int RunConvert(const CommandLine& line, const TextCommandOptions& options) {
   const CString path = ExistingPath(options.file);
   const CString out = AbsolutePath(options.out);
   if (IsSameFile(path, out)) throw Error(options.out + ": is the file that is converted");
@@ -132,7 +132,7 @@ int RunConvert(const CommandLine& line, const TextOptions& options) {
 
 void AddTextCommands(Command& program, CommandLine& line) {
   Command text = program.AddGroup("text", "Text files of other tools");
-  const auto options = std::make_shared<TextOptions>();
+  const auto options = std::make_shared<TextCommandOptions>();
   Command inspect = text.AddCommand("inspect", "Tell how text files are written");
   inspect.AddOption("FILE", options->files, "Text files, or folders of them").Required();
   AddDialectOptions(inspect, options->dialect);

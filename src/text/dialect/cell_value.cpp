@@ -6,10 +6,11 @@
 #include <cstring>
 #include <utility>
 
+#include "text/dialect/calendar_words.h"
+
 namespace loom::dialect {
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool IsUpper(char c) { return c >= 'A' && c <= 'Z'; }
 bool IsLower(char c) { return c >= 'a' && c <= 'z'; }
 

@@ -22,7 +22,7 @@ struct UnitRow {
   const char* base;
   double factor;
 };
-constexpr UnitRow kUnits[] = {
+constexpr UnitRow kUnitRows[] = {
     {"km/h", "km/h", 1},     {"m/s", "km/h", 3.6},      {"mph", "km/h", 1.609344},  {"kn", "km/h", 1.852},
     {"m", "m", 1},           {"km", "m", 1000},         {"ft", "m", 0.3048},        {"mi", "m", 1609.344},
     {"kbit/s", "kbit/s", 1}, {"bit/s", "kbit/s", 1e-3}, {"Mbit/s", "kbit/s", 1000}, {"Hz", "Hz", 1},
@@ -86,11 +86,11 @@ bool UnitConversion(std::string_view from, std::string_view to, double& factor, 
   offset = 0;
   if (from == to || from.empty() || to.empty()) return true;
   const auto row_of = [](std::string_view unit) {
-    return std::ranges::find_if(kUnits, [&](const UnitRow& row) { return unit == row.unit; });
+    return std::ranges::find_if(kUnitRows, [&](const UnitRow& row) { return unit == row.unit; });
   };
   const auto a = row_of(from);
   const auto b = row_of(to);
-  if (a == std::end(kUnits) || b == std::end(kUnits) || std::string_view(a->base) != b->base) return false;
+  if (a == std::end(kUnitRows) || b == std::end(kUnitRows) || std::string_view(a->base) != b->base) return false;
   factor = a->factor / b->factor;
   return true;
 }

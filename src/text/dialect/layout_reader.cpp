@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "platform/error.h"
+#include "text/dialect/calendar_words.h"
 #include "text/dialect/cell_value.h"
 #include "text/dialect/time_cell.h"
 
@@ -15,13 +16,6 @@ namespace {
 
 constexpr double kDay_s = 86400.0;
 constexpr double kSerialOf1970 = 25569.0;  // days from 1899-12-30
-constexpr int kShortYearPivot = 70;
-
-constexpr auto kMonths = std::to_array<std::string_view>(
-    {"jan", "feb", "mar", "apr", "may", "jun", "jul", "aug", "sep", "oct", "nov", "dec"});
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
 }  // namespace
 

@@ -4,14 +4,13 @@
 #include <cmath>
 #include <cstring>
 
+#include "text/dialect/calendar_words.h"
 #include "text/dialect/cell_value.h"
 
 namespace loom::dialect {
 namespace {
 
 constexpr double kNmeaHundred = 100.0;
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 char LetterOf(char c) {
   switch (c) {

@@ -7,15 +7,12 @@
 #include <cstdio>
 #include <utility>
 
+#include "text/dialect/calendar_words.h"
 #include "text/dialect/cell_value.h"
 
 namespace loom::dialect {
 namespace {
 
-constexpr int kShortYearPivot = 70;  // 70 is 1970, 69 is 2069
-
-constexpr auto kMonths = std::to_array<std::string_view>(
-    {"jan", "feb", "mar", "apr", "may", "jun", "jul", "aug", "sep", "oct", "nov", "dec"});
 constexpr auto kLongMonths =
     std::to_array<std::string_view>({"january", "february", "march", "april", "may", "june", "july", "august",
                                      "september", "october", "november", "december"});
@@ -29,9 +26,6 @@ constexpr auto kZoneWords = std::to_array<std::pair<std::string_view, int>>({
     {"AEST", 600}, {"AEDT", 660}, {"EST", -300}, {"EDT", -240}, {"CST", -360},  {"CDT", -300},
     {"MST", -420}, {"MDT", -360}, {"PST", -480}, {"PDT", -420}, {"AKST", -540}, {"HST", -600},
 });
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
 // Reads forward through one cell.
 class Reader {
