@@ -8,10 +8,10 @@
 #include <string>
 
 #include "components/intermediate/row_decoder.h"
+#include "components/note_kinds.h"
 #include "components/progress_wnd.h"
 #include "components/project.h"
 #include "platform/file_map.h"
-#include "platform/notes.h"
 #include "platform/path.h"
 #include "platform/ui/message_box.h"
 
@@ -21,9 +21,9 @@ namespace {
 namespace layout = intermediate;
 
 constexpr int kSourceExtensionLength = 4;  // ".log"
-constexpr std::string_view kStreamEndsEarly = "stream of an intermediate file ends early";
-constexpr std::string_view kEntrySkipped = "stream entry skipped";
-constexpr std::string_view kIdNotHandedOver = "id of a stream not handed over";
+constexpr const NoteKind& kStreamEndsEarly = "stream of an intermediate file ends early"_note;
+constexpr const NoteKind& kEntrySkipped = "stream entry skipped"_note;
+constexpr const NoteKind& kIdNotHandedOver = "id of a stream not handed over"_note;
 
 // Opened for reading and writing; an empty file cannot be mapped. None with a note.
 std::optional<IntermediateFile> OpenFile(const CString& path) {
@@ -31,16 +31,16 @@ std::optional<IntermediateFile> OpenFile(const CString& path) {
     MakeMappable(path);
     std::optional<IntermediateFile> file(path);
     if (file->Size() > 0) return file;
-    CurrentNotes().Add("not imported", path, std::uint64_t{0}, "the file is empty");
+    CurrentNotes().Add("not imported"_note, path, std::uint64_t{0}, "the file is empty");
   } catch (const FileError& error) {
-    CurrentNotes().Add("not imported", path, error.position_bytes(), error.reason());
+    CurrentNotes().Add("not imported"_note, path, error.position_bytes(), error.reason());
   }
   return std::nullopt;
 }
 
 // Runs work on the file; what is wrong with the file becomes a note and ends the work.
 template <class Work>
-bool Completes(const IntermediateFile& file, std::string_view kind, Work work) {
+bool Completes(const IntermediateFile& file, const NoteKind& kind, Work work) {
   try {
     work();
     return true;
@@ -59,10 +59,10 @@ CString StreamName(const CString& path, const CString& device_name) {
 
 void NoteName(const IntermediateFile& file, std::uint64_t position, const layout::Name& name) {
   if (!name.is_terminated) {
-    CurrentNotes().Add("name without terminator", file.path(), position, "all of its field was taken");
+    CurrentNotes().Add("name without terminator"_note, file.path(), position, "all of its field was taken");
   }
   if (!name.is_exact) {
-    CurrentNotes().Add("name changed", file.path(), position, "'?' stands for what the code page lacks");
+    CurrentNotes().Add("name changed"_note, file.path(), position, "'?' stands for what the code page lacks");
   }
 }
 
@@ -134,7 +134,7 @@ class RowReader {
   void NoteOffset(std::uint64_t position, const RowIndexEntry& index) const {
     if (index.length_bytes == 0) return;
     CurrentNotes().Add(
-        "row of an intermediate file not where its index says", file_.path(), position,
+        "row of an intermediate file not where its index says"_note, file_.path(), position,
         "read behind the row before it; the index says byte " + std::to_string(entry_.data_at + index.data_offset));
   }
 
@@ -184,7 +184,7 @@ int CIntermediateFileImporter::Import(const CString& path, ILogfile** logfile) {
 
 bool CIntermediateFileImporter::IsAccepted(const IntermediateFile& file) {
   std::optional<IntermediateHeader> header;
-  Completes(file, "no intermediate file", [&] { header = file.ReadHeader(); });
+  Completes(file, "no intermediate file"_note, [&] { header = file.ReadHeader(); });
   if (!header || !header->HasMagic()) {
     ShowMessageBox("不是日志中间文件!"_gbk, MessageIcon::kWarning);
     return false;
@@ -202,7 +202,7 @@ ILogfile* CIntermediateFileImporter::ImportStreams(const IntermediateFile& file)
   communicator_->TakeFileHeader(logfile, header.FileHeader(), header.StreamTable());
   const std::size_t count = header.EntryCount();
   if (count > layout::kMostEntries) {
-    CurrentNotes().Add("stream table too short", file.path(), layout::kEntryCountAt,
+    CurrentNotes().Add("stream table too short"_note, file.path(), layout::kEntryCountAt,
                        std::to_string(count) + " streams are announced; there is room for 22");
   }
   for (std::size_t entry = 0; entry < std::min(count, layout::kMostEntries); ++entry) {
@@ -273,7 +273,7 @@ void CIntermediateFileImporter::NoteOverlap(const IntermediateFile& file, const 
   const Extent extent{entry.data_at, entry.data_end};
   const auto overlaps = [&](const Extent& other) { return extent.first < other.second && other.first < extent.second; };
   if (std::ranges::any_of(extents_, overlaps)) {
-    CurrentNotes().Add("streams overlap", file.path(), entry.position,
+    CurrentNotes().Add("streams overlap"_note, file.path(), entry.position,
                        "its row data, from byte " + std::to_string(extent.first) + " to " +
                            std::to_string(extent.second) + ", is also that of another stream");
   }

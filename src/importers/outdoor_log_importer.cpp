@@ -2,9 +2,9 @@
 
 #include <exception>
 
+#include "components/note_kinds.h"
 #include "platform/clock.h"
 #include "platform/log.h"
-#include "platform/notes.h"
 #include "platform/path.h"
 
 namespace loom {
@@ -112,7 +112,7 @@ bool COutdoorLogImporter::ReadRecord(CTestdataBase& record, int& result) {
     if (reader_->ReadFile(record) == 0) return false;
   } catch (const std::exception& error) {
     Log(LogLevel::kWarning, error.what());
-    CurrentNotes().Add("reading ended early", skipped_.path(), reader_->GetRecordPosition(), error.what());
+    CurrentNotes().Add("reading ended early"_note, skipped_.path(), reader_->GetRecordPosition(), error.what());
     return false;
   }
   ShowPercent();

@@ -1,10 +1,10 @@
 #include <initializer_list>
 #include <string>
 
+#include "components/note_kinds.h"
 #include "components/records/blocks.h"
 #include "conversion/ie_ids.h"
 #include "importers/outdoor_log_importer.h"
-#include "platform/notes.h"
 
 namespace loom {
 
@@ -184,7 +184,7 @@ void COutdoorLogImporter::UpdateStateRecord(const CTestdataBase& record, StateRe
 
 void COutdoorLogImporter::NoteLeftOut(const CTestdataBase& record) {
   for (const LeftOutValues& list : converter_->TakeLeftOutValues()) {
-    CurrentNotes().Add("scanner entries beyond their arrays", skipped_.path(), reader_->GetRecordPosition(),
+    CurrentNotes().Add("scanner entries beyond their arrays"_note, skipped_.path(), reader_->GetRecordPosition(),
                        "record " + std::to_string(record.record_id) + ": " + std::to_string(list.values) +
                            " values of the " + std::to_string(list.entries) + " " + list.list +
                            " entries have no information element");

@@ -2,13 +2,15 @@
 
 #include <string>
 
-#include "platform/notes.h"
+#include "components/note_kinds.h"
 
 namespace loom {
 namespace {
 
-constexpr std::array<std::string_view, kSkipReasonCount> kReasonNames{"unknown kind", "no stream", "not decoded",
-                                                                      "no row"};
+constexpr std::array<const NoteKind*, kSkipReasonCount> kReasons{&"unknown kind"_note, &"no stream"_note,
+                                                                 &"not decoded"_note, &"no row"_note};
+
+const NoteKind& KindOf(SkipReason reason) { return *kReasons[static_cast<std::size_t>(reason)]; }
 
 std::string Describe(const CTestdataBase& record) {
   return "record " + std::to_string(record.record_id) + " of kind " + std::to_string(record.kind) + ", model " +
@@ -17,7 +19,7 @@ std::string Describe(const CTestdataBase& record) {
 
 }  // namespace
 
-std::string_view SkipReasonName(SkipReason reason) { return kReasonNames[static_cast<std::size_t>(reason)]; }
+std::string_view SkipReasonName(SkipReason reason) { return KindOf(reason).name; }
 
 void SkippedRecords::StartLog(const CString& path) {
   path_ = path;
@@ -28,13 +30,13 @@ void SkippedRecords::Add(SkipReason reason, const CTestdataBase& record, std::ui
   const std::uint64_t count = ++counts_[static_cast<std::size_t>(reason)];
   if (reason == SkipReason::kNotDecoded) return;  // the decoder notes where and why
   const bool is_place_kept = count <= Notes::kPlacesKept;
-  CurrentNotes().Add(SkipReasonName(reason), path_, position_bytes, is_place_kept ? Describe(record) : std::string());
+  CurrentNotes().Add(KindOf(reason), path_, position_bytes, is_place_kept ? Describe(record) : std::string());
 }
 
 std::map<std::string_view, std::uint64_t> SkippedRecords::Counts() const {
   std::map<std::string_view, std::uint64_t> counts;
   for (std::size_t reason = 0; reason < kSkipReasonCount; ++reason) {
-    if (counts_[reason] != 0) counts[kReasonNames[reason]] = counts_[reason];
+    if (counts_[reason] != 0) counts[kReasons[reason]->name] = counts_[reason];
   }
   return counts;
 }

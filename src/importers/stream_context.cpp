@@ -3,11 +3,11 @@
 #include <string_view>
 #include <utility>
 
+#include "components/note_kinds.h"
 #include "components/project.h"
 #include "components/records/blocks.h"
 #include "importers/outdoor_log_importer.h"
 #include "platform/encoding.h"
-#include "platform/notes.h"
 #include "platform/path.h"
 #include "settings/handset_question.h"
 #include "settings/handset_type_dialog.h"
@@ -222,7 +222,7 @@ CString COutdoorLogImporter::FreeStreamName(const CString& name, const CString& 
   int number = 2;
   while (streams.contains(Format("%s_%d", name, number))) ++number;
   const CString free_name = Format("%s_%d", name, number);
-  CurrentNotes().Add("streams of one name", path, reader_ ? reader_->GetRecordPosition() : 0,
+  CurrentNotes().Add("streams of one name"_note, path, reader_ ? reader_->GetRecordPosition() : 0,
                      "another device's stream would be " + GbkToUtf8(name) + " as well and is " + GbkToUtf8(free_name));
   return free_name;
 }

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "components/note_kinds.h"
 #include "components/resource_handle.h"
 #include "netinfo/net_import_page1.h"
 #include "netinfo/net_import_page2.h"
 #include "platform/encoding.h"
-#include "platform/notes.h"
 #include "platform/ui/message_box.h"
 #include "platform/ui/wait_cursor.h"
 
@@ -109,16 +109,16 @@ int CNetInfoImporter::IsValidCellData() {
   };
   std::optional<std::size_t> lac;
   if (protocol_ == kProtocolGsm) lac = place_of("LAC");
-  return Judge(CheckCells(rows_, place_of("CI"), lac), "duplicate cell");
+  return Judge(CheckCells(rows_, place_of("CI"), lac), "duplicate cell"_note);
 }
 
 // Only the first two cells of a row are looked at.
 int CNetInfoImporter::IsValidCustomCPIGroupData(bool group_first) {
-  return Judge(CheckCpiGroups(rows_, group_first ? 0 : 1, group_first ? 1 : 0), "custom CPI group");
+  return Judge(CheckCpiGroups(rows_, group_first ? 0 : 1, group_first ? 1 : 0), "custom CPI group"_note);
 }
 
 // Keeps where a value is no integer for the message; where else a check failed becomes a note.
-int CNetInfoImporter::Judge(const NetCheckResult& result, const CString& kind) {
+int CNetInfoImporter::Judge(const NetCheckResult& result, const NoteKind& kind) {
   fault_text_.Empty();
   if (result.check == NetCheck::kValid) return 1;
   const NetFault& fault = result.fault;
@@ -128,7 +128,7 @@ int CNetInfoImporter::Judge(const NetCheckResult& result, const CString& kind) {
     fault_text_ = Format("\r\n数据页“%s”第%u行“%s”列的值“%s”不是整数！"_gbk, worksheet_, fault.sheet_row,
                          mapping_.source_columns[*fault.column], ShownValue(row->values[*fault.column]));
   }
-  CurrentNotes().Add(fault.column ? "value that is no integer" : kind.view(), file_path_,
+  CurrentNotes().Add(fault.column ? "value that is no integer"_note : kind, file_path_,
                      GbkToUtf8(worksheet_) + " row " + std::to_string(fault.sheet_row),
                      fault.column ? "a value is no integer" : "the check stopped here");
   return static_cast<int>(result.check);

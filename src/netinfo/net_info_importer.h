@@ -6,6 +6,7 @@
 #include "netinfo/net_checks.h"
 #include "netinfo/net_mapping.h"
 #include "netinfo/net_tables.h"
+#include "platform/notes.h"
 
 namespace loom {
 
@@ -29,7 +30,7 @@ class CNetInfoImporter final : public CImporter {
   int GetNetInfoFromExcel();
   int IsValidCellData();
   int IsValidCustomCPIGroupData(bool group_first);
-  int Judge(const NetCheckResult& result, const CString& kind);
+  int Judge(const NetCheckResult& result, const NoteKind& kind);
   void ReportCheck(const CString& message) const;
 
   NetMapping mapping_;

@@ -104,15 +104,17 @@ TEST(Number, PrefixesStopWhereTheNumberDoes) {
 }
 
 TEST(Notes, KeepTheFirstPlacesOfAKindAndCountTheRest) {
+  static constexpr NoteKind kUnknownTag{"unknown tag", NoteSeverity::kLost, "", "", ""};
+  static constexpr NoteKind kMended{"mended", NoteSeverity::kMended, "", "", ""};
   Notes notes;
   {
     const NotesScope scope(notes);
-    for (std::uint64_t at = 0; at < 25; ++at) CurrentNotes().Add("unknown tag", "a.log", at * 10, "tag 99");
-    CurrentNotes().Add("mended", "b.txt", "line 7", "decimal comma");
+    for (std::uint64_t at = 0; at < 25; ++at) CurrentNotes().Add(kUnknownTag, "a.log", at * 10, "tag 99");
+    CurrentNotes().Add(kMended, "b.txt", "line 7", "decimal comma");
   }
-  CurrentNotes().Add("elsewhere", "c", 1, "");
+  CurrentNotes().Add(kMended, "c", 1, "");
   ASSERT_EQ(2u, notes.kinds().size());
-  EXPECT_EQ("unknown tag", notes.kinds()[0].name);
+  EXPECT_EQ("unknown tag", notes.kinds()[0].name());
   EXPECT_EQ(25u, notes.Count("unknown tag"));
   EXPECT_EQ(10u, notes.kinds()[0].places.size());
   EXPECT_EQ("byte 90", notes.kinds()[0].places.back().at);

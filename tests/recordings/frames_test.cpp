@@ -53,7 +53,7 @@ TEST_F(Frames, WhatIsNoLogPacketIsCountedWithItsPlace) {
   EXPECT_EQ(1U, report.packets.at("B0C0").at("99"));
   EXPECT_EQ(1U, report.packets.at("1234").at("-"));
   const auto bad = std::find_if(notes_.kinds().begin(), notes_.kinds().end(),
-                                [](const Notes::Kind& kind) { return kind.name == "frame with a wrong checksum"; });
+                                [](const Notes::Kind& kind) { return kind.name() == "frame with a wrong checksum"; });
   ASSERT_NE(notes_.kinds().end(), bad);
   EXPECT_EQ("byte " + std::to_string(bad_at), bad->places.front().at);
 }

@@ -101,7 +101,7 @@ TEST_F(TextExportWriter, ANameThatTheCatalogueLacksStaysBlankAndIsNoted) {
   ASSERT_EQ(1, Write(stream, {"信号"_gbk, "PCCPCH_RSCP"}, {.write_units = 1}));
   EXPECT_NE(std::string::npos, Written().find(",\xD0\xC5\xBA\xC5(),PCCPCH_RSCP(dBm),"));
   EXPECT_NE(std::string::npos, Written().find(", , , ,-70, , \r\n"));
-  EXPECT_EQ(1u, notes_.Count("information element unknown"));
+  EXPECT_EQ(1u, notes_.Count("unknown information element"));
 }
 
 TEST_F(TextExportWriter, AFileThatCannotBeWrittenLeavesTheOldOne) {

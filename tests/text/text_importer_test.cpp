@@ -128,7 +128,7 @@ TEST_F(TextImporterTest, WhatIsStoredOtherThanMeantIsNotedWithItsLine) {
     Import(std::string("t,s,x,y\n100000,1,a,b\n") + line + "\n", columns);
     ASSERT_EQ(kind != nullptr ? 1u : 0u, notes_.kinds().size()) << line;
     if (kind == nullptr) continue;
-    EXPECT_EQ(kind, notes_.kinds()[0].name) << line;
+    EXPECT_EQ(kind, notes_.kinds()[0].name()) << line;
     EXPECT_EQ("line 3", notes_.kinds()[0].places[0].at) << line;
   }
 }

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "components/note_kinds.h"
 #include "components/project.h"
 #include "host/project/text_sources.h"
 #include "platform/encoding.h"
@@ -109,7 +110,7 @@ void Refresh(Session& session, const CString& converted) {
   std::optional<TextSource> source = FindTextSource(project, converted);
   if (!source) return;
   if (!FileExists(source->source)) {
-    CurrentNotes().Add("source of a converted text file is missing", source->source, std::string_view("the file"),
+    CurrentNotes().Add("source of a converted text file is missing"_note, source->source, std::string_view("the file"),
                        "the rows are those of the last conversion");
     return;
   }
@@ -123,7 +124,7 @@ void Refresh(Session& session, const CString& converted) {
   Convert(source->source, found, mapping, converted);
   TakeStamp(*source);
   PutTextSource(project, *source);
-  CurrentNotes().Add("text file converted again", source->source, std::string_view("the file"),
+  CurrentNotes().Add("text file converted again"_note, source->source, std::string_view("the file"),
                      "it changed since it was converted");
 }
 
@@ -156,7 +157,7 @@ void RefreshConvertedText(Session& session, const CString& converted) {
   try {
     Refresh(session, converted);
   } catch (const std::exception& error) {
-    CurrentNotes().Add("text file not converted again", converted, std::string_view("the file"), error.what());
+    CurrentNotes().Add("text file not converted again"_note, converted, std::string_view("the file"), error.what());
   }
 }
 

@@ -5,6 +5,7 @@
 #include "apps/qloom/dialect_options.h"
 #include "apps/qloom/log_report.h"
 #include "apps/qloom/text_import_wizard.h"
+#include "components/note_kinds.h"
 #include "platform/encoding.h"
 
 namespace loom {
@@ -76,7 +77,7 @@ int RunAutoImport(const CommandLine& line, const TextOptions& options) {
       texts.push_back(std::move(text));
     } catch (const Error& error) {
       if (files.size() == 1) throw;
-      CurrentNotes().Add("text file not imported", path, std::string_view("the file"), error.what());
+      CurrentNotes().Add("text file not imported"_note, path, std::string_view("the file"), error.what());
       texts.push_back({{"result", kImportFailed}, {"path", JsonText(path)}, {"stream", nullptr}});
     }
   }

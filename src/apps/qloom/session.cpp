@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <thread>
@@ -14,8 +15,22 @@
 namespace loom {
 namespace {
 
+// People read the kinds of notes in their language; machines know them by the English name.
+std::string_view NameOfKind(const NoteKind& kind) {
+  for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+    const char* const locale = std::getenv(variable);
+    if (locale != nullptr && *locale != '\0')
+      return std::string_view(locale).starts_with("zh") ? kind.chinese_name : kind.name;
+  }
+  return kind.name;
+}
+
 Json PlaceJson(const Notes::Kind& kind, const Note& place) {
-  return {{"file", JsonText(place.file)}, {"at", place.at}, {"what", kind.name + ": " + place.what}, {"count", 1}};
+  return {{"file", JsonText(place.file)},
+          {"at", place.at},
+          {"kind", kind.name()},
+          {"what", std::string(kind.name()) + ": " + place.what},
+          {"count", 1}};
 }
 
 CString ConfigFolder(const CommonOptions& options) {
@@ -174,8 +189,11 @@ Json NotesJson(const Notes& notes) {
   for (const Notes::Kind& kind : notes.kinds()) {
     for (const Note& place : kind.places) json.push_back(PlaceJson(kind, place));
     if (kind.count > kind.places.size()) {
-      json.push_back(
-          {{"file", nullptr}, {"at", nullptr}, {"what", kind.name}, {"count", kind.count - kind.places.size()}});
+      json.push_back({{"file", nullptr},
+                      {"at", nullptr},
+                      {"kind", kind.name()},
+                      {"what", kind.name()},
+                      {"count", kind.count - kind.places.size()}});
     }
   }
   return json;
@@ -183,7 +201,7 @@ Json NotesJson(const Notes& notes) {
 
 void PrintNotes(const Notes& notes) {
   for (const Notes::Kind& kind : notes.kinds()) {
-    std::cerr << "note: " << kind.name << ": " << kind.count << '\n';
+    std::cerr << "note: " << NameOfKind(*kind.declared) << ": " << kind.count << '\n';
     for (const Note& place : kind.places) {
       std::cerr << "  " << GbkNameToNative(place.file) << ", " << place.at << ": " << place.what << '\n';
     }

@@ -5,17 +5,17 @@
 #include <string>
 
 #include "components/field_types.h"
+#include "components/note_kinds.h"
 #include "components/project.h"
-#include "platform/notes.h"
 
 namespace loom {
 namespace {
 
 using intermediate::FieldDescriptor;
 
-constexpr std::string_view kFieldNotStored = "field of an intermediate file not stored";
-constexpr std::string_view kRowCutShort = "row of an intermediate file cut short";
-constexpr std::string_view kTypeDiffers = "type of a field is not the catalogue's";
+constexpr const NoteKind& kFieldNotStored = "field of an intermediate file not stored"_note;
+constexpr const NoteKind& kRowCutShort = "row of an intermediate file cut short"_note;
+constexpr const NoteKind& kTypeDiffers = "type of a field is not the catalogue's"_note;
 
 // Bytes that a value of a type needs at least, kNotStored for a type that no value has.
 constexpr std::size_t kNotStored = ~std::size_t{0};
@@ -45,7 +45,7 @@ uniFieldValue ReadValue(std::uint32_t type, bool is_short_element, std::span<con
   }
 }
 
-[[gnu::cold, gnu::noinline]] void NoteField(std::string_view kind, const CString& path, std::uint64_t position,
+[[gnu::cold, gnu::noinline]] void NoteField(const NoteKind& kind, const CString& path, std::uint64_t position,
                                             const FieldDescriptor& field, const std::string& reason) {
   CurrentNotes().Add(kind, path, position,
                      "information element " + std::to_string(field.ie_id) + ", type " + std::to_string(field.type) +

@@ -2,6 +2,7 @@
 
 #include "components/field_types.h"
 #include "components/intermediate/layout.h"
+#include "components/note_kinds.h"
 #include "components/project.h"
 #include "platform/byte_reader.h"
 
@@ -10,7 +11,7 @@ namespace {
 
 namespace layout = intermediate;
 
-constexpr std::string_view kLeftOut = "left out of the intermediate file";
+constexpr const NoteKind& kLeftOut = "left out of the intermediate file"_note;
 
 // Type and length that a field is written with; a type that the catalogue does not tell is a 32-bit integer.
 layout::FieldDescriptor DescriptorOf(const CMemDataRow& row, std::size_t field) {

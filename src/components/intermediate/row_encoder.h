@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "components/mem_row.h"
+#include "platform/notes.h"
 
 namespace loom {
 
@@ -14,7 +15,7 @@ namespace loom {
 // 1023 bytes, texts that a row of 65,535 bytes has no room for, fields whose id is beyond 18 bits, a spectrum.
 class IntermediateRowEncoder {
  public:
-  using Teller = std::function<void(std::string_view kind, const std::string& what)>;
+  using Teller = std::function<void(const NoteKind& kind, const std::string& what)>;
 
   // The bytes of a row, valid until the next call; `merged` leads a dual-protocol row. `tell` may be empty.
   std::span<const std::byte> Encode(const CMemDataRow& row, const CMergeDataRow_2M* merged, const Teller& tell);

@@ -7,11 +7,11 @@
 #include "components/intermediate/header_blocks.h"
 #include "components/intermediate/layout.h"
 #include "components/intermediate/row_encoder.h"
+#include "components/note_kinds.h"
 #include "components/project.h"
 #include "platform/byte_reader.h"
 #include "platform/encoding.h"
 #include "platform/error.h"
-#include "platform/notes.h"
 
 namespace loom {
 namespace {
@@ -19,7 +19,7 @@ namespace {
 namespace layout = intermediate;
 
 constexpr std::uint64_t kMostFileBytes = std::numeric_limits<std::uint32_t>::max();
-constexpr std::string_view kNameLeftOut = "name left out of the intermediate file";
+constexpr const NoteKind& kNameLeftOut = "name left out of the intermediate file"_note;
 
 // One stream and where its parts stand in the file.
 struct PlannedStream {
@@ -189,7 +189,7 @@ class Writer {
 
   void WriteRows(const PlannedStream& planned, Buffered& out) {
     out.PadTo(planned.base_at + layout::kBaseGapBytes);
-    const auto tell = [this](std::string_view kind, const std::string& what) { Note(kind, what, at_); };
+    const auto tell = [this](const NoteKind& kind, const std::string& what) { Note(kind, what, at_); };
     at_ = out.Position();
     ForEachRow(planned, tell, [&](const CMemDataRow&, std::span<const std::byte> row_data) {
       out.Bytes().Bytes(row_data);
@@ -222,7 +222,7 @@ class Writer {
   void NoteName(const std::string& what, const CString& name) const {
     Note(kNameLeftOut, "the catalogue has no " + what + " \"" + GbkToUtf8(name) + "\"");
   }
-  void Note(std::string_view kind, const std::string& what, std::uint64_t at = 0) const {
+  void Note(const NoteKind& kind, const std::string& what, std::uint64_t at = 0) const {
     CurrentNotes().Add(kind, path_, at, what);
   }
 

@@ -1,11 +1,11 @@
 #include "components/autotest.h"
 #include "components/log_store.h"
+#include "components/note_kinds.h"
 #include "host/basics/time_units.h"
 #include "host/logstore/log_cut.h"
 #include "host/logstore/log_merge.h"
 #include "host/logstore/log_reader.h"
 #include "platform/error.h"
-#include "platform/notes.h"
 
 namespace loom {
 namespace {
@@ -63,7 +63,7 @@ int CCSLogImportWrap::MergeFile(const CString& target, const std::vector<CString
 int CCSLogImportWrap::ExtractLogByTimeW(const CString& source, const SYSTEMTIME& start, const SYSTEMTIME& end,
                                         const CString& target) const {
   if (!IsCSLog(source)) {
-    CurrentNotes().Add("log refused", source, std::uint64_t{0}, "is no log of the automatic test system");
+    CurrentNotes().Add("log refused"_note, source, std::uint64_t{0}, "is no log of the automatic test system");
     return kExtractFailed;
   }
   const TimeWindow window = WindowOfSeconds(LocalTimeOf(start), LocalTimeOf(end));

@@ -2,15 +2,15 @@
 
 #include <string>
 
+#include "components/note_kinds.h"
 #include "host/logstore/reading_log.h"
 #include "host/logstore/record_codec.h"
 #include "platform/error.h"
-#include "platform/notes.h"
 
 namespace loom {
 namespace {
 
-constexpr const char* kNotDecoded = "record not decoded";
+constexpr const NoteKind& kNotDecoded = "record not decoded"_note;
 
 void NoteNotDecoded(const std::string& reason) {
   CurrentNotes().Add(kNotDecoded, Reading().path, Reading().position_bytes, reason);

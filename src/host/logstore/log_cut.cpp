@@ -2,12 +2,12 @@
 
 #include <optional>
 
+#include "components/note_kinds.h"
 #include "host/logstore/log_reader.h"
 #include "host/logstore/log_writer.h"
 #include "platform/error.h"
 #include "platform/file.h"
 #include "platform/interrupt.h"
-#include "platform/notes.h"
 
 namespace loom {
 namespace {
@@ -17,7 +17,7 @@ std::optional<LogReader> OpenSource(const CString& source, const CString& target
     if (IsSameFile(source, target)) throw FileError(source, 0, "the cut log would replace it");
     return std::optional<LogReader>(std::in_place, source);
   } catch (const FileError& error) {
-    CurrentNotes().Add("log refused", source, error.position_bytes(), error.reason());
+    CurrentNotes().Add("log refused"_note, source, error.position_bytes(), error.reason());
     return std::nullopt;
   }
 }
@@ -37,7 +37,7 @@ bool CutByIndex(LogReader& reader, const CString& target, const TimeWindow& wind
     log.Finish();
     return true;
   } catch (const FormatError& error) {
-    CurrentNotes().Add("time index not used", reader.path(), error.position_bytes(), error.reason());
+    CurrentNotes().Add("time index not used"_note, reader.path(), error.position_bytes(), error.reason());
     return false;
   }
 }
@@ -64,11 +64,11 @@ bool CutLog(const CString& source, const CString& target, const TimeWindow& wind
   try {
     if (!CutByIndex(*reader, target, window)) CutWhole(*reader, target, window);
   } catch (const Interrupted&) {
-    CurrentNotes().Add("log not written", target, std::uint64_t{0}, "interrupted");
+    CurrentNotes().Add("log not written"_note, target, std::uint64_t{0}, "interrupted");
     return false;
   } catch (const FileError& error) {
     if (error.path() != target) throw;
-    CurrentNotes().Add("log not written", target, error.position_bytes(), error.reason());
+    CurrentNotes().Add("log not written"_note, target, error.position_bytes(), error.reason());
     return false;
   }
   return true;

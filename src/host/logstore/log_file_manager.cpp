@@ -4,13 +4,13 @@
 #include <string>
 
 #include "components/log_store.h"
+#include "components/note_kinds.h"
 #include "host/logstore/log_cut.h"
 #include "host/logstore/log_merge.h"
 #include "host/logstore/log_reader.h"
 #include "host/logstore/reading_log.h"
 #include "host/logstore/record_codec.h"
 #include "platform/error.h"
-#include "platform/notes.h"
 
 namespace loom {
 namespace {
@@ -66,7 +66,7 @@ int CLogFileManager::OpenFile(const CString& folder, const CString& file_name, i
     impl_ = std::make_unique<Impl>(path);
     return 1;
   } catch (const FileError& error) {
-    CurrentNotes().Add("log refused", path, error.position_bytes(), error.reason());
+    CurrentNotes().Add("log refused"_note, path, error.position_bytes(), error.reason());
     return 0;
   }
 }
@@ -96,7 +96,7 @@ int CLogFileManager::ReadFile(CTestdataBase& record) {
     try {
       DecodeHeader(payload, packet.payload_position_bytes, record, *record.arena);
     } catch (const FormatError& error) {
-      CurrentNotes().Add("record skipped", impl_->reader.path(), error.position_bytes(), error.reason());
+      CurrentNotes().Add("record skipped"_note, impl_->reader.path(), error.position_bytes(), error.reason());
       StartAfresh(record);
       continue;
     }

@@ -7,6 +7,7 @@
 #include <ostream>
 #include <vector>
 
+#include "components/note_kinds.h"
 #include "host/logstore/log_reader.h"
 #include "host/logstore/log_writer.h"
 #include "host/logstore/pcapng.h"
@@ -15,7 +16,6 @@
 #include "platform/error.h"
 #include "platform/file.h"
 #include "platform/interrupt.h"
-#include "platform/notes.h"
 
 namespace loom {
 namespace {
@@ -151,7 +151,7 @@ void DumpLog(const CString& log_path, std::ostream& out) {
     try {
       DecodeRecord(packet.payload, packet.payload_position_bytes, record, arena);
     } catch (const FormatError& error) {
-      CurrentNotes().Add("record skipped", log_path, error.position_bytes(), error.reason());
+      CurrentNotes().Add("record skipped"_note, log_path, error.position_bytes(), error.reason());
       continue;
     }
     out << RecordToJson(record) << '\n';

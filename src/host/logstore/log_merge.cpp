@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "components/note_kinds.h"
 #include "host/logstore/log_reader.h"
 #include "host/logstore/log_writer.h"
 #include "host/logstore/record_codec.h"
@@ -15,7 +16,6 @@
 #include "platform/file.h"
 #include "platform/interrupt.h"
 #include "platform/log.h"
-#include "platform/notes.h"
 
 namespace loom {
 namespace {
@@ -61,7 +61,7 @@ class MergeSource {
  private:
   void NoteDisorder() {
     if (std::exchange(is_disorder_noted_, true)) return;
-    CurrentNotes().Add("log not in time order", path(), packet_.position_bytes,
+    CurrentNotes().Add("log not in time order"_note, path(), packet_.position_bytes,
                        "the first record that is earlier than one in front of it; records keep their order");
   }
 
@@ -73,7 +73,7 @@ class MergeSource {
     try {
       ShiftRecordTime(payload, packet_.payload_position_bytes, shift_s_);
     } catch (const FormatError& error) {
-      CurrentNotes().Add("time of day kept", path(), error.position_bytes(), error.reason());
+      CurrentNotes().Add("time of day kept"_note, path(), error.position_bytes(), error.reason());
     }
     packet_.block = shifted_;
     packet_.payload = payload;
@@ -125,7 +125,7 @@ class MergeQueue {
   std::vector<MergeSource*> heap_;
 };
 
-void AddNote(std::string_view kind, const CString& path, std::string_view reason, std::uint64_t position_bytes = 0) {
+void AddNote(const NoteKind& kind, const CString& path, std::string_view reason, std::uint64_t position_bytes = 0) {
   CurrentNotes().Add(kind, path, position_bytes, reason);
 }
 
@@ -137,13 +137,14 @@ std::optional<LogHeader> MergedHeader(MergeSources& sources) {
     const LogHeader& other = source.header();
     if (header.test_type == 0) header.test_type = other.test_type;
     const bool fits = other.kind == header.kind && (other.test_type == 0 || other.test_type == header.test_type);
-    if (!fits) return AddNote("log refused", source.path(), "a log of another sort than the first one"), std::nullopt;
+    if (!fits)
+      return AddNote("log refused"_note, source.path(), "a log of another sort than the first one"), std::nullopt;
     if (MidnightSeconds(other.day) < MidnightSeconds(header.day)) header.day = other.day;
   }
   for (MergeSource& source : sources) {
     source.CountFrom(header.day);
     if (source.GoesBeyondTimes())
-      return AddNote("log refused", source.path(), "more than 10,000 hours lie between the logs"), std::nullopt;
+      return AddNote("log refused"_note, source.path(), "more than 10,000 hours lie between the logs"), std::nullopt;
   }
   return header;
 }
@@ -169,7 +170,7 @@ OpenedSources OpenSources(std::span<const CString> paths, const CString& target,
                                                           kSmallestPieceBytes, BlockCursor::kPieceBytes);
   for (const CString& path : paths) {
     if (IsSameFile(path, target)) {
-      AddNote("log refused", path, "the merged log would replace it");
+      AddNote("log refused"_note, path, "the merged log would replace it");
       opened.is_refused = true;
       continue;
     }
@@ -178,15 +179,15 @@ OpenedSources OpenSources(std::span<const CString> paths, const CString& target,
           opened.sources.emplace_back(path, opened.sources.size(), static_cast<std::uint32_t>(piece_bytes));
       const LogHeader& header = source.header();
       if (!accepts(header.kind)) {
-        AddNote("log refused", path, "a log of the kind " + std::string(LogKindName(header.kind)));
+        AddNote("log refused"_note, path, "a log of the kind " + std::string(LogKindName(header.kind)));
         opened.is_refused = true;
       } else if (header.kind == LogKind::kStore && header.version <= kLastUnmergeableVersion) {
-        AddNote("log left out", path, "its version " + std::to_string(header.version) + " is too old");
+        AddNote("log left out"_note, path, "its version " + std::to_string(header.version) + " is too old");
         opened.lacks_old_ones = true;
         opened.sources.pop_back();
       }
     } catch (const FileError& error) {
-      AddNote("log refused", path, error.reason(), error.position_bytes());
+      AddNote("log refused"_note, path, error.reason(), error.position_bytes());
       opened.is_refused = true;
     }
   }
@@ -207,11 +208,11 @@ LogMergeResult MergeLogs(std::span<const CString> paths, const CString& target, 
     for (const MergeSource& source : opened.sources) source.reader().RequireUnchanged();
     log.Finish();
   } catch (const Interrupted&) {
-    AddNote("log not written", target, "interrupted");
+    AddNote("log not written"_note, target, "interrupted");
     return kMergeInterrupted;
   } catch (const FileError& error) {
     if (error.path() != target) throw;
-    AddNote("log not written", target, error.reason(), error.position_bytes());
+    AddNote("log not written"_note, target, error.reason(), error.position_bytes());
     return kMergeFailed;
   }
   return opened.lacks_old_ones ? kMergeInPart : kMergeDone;

@@ -4,10 +4,10 @@
 #include <array>
 #include <utility>
 
+#include "components/note_kinds.h"
 #include "host/logstore/pcapng.h"
 #include "host/logstore/trailer_cursor.h"
 #include "platform/byte_reader.h"
-#include "platform/notes.h"
 
 namespace loom {
 namespace {
@@ -131,7 +131,7 @@ std::int64_t LogReader::Nanoseconds(std::uint64_t ticks, std::uint8_t resolution
 }
 
 void LogReader::NoteSkipped(std::uint64_t position_bytes, const std::string& reason) const {
-  CurrentNotes().Add("record skipped", file_.path(), position_bytes, reason);
+  CurrentNotes().Add("record skipped"_note, file_.path(), position_bytes, reason);
 }
 
 // Throws FormatError when the section is not one of this log.
@@ -191,11 +191,12 @@ bool LogReader::Next(LogPacket& packet) {
       if (block.type == kInterfaceDescription) interfaces_.push_back(ParseInterface(block));
     } catch (const FormatError& error) {
       ended_ = true;
-      CurrentNotes().Add("log ends early", file_.path(), error.position_bytes(), error.reason());
+      CurrentNotes().Add("log ends early"_note, file_.path(), error.position_bytes(), error.reason());
     }
   }
   if (!ended_ && cursor_.damage())
-    CurrentNotes().Add("log ends early", file_.path(), cursor_.damage()->position_bytes(), cursor_.damage()->reason());
+    CurrentNotes().Add("log ends early"_note, file_.path(), cursor_.damage()->position_bytes(),
+                       cursor_.damage()->reason());
   ended_ = true;
   return false;
 }

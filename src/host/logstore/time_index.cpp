@@ -2,10 +2,10 @@
 
 #include <string>
 
+#include "components/note_kinds.h"
 #include "host/logstore/pcapng.h"
 #include "host/logstore/trailer_cursor.h"
 #include "platform/error.h"
-#include "platform/notes.h"
 
 namespace loom {
 namespace {
@@ -105,7 +105,7 @@ std::optional<TimeIndex> ReadTimeIndex(const InputFile& file) {
     try {
       return ParseTimeIndex(ByteReader(body, trailer.BodyPosition()), trailer, file.Size());
     } catch (const FormatError& error) {
-      CurrentNotes().Add("time index not used", file.path(), error.position_bytes(), error.reason());
+      CurrentNotes().Add("time index not used"_note, file.path(), error.position_bytes(), error.reason());
       return std::nullopt;
     }
   }

@@ -4,6 +4,7 @@
 
 #include "components/field_value.h"
 #include "components/host_folders.h"
+#include "components/note_kinds.h"
 #include "host/netdb/network_storage.h"
 #include "host/netdb/network_worksheet.h"
 #include "host/netdb/parameter_catalogue.h"
@@ -11,7 +12,6 @@
 #include "platform/completes.h"
 #include "platform/encoding.h"
 #include "platform/log.h"
-#include "platform/notes.h"
 
 namespace loom {
 DBMapper& DBMapper::Instance() {
@@ -94,7 +94,7 @@ void DBMapper::Store(NetDataType data_type, ProtocolTypeEnum protocol, const std
       std::string mended;
       values[at] = StoredValue(row->values[at], report_.attributes[at], mended);
       if (mended.empty()) continue;
-      CurrentNotes().Add("value of another kind", path_, sheet + " row " + std::to_string(row->sheet_row),
+      CurrentNotes().Add("value of another kind"_note, path_, sheet + " row " + std::to_string(row->sheet_row),
                          "the value of " + GbkToUtf8(report_.parameters[at]) + " " + mended);
     }
     ++row;
@@ -104,7 +104,7 @@ void DBMapper::Store(NetDataType data_type, ProtocolTypeEnum protocol, const std
   report_.counts = network_->PutRows(table, report_.parameters, next);
   report_.table = table;
   for (const std::int64_t superseded : report_.counts.superseded) {
-    CurrentNotes().Add("row replaced by a later one of the sheet", path_,
+    CurrentNotes().Add("row replaced by a later one of the sheet"_note, path_,
                        sheet + " row " + std::to_string(rows[static_cast<std::size_t>(superseded)].sheet_row),
                        "a row below has the same key");
   }

@@ -4,9 +4,9 @@
 #include <map>
 #include <set>
 
+#include "components/note_kinds.h"
 #include "platform/encoding.h"
 #include "platform/error.h"
-#include "platform/notes.h"
 
 namespace loom {
 namespace {
@@ -30,7 +30,7 @@ CString TextOf(const WorksheetCell& cell) {
 class Place {
  public:
   Place(const CString& path, const CString& sheet) : path_(path), sheet_(GbkToUtf8(sheet)) {}
-  void Note(std::string_view kind, std::uint32_t row, const std::string& what) const {
+  void Note(const NoteKind& kind, std::uint32_t row, const std::string& what) const {
     CurrentNotes().Add(kind, path_, sheet_ + " row " + std::to_string(row), what);
   }
   [[noreturn]] void Fail(const std::string& reason) const {
@@ -49,7 +49,7 @@ std::vector<Heading> HeadingsOf(std::uint32_t row, std::span<const WorksheetCell
     if (const CString text = TextOf(cell); !text.IsEmpty()) headings.push_back({cell.column, text}), taken.insert(text);
     const bool is_text = cell.kind == WorksheetCell::Kind::kText || cell.kind == WorksheetCell::Kind::kNumber;
     if (!is_text && place != nullptr)
-      place->Note("heading that is no text", row, "column " + std::to_string(cell.column + 1) + " is left out");
+      place->Note("heading that is no text"_note, row, "column " + std::to_string(cell.column + 1) + " is left out");
   }
   std::set<CString> used;
   std::map<CString, int> next_numbers;
@@ -59,7 +59,7 @@ std::vector<Heading> HeadingsOf(std::uint32_t row, std::span<const WorksheetCell
     int& number = next_numbers.try_emplace(heading.text, 2).first->second;
     do numbered = Format("%s (%d)", heading.text, number++);
     while (taken.contains(numbered));
-    if (place != nullptr) place->Note("heading that comes again", row, GbkToUtf8(numbered));
+    if (place != nullptr) place->Note("heading that comes again"_note, row, GbkToUtf8(numbered));
     heading.text = numbered;
     taken.insert(numbered);
   }
@@ -105,7 +105,7 @@ class RowSink final : public IWorksheetSink {
     return true;
   }
   void OnMergedRanges(std::uint32_t ranges) override {
-    place_.Note("merged cells", 1, std::to_string(ranges) + " ranges; only the first cell of each holds a value");
+    place_.Note("merged cells"_note, 1, std::to_string(ranges) + " ranges; only the first cell of each holds a value");
   }
   std::vector<NetInfoRow> rows;
   bool has_headings() const { return !places_.empty(); }
@@ -132,11 +132,11 @@ class RowSink final : public IWorksheetSink {
       case WorksheetCell::Kind::kText:
         return TextValue(row, cell);
       case WorksheetCell::Kind::kError:
-        place_.Note("error value in a cell", row,
+        place_.Note("error value in a cell"_note, row,
                     Column(cell) + " holds " + std::string(cell.text) + ", taken as empty");
         return {};
       case WorksheetCell::Kind::kNoValue:
-        place_.Note("formula without a result", row, Column(cell) + " is taken as empty");
+        place_.Note("formula without a result"_note, row, Column(cell) + " is taken as empty");
         return {};
     }
     return {};
@@ -148,7 +148,7 @@ class RowSink final : public IWorksheetSink {
       text = Utf8ToGbk(cell.text);
     } catch (const EncodingError& error) {
       text = Utf8ToGbkOr(cell.text, '?');
-      place_.Note("character outside the code page", row, Column(cell) + ": " + error.reason());
+      place_.Note("character outside the code page"_note, row, Column(cell) + ": " + error.reason());
     }
     if (text.Trim().IsEmpty()) return {};
     return text;

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "platform/cstring.h"
+#include "platform/notes.h"
 
 namespace loom::recordings {
 
@@ -58,9 +59,9 @@ inline constexpr std::uint8_t kNoVersion = 0xFF;
 
 struct FindingKind {
   Finding finding;
-  bool is_skipped;        // something is left out: counted under `skipped`
-  bool is_noted;          // told with its places
-  std::string_view name;  // UTF-8
+  bool is_skipped;  // something is left out: counted under `skipped`
+  bool is_noted;    // told with its places
+  const NoteKind& note;
 };
 const FindingKind& KindOf(Finding finding);
 

@@ -5,10 +5,10 @@
 #include <cmath>
 #include <string>
 
+#include "components/note_kinds.h"
 #include "host/workbook/cell_text_kind.h"
 #include "host/workbook/xml_text.h"
 #include "platform/encoding.h"
-#include "platform/notes.h"
 #include "platform/number.h"
 
 namespace loom {
@@ -115,7 +115,7 @@ class RowRenderer {
   std::string_view Shortened(std::size_t column, std::string_view text) {
     const std::string_view head = HeadOfCharacters(text, kMaxCellCharacters);
     if (head.size() < text.size()) {
-      CurrentNotes().Add("text cut to the length of a cell", path_,
+      CurrentNotes().Add("text cut to the length of a cell"_note, path_,
                          GbkToUtf8(sheet_name_) + " " + CellText(PlaceOf(column)),
                          std::to_string(CharacterCount(text)) + " characters, a cell has at most " +
                              std::to_string(kMaxCellCharacters));

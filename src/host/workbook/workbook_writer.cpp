@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
+#include "components/note_kinds.h"
 #include "host/workbook/workbook_parts.h"
 #include "host/workbook/xml_text.h"
 #include "host/workbook/zip_writer.h"
 #include "platform/encoding.h"
-#include "platform/notes.h"
 
 namespace loom {
 namespace {
@@ -77,7 +77,7 @@ void WorkbookWriter::Rename(WrittenSheet& sheet, const CString& name) {
   for (int number = 2; IsTaken(mended, &sheet); ++number) mended = Shortened(base, "(" + std::to_string(number) + ")");
   if (mended != name) {
     CurrentNotes().Add(
-        "sheet name mended", target_, "sheet \"" + GbkToUtf8(mended) + "\"",
+        "sheet name mended"_note, target_, "sheet \"" + GbkToUtf8(mended) + "\"",
         "\"" + GbkToUtf8(name) + "\" is too long, taken or holds characters that no sheet name may have");
   }
   sheet.name = mended;

@@ -15,17 +15,17 @@
 namespace loom::dialect {
 namespace {
 
-constexpr std::size_t kBlockBytes = std::size_t{1} << 20;
+constexpr std::size_t kOutputBytes = std::size_t{1} << 20;
 constexpr std::string_view kImportSeparators = "\t|;^~`#@\x01\x02\x03\x04\x05\x06\x0E\x0F";
 
 // Text that goes out in blocks.
 class Output {
  public:
-  explicit Output(const CString& path) : file_(path) { text_.reserve(kBlockBytes + 4096); }
+  explicit Output(const CString& path) : file_(path) { text_.reserve(kOutputBytes + 4096); }
   std::string& text() { return text_; }
   void EndLine(std::string_view end) {
     text_ += end;
-    if (text_.size() >= kBlockBytes) Flush();
+    if (text_.size() >= kOutputBytes) Flush();
   }
   void Flush() {
     file_.Write(text_);
@@ -146,8 +146,8 @@ class ImportWriter {
     AppendWhole(out, record.line);
     for (std::size_t at = found_.columns.size(); at < cells.size(); ++at) {
       if (!Trimmed(cells[at]).empty())
-        result_.remarks["cell behind the last column left out"].Add(record.line, static_cast<std::int64_t>(at),
-                                                                    cells[at]);
+        result_.remarks["cell behind the last column left out"_note].Add(record.line, static_cast<std::int64_t>(at),
+                                                                         cells[at]);
     }
   }
 
@@ -215,7 +215,7 @@ class ImportWriter {
     const std::optional<NumberCell> number = ParseNumber(text, found_.form.decimal);
     if (!number) {
       if (!plan.is_bound) return AppendText(out, text, line, static_cast<std::int64_t>(plan.column));
-      result_.remarks["no number, left out"].Add(line, static_cast<std::int64_t>(plan.column), text);
+      result_.remarks["no number, left out"_note].Add(line, static_cast<std::int64_t>(plan.column), text);
       return;
     }
     if (!plan.converts && number->unit.empty() && !number->has_comma) {
@@ -224,7 +224,7 @@ class ImportWriter {
     }
     double value = number->value * plan.factor + plan.offset;
     if (plan.is_whole && value != std::round(value)) {
-      result_.remarks["rounded to a whole number, which the element takes"].Add(
+      result_.remarks["rounded to a whole number, which the element takes"_note].Add(
           line, static_cast<std::int64_t>(plan.column), text);
       value = std::round(value);
     }
@@ -240,13 +240,13 @@ class ImportWriter {
       const CString gbk = Utf8ToGbkOr(text, '?');
       out += gbk.view();
       if (std::ranges::count(gbk.view(), '?') != std::ranges::count(text, '?'))
-        result_.remarks["character without a place in GBK"].Add(line, column, text);
+        result_.remarks["character without a place in GBK"_note].Add(line, column, text);
     }
     for (std::size_t at = start; at < out.size(); ++at) {
       const char c = out[at];
       if (c != separator_ && c != '\n' && c != '\r') continue;
       // No trail byte of GBK is one of these but for some separators, which are never chosen then.
-      result_.remarks[c == separator_ ? "separator in a cell" : "line end in a cell"].Add(line, column, text);
+      result_.remarks[c == separator_ ? "separator in a cell"_note : "line end in a cell"_note].Add(line, column, text);
       out[at] = ' ';
     }
   }

@@ -189,7 +189,7 @@ void SetColumns(Inspection& work, const Proof& proof) {
       if (column.bad > 0) column.confidence = 0.85;
       for (const Place& place : profile.TextPlaces()) {
         if (column.kind == Kind::kInteger || column.kind == Kind::kNumber)
-          work.found.remarks["no number"].Add(place.line, static_cast<std::int64_t>(at), place.text);
+          work.found.remarks["no number"_note].Add(place.line, static_cast<std::int64_t>(at), place.text);
       }
     } else if (profile.Texts() * 10 < profile.Filled() * 6) {
       column.confidence = 0.8;  // mixed
@@ -218,12 +218,12 @@ void SetConfidence(Inspection& work, const Proof& proof, double time, double lat
 }
 
 void NoteSource(const FileSource& source, const TableReader& table, Findings& found) {
-  const auto count = [&](const char* what, std::uint64_t number) {
-    if (number > 0) found.remarks[what].count = number;
+  const auto count = [&](const NoteKind& kind, std::uint64_t number) {
+    if (number > 0) found.remarks[kind].count = number;
   };
-  count("byte that is none of the encoding", source.BadCount());
-  count("zero byte passed over", source.ZeroBytes());
-  count("comment line", table.Comments());
+  count("byte that is none of the encoding"_note, source.BadCount());
+  count("zero byte passed over"_note, source.ZeroBytes());
+  count("comment line"_note, table.Comments());
 }
 
 Findings InspectAs(const InputFile& file, const Overrides& overrides, const EncodingFound& encoding,

@@ -69,11 +69,11 @@ bool Proof::MayBeFooter(const Record& record) const {
   return (kind != Kind::kText && kind != Kind::kEmpty) || (filled == 1 && width_ >= 3 && record.cells.size() == 1);
 }
 
-void Proof::NoteUnread(const Record& record, const std::vector<std::size_t>& columns, const char* what,
+void Proof::NoteUnread(const Record& record, const std::vector<std::size_t>& columns, const NoteKind& kind,
                        Remarks& remarks) const {
   const std::size_t column = columns.front();
   if (column >= record.cells.size() || IsNothing(record.cells[column])) return;
-  remarks[what].Add(record.line, static_cast<std::int64_t>(column), record.cells[column]);
+  remarks[kind].Add(record.line, static_cast<std::int64_t>(column), record.cells[column]);
 }
 
 void Proof::Take(const Record& record, Remarks& remarks) {
@@ -82,7 +82,7 @@ void Proof::Take(const Record& record, Remarks& remarks) {
   quoted_ += record.has_quoted;
   if (record.has_stray) {
     ++stray_;
-    remarks["stray quote"].Add(record.line, -1, record.cells.empty() ? std::string_view() : record.cells.front());
+    remarks["stray quote"_note].Add(record.line, -1, record.cells.empty() ? std::string_view() : record.cells.front());
   }
   const std::size_t cells = std::min(record.cells.size(), width_);
   for (std::size_t column = 0; column < cells; ++column)
@@ -91,12 +91,12 @@ void Proof::Take(const Record& record, Remarks& remarks) {
   const std::size_t without_end = record.CountWithoutEnd();
   if (without_end > width_ || record.goes_on) {
     ++ragged_;
-    remarks["more cells than columns"].Add(record.line, static_cast<std::int64_t>(width_),
-                                           record.goes_on ? std::string_view() : record.cells[width_]);
+    remarks["more cells than columns"_note].Add(record.line, static_cast<std::int64_t>(width_),
+                                                record.goes_on ? std::string_view() : record.cells[width_]);
   } else if (record.cells.size() < width_) {
     ++ragged_;
-    remarks["fewer cells than columns"].Add(record.line, static_cast<std::int64_t>(record.cells.size()),
-                                            record.cells.empty() ? std::string_view() : record.cells.back());
+    remarks["fewer cells than columns"_note].Add(record.line, static_cast<std::int64_t>(record.cells.size()),
+                                                 record.cells.empty() ? std::string_view() : record.cells.back());
   }
   if (first_rows_.size() < kFirstRows) {
     auto& row = first_rows_.emplace_back();
@@ -105,11 +105,11 @@ void Proof::Take(const Record& record, Remarks& remarks) {
   }
   bool is_read = instants_.empty();
   for (InstantTrack& track : instants_) is_read = track.Add(record.cells) || is_read;
-  if (!is_read) NoteUnread(record, instants_.front().reader.columns(), "time not understood", remarks);
+  if (!is_read) NoteUnread(record, instants_.front().reader.columns(), "time not understood"_note, remarks);
   if (latitude_ && !latitude_->Add(record.cells))
-    NoteUnread(record, latitude_->reader.columns(), "latitude not understood", remarks);
+    NoteUnread(record, latitude_->reader.columns(), "latitude not understood"_note, remarks);
   if (longitude_ && !longitude_->Add(record.cells))
-    NoteUnread(record, longitude_->reader.columns(), "longitude not understood", remarks);
+    NoteUnread(record, longitude_->reader.columns(), "longitude not understood"_note, remarks);
 }
 
 void Proof::TakeHeld(Remarks& remarks) {
@@ -132,7 +132,7 @@ void Proof::Read(TableReader& table, Remarks& remarks) {
     Take(record, remarks);
   }
   footer_rows_ = held_.size();
-  for (const Held& held : held_) remarks["footer"].Add(held.record.line, 0, held.cells.front());
+  for (const Held& held : held_) remarks["footer"_note].Add(held.record.line, 0, held.cells.front());
 }
 
 }  // namespace loom::dialect

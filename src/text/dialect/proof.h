@@ -55,7 +55,7 @@ class Proof {
   bool MayBeFooter(const Record& record) const;
   void Take(const Record& record, Remarks& remarks);
   void TakeHeld(Remarks& remarks);
-  void NoteUnread(const Record& record, const std::vector<std::size_t>& columns, const char* what,
+  void NoteUnread(const Record& record, const std::vector<std::size_t>& columns, const NoteKind& kind,
                   Remarks& remarks) const;
 
   std::size_t width_;

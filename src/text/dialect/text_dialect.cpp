@@ -22,10 +22,10 @@ void Remark::Add(std::uint64_t line, std::int64_t column, std::string_view text)
   places.push_back({line, column, std::string(text.substr(0, length)) + (length < text.size() ? "..." : "")});
 }
 
-Remark& Remarks::operator[](std::string_view what) {
-  const auto found = std::ranges::find(all_, what, &Remark::what);
+Remark& Remarks::operator[](const NoteKind& kind) {
+  const auto found = std::ranges::find(all_, &kind, &Remark::kind);
   if (found != all_.end()) return *found;
-  return all_.emplace_back(Remark{.what = std::string(what)});
+  return all_.emplace_back(Remark{.kind = &kind});
 }
 
 }  // namespace loom::dialect

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "components/note_kinds.h"
+
 // How a text file of another tool is written. Texts are UTF-8; columns count from 0, lines from 1.
 namespace loom::dialect {
 
@@ -62,7 +64,7 @@ struct Place {
 // Places of one kind: the first ones are kept, all are counted.
 struct Remark {
   static constexpr std::size_t kPlacesKept = 10;
-  std::string what;
+  const NoteKind* kind;
   std::uint64_t count = 0;
   std::vector<Place> places = {};
   void Add(std::uint64_t line, std::int64_t column, std::string_view text);
@@ -70,7 +72,7 @@ struct Remark {
 
 class Remarks {
  public:
-  Remark& operator[](std::string_view what);
+  Remark& operator[](const NoteKind& kind);
   const std::vector<Remark>& all() const { return all_; }
 
  private:

@@ -8,11 +8,11 @@
 #include <string_view>
 
 #include "components/dt_time.h"
+#include "components/note_kinds.h"
 #include "components/project.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
 #include "platform/log.h"
-#include "platform/notes.h"
 #include "platform/number.h"
 #include "platform/text_buffer.h"
 #include "platform/ui/wait_cursor.h"
@@ -44,7 +44,7 @@ class StreamTextWriter {
 
   void Write() {
     if (settings_.binned_data == 1)
-      CurrentNotes().Add("merged and averaged data", settings_.file_name, "all rows",
+      CurrentNotes().Add("merged and averaged data"_note, settings_.file_name, "all rows",
                          "the rows are written as they were recorded; there are no others");
     if (settings_.write_header == 1) AppendHeader();
     PrepareColumns();
@@ -75,7 +75,7 @@ class StreamTextWriter {
     for (const CString& name : names_) {
       ids.push_back(g_project->GetIEID(name));
       if (ids.back() == kInvalidInt)
-        CurrentNotes().Add("information element unknown", settings_.file_name, "column '" + GbkToUtf8(name) + "'",
+        CurrentNotes().Add("unknown information element"_note, settings_.file_name, "column '" + GbkToUtf8(name) + "'",
                            "the catalogue has no such name, its column stays blank");
       if (settings_.limits == nullptr) continue;
       const auto limit = settings_.limits->find(name);

@@ -7,6 +7,7 @@
 #include <set>
 
 #include "components/dual_protocol.h"
+#include "components/note_kinds.h"
 #include "components/project.h"
 #include "conversion/ie_ids.h"
 #include "platform/completes.h"
@@ -213,11 +214,12 @@ bool CTextImporter::PrepareProtocol() {
 void CTextImporter::NoteProtocol(const CString& path) const {
   const std::string stream = "the stream is " + protocol_.str();
   if (protocol_is_assumed_)
-    CurrentNotes().Add("protocol assumed", path, "columns", "none is of one protocol alone; " + stream);
+    CurrentNotes().Add("protocol assumed"_note, path, "columns", "none is of one protocol alone; " + stream);
   if (lte_columns_.empty()) return;
   std::string columns = "'" + GbkToUtf8(lte_columns_.front()) + "'";
   if (lte_columns_.size() > 1) columns += " and " + std::to_string(lte_columns_.size() - 1) + " more";
-  CurrentNotes().Add("LTE columns", path, "columns", columns + " of LTE, which the import does not tell; " + stream);
+  CurrentNotes().Add("LTE columns"_note, path, "columns",
+                     columns + " of LTE, which the import does not tell; " + stream);
 }
 
 std::vector<TextColumn> CTextImporter::Columns() const {
@@ -242,9 +244,9 @@ void CTextImporter::NoteColumns(const CString& path) const {
   for (const auto& [column, name] : column_map_) {
     const std::string at = "column " + std::to_string(column);
     if (g_sysProject->GetIEID(name) == kInvalidInt)
-      CurrentNotes().Add("unknown information element", path, at, "'" + GbkToUtf8(name) + "' is not imported");
+      CurrentNotes().Add("unknown information element"_note, path, at, "'" + GbkToUtf8(name) + "' is not imported");
     else if (!seen.insert(name).second)
-      CurrentNotes().Add("information element mapped twice", path, at, "'" + GbkToUtf8(name) + "'");
+      CurrentNotes().Add("information element mapped twice"_note, path, at, "'" + GbkToUtf8(name) + "'");
   }
 }
 

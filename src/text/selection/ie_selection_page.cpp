@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "components/note_kinds.h"
 #include "components/project.h"
 #include "platform/encoding.h"
 #include "platform/log.h"
-#include "platform/notes.h"
 #include "platform/ui/file_dialog.h"
 #include "platform/ui/message_box.h"
 #include "resources/images.h"
@@ -134,7 +134,7 @@ void CSelImportDialog::NoteUnknownEntries(const CString& path) const {
   const std::vector<CString> ticked = TickedLeaves();
   for (const auto& [text, ie_name] : template_) {
     if (std::find(ticked.begin(), ticked.end(), text) != ticked.end()) continue;
-    CurrentNotes().Add("template entry unknown", path, "IE '" + GbkToUtf8(text) + "'",
+    CurrentNotes().Add("template entry unknown"_note, path, "IE '" + GbkToUtf8(text) + "'",
                        "the selection has no such leaf");
   }
 }

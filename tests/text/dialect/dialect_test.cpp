@@ -119,7 +119,7 @@ TEST_F(DialectTest, CarriageReturnsAloneEndLines) {
 TEST_F(DialectTest, ZeroBytesArePassedOverAndCounted) {
   const Findings found = InspectText("id,time,name\n" + Rows(",") + std::string(100, '\0'));
   EXPECT_EQ(12u, found.rows);
-  EXPECT_EQ("zero byte passed over", found.remarks.all().at(0).what);
+  EXPECT_EQ("zero byte passed over", found.remarks.all().at(0).kind->name);
   EXPECT_EQ(100u, found.remarks.all().at(0).count);
 }
 
@@ -269,7 +269,7 @@ TEST_F(DialectTest, ImportFormHasElementsInTheirUnits) {
       "1620910732.000000;11.7;48.3;0;-82;9;d;4\r\n",
       ReadWholeText(out_));
   EXPECT_EQ(6u, converted.elements.size());
-  EXPECT_EQ("rounded to a whole number, which the element takes", converted.remarks.all().at(0).what);
+  EXPECT_EQ("rounded to a whole number, which the element takes", converted.remarks.all().at(0).kind->name);
   EXPECT_THROW(MapElements(found, LoadElementRules(), {{6, "NoSuchElement"}}), Error);
 }
 

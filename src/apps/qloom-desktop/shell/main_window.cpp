@@ -125,9 +125,18 @@ void MainWindow::TellOutcome(const LogOutcome& outcome) {
   Tell(line);
 }
 
+namespace {
+
+QString NameOfKind(const NoteKind& kind) {
+  const std::string_view name = CurrentShellLanguage() == ShellLanguage::kChinese ? kind.chinese_name : kind.name;
+  return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+}
+
+}  // namespace
+
 void MainWindow::ShowNotes() {
   for (const Notes::Kind& kind : session_.notes().kinds()) {
-    Tell(QStringLiteral("%1: %2").arg(QString::fromStdString(kind.name)).arg(kind.count));
+    Tell(QStringLiteral("%1: %2").arg(NameOfKind(*kind.declared)).arg(kind.count));
     for (const Note& place : kind.places)
       Tell(QStringLiteral("  %1, %2: %3")
                .arg(PathToQt(place.file), QString::fromStdString(place.at), QString::fromStdString(place.what)));
