@@ -41,7 +41,7 @@ TEST_F(ProjectUse, ImportsAtTheSameTimeFollowOneAnother) {
 }
 
 TEST_F(ProjectUse, AProjectInUseIsReadAndNotChanged) {
-  Simulate("long.log", 30);
+  Simulate("long.log", 60);
   Simulate("short.log", 1);
   ASSERT_EQ(0, Run("import short.log --project p.qlp").exit_code);
   // The holder is stopped while it reads its log.
@@ -61,7 +61,7 @@ TEST_F(ProjectUse, AProjectInUseIsReadAndNotChanged) {
 }
 
 TEST_F(ProjectUse, AnOpeningThatIsCancelledSavesNothing) {
-  Simulate("long.log", 30);
+  Simulate("long.log", 60);
   WriteText(Path("t.csv"), "RecordTime,RxLev\n2024-05-17 10:00:00.000,-70\n");
   ASSERT_EQ(0, Run("import long.log --project p.qlp").exit_code);
   const std::string import_text = "import-text t.csv --separator comma --time-format 'yyyy-mm-dd hh:nn:ss.ms' ";
@@ -72,8 +72,13 @@ TEST_F(ProjectUse, AnOpeningThatIsCancelledSavesNothing) {
                        "until grep -qs position trace; do sleep 0.01; done\n"
                        "kill -INT $P; wait $P"));
   const json interrupted = json::parse(ReadText(Path("out")));
-  EXPECT_EQ(-1, interrupted["logs"][0]["result"]);
-  EXPECT_EQ(json::array(), interrupted["texts"]) << "not begun";
+  // A fast machine may be done with the log when the signal comes.
+  if (interrupted["logs"][0]["result"] == 1) {
+    EXPECT_EQ(-1, interrupted["texts"][0]["result"]) << interrupted;
+  } else {
+    EXPECT_EQ(-1, interrupted["logs"][0]["result"]);
+    EXPECT_EQ(json::array(), interrupted["texts"]) << "not begun";
+  }
   EXPECT_EQ(saved, ReadText(Path("p.qlp")));
 
   const ProgramRun cancelled = Run("open p.qlp --save --json --cancel-at 40");
