@@ -51,7 +51,9 @@ int RunOpen(const CommandLine& line, const OpenOptions& options) {
   answers.cancel_at = common.cancel_at;
   Session session(common, std::move(answers), {}, options.save ? ProjectUse::kChange : ProjectUse::kRead);
   LogReport report(session);
-  for (const CString& path : ListedLogs()) {
+  const std::vector<CString> listed = ListedLogs();
+  report.Expect(listed);
+  for (const CString& path : listed) {
     if (WasInterrupted()) break;
     session.manager().OpenLog(path, false);
   }
