@@ -32,7 +32,7 @@ class XlsBuilder {
 
   static std::string N(std::uint64_t value, int bytes) {
     std::string text;
-    for (int at = 0; at < bytes; ++at) text += static_cast<char>(value >> (8 * at) & 0xFF);
+    for (int at = 0; at < bytes; ++at) text += static_cast<char>(at < 8 ? value >> (8 * at) & 0xFF : 0);
     return text;
   }
   static std::string Bits(double number) {

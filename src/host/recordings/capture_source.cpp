@@ -2,6 +2,7 @@
 
 #include <pcap/pcap.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 
@@ -12,6 +13,7 @@
 namespace loom::recordings {
 namespace {
 
+constexpr std::int64_t kFarthestTime_s = 4'200'000'000;
 constexpr std::int64_t kToldStep_ns = 10 * kSecond_ns;
 constexpr int kNextRead = 1;
 constexpr int kNextError = -1;
@@ -94,7 +96,9 @@ bool CaptureSource::Next(RecordedPacket& packet) {
     packet.kind = PacketKind::kGsmtap;
     packet.radio = 1;
     packet.position_bytes = number_;
-    packet.time_ns = static_cast<std::int64_t>(header->ts.tv_sec) * kSecond_ns + header->ts.tv_usec;
+    // Whatever lies farther is beyond the times of a log anyway, which is noted; differences must not overflow.
+    const std::int64_t time_s = std::clamp<std::int64_t>(header->ts.tv_sec, -kFarthestTime_s, kFarthestTime_s);
+    packet.time_ns = time_s * kSecond_ns + header->ts.tv_usec;
     CheckClock(packet.time_ns);
     return true;
   }

@@ -11,6 +11,7 @@ constexpr std::byte kEscape{0x7D};
 constexpr std::byte kEscapedBit{0x20};
 
 const std::byte* Find(const std::byte* from, std::size_t count, std::byte byte) {
+  if (count == 0) return nullptr;
   return static_cast<const std::byte*>(std::memchr(from, static_cast<int>(byte), count));
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 
 #include "host/basics/time_units.h"
 #include "host/logstore/log_header.h"
@@ -37,7 +38,7 @@ std::optional<std::int64_t> OffsetSeconds(std::string_view text) {
   if (text.size() < 5 || (text[0] != '+' && text[0] != '-')) return std::nullopt;
   const auto hours = Digits(text.substr(1, 2));
   const auto minutes = Digits(text.substr(text[3] == ':' ? 4 : 3));
-  if (!hours || !minutes) return std::nullopt;
+  if (!hours || !minutes || *hours > 23 || *minutes > 59) return std::nullopt;
   const std::int64_t offset_s = *hours * 3600 + *minutes * 60;
   return text[0] == '-' ? -offset_s : offset_s;
 }
@@ -61,7 +62,10 @@ std::optional<std::int64_t> TimeOfIsoText(std::string_view text) {
   const std::int64_t fraction_ns = TakeFraction(text);
   const auto offset_s = OffsetSeconds(text);
   if (!offset_s) return std::nullopt;
-  return (time_s - *offset_s) * kSecond_ns + fraction_ns;
+  constexpr std::int64_t kFarthest_s = std::numeric_limits<std::int64_t>::max() / kSecond_ns - 1;
+  const std::int64_t utc_s = time_s - *offset_s;
+  if (utc_s > kFarthest_s || utc_s < -kFarthest_s) return std::nullopt;
+  return utc_s * kSecond_ns + fraction_ns;
 }
 
 Track::Track(std::vector<TrackFix> fixes) : fixes_(std::move(fixes)) {
