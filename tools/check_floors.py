@@ -38,6 +38,7 @@ ROOMS = [
      {"host/netdb"},
      {"host/subjects"}),
     ({"text/navigator"}, {"text/dialect", "text/import", "text/selection"}, {"text/export"}),
+    ({"apps/text_files"}, {"apps/qloom", "apps/qloom-desktop"}),
 ]
 STOREY = {room: storey for rooms in ROOMS for storey, row in enumerate(rooms) for room in row}
 

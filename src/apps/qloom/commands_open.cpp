@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <iostream>
 
-#include "apps/qloom/auto_text_import.h"
 #include "apps/qloom/commands.h"
 #include "apps/qloom/log_report.h"
+#include "apps/text_files/text_file_import.h"
 #include "components/project.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
@@ -29,9 +29,9 @@ Json OpenTexts(Session& session) {
   Json texts = Json::array();
   for (const CString& name : names) {
     if (WasInterrupted()) break;
-    RefreshConvertedText(session, name);
+    RefreshConvertedText(session.host().project(), name);
     texts.push_back({{"name", JsonText(name)}, {"result", session.manager().OpenTxt(name)}});
-    RestoreProtocol(session, name);
+    RestoreProtocol(session.host().project(), name);
   }
   return texts;
 }

@@ -1,10 +1,12 @@
-#include <cmath>
 #include <iomanip>
 #include <iostream>
 
 #include "apps/qloom/commands.h"
-#include "apps/qloom/dialect_json.h"
 #include "apps/qloom/dialect_options.h"
+#include "apps/text_files/dialect_file.h"
+#include "apps/text_files/dialect_json.h"
+#include "apps/text_files/dialect_notes.h"
+#include "apps/text_files/finding_words.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
 #include "text/dialect/converter.h"
@@ -22,43 +24,10 @@ struct TextCommandOptions {
   std::string to = "csv";
 };
 
-void PrintPosition(const char* name, const std::optional<dialect::PositionFinding>& position) {
-  if (!position) return;
-  std::cout << "  " << name << ": column";
-  for (const std::size_t column : position->columns) std::cout << ' ' << column;
-  std::cout << ", " << position->form;
-  if (position->min) std::cout << ", " << *position->min << " to " << *position->max;
-  std::cout << '\n';
-}
-
-std::string Shown(const std::string& separator) {
-  if (separator.empty()) return "none, one column";
-  return separator == "\t" ? "tab" : separator == dialect::kBlanks ? "runs of blanks" : "'" + separator + "'";
-}
-
 void PrintFindings(const CString& path, const dialect::Findings& found) {
-  const dialect::Form& form = found.form;
-  std::cout << GbkToUtf8(path) << ": " << found.rows << " rows of " << found.columns.size() << " columns, "
-            << std::lround(found.confidence * 100) << " % sure\n  encoding " << form.encoding
-            << (form.has_bom ? " with mark" : "") << ", separator " << Shown(form.separator) << ", quote "
-            << (form.quote != 0 ? std::string(1, form.quote) : "none") << ", decimal mark " << form.decimal
-            << (form.comment.empty() ? "" : ", comments start with " + form.comment)
-            << "\n  before the header: " << form.preamble_rows << ", header: " << form.header_rows
-            << ", behind the table: " << form.footer_rows << '\n';
-  if (found.time) {
-    std::cout << "  time: column";
-    for (const std::size_t column : found.time->columns) std::cout << ' ' << column;
-    std::cout << ", " << found.time->layout << ", zone "
-              << (found.time->zone.empty() ? "not stated" : found.time->zone);
-    if (found.time->earliest)
-      std::cout << ", " << InstantText(*found.time->earliest, found.time->has_date) << " to "
-                << InstantText(*found.time->latest, found.time->has_date);
-    std::cout << '\n';
-    for (const std::string& other : found.time->ambiguous)
-      std::cout << "  day and month cannot be told apart: it could be " << other << "; say which with --time\n";
-  }
-  PrintPosition("latitude", found.latitude);
-  PrintPosition("longitude", found.longitude);
+  std::cout << GbkToUtf8(path) << ":\n";
+  for (const FindingSentence& sentence : FindingSentences(found, WordsLanguage::kEnglish))
+    std::cout << (sentence.is_doubt ? "! " : "  ") << sentence.text << '\n';
   for (std::size_t at = 0; at < found.columns.size(); ++at) {
     const dialect::ColumnFinding& column = found.columns[at];
     std::cout << "  " << std::setw(3) << at << "  " << dialect::KindName(column.kind) << "  " << column.name
@@ -83,8 +52,7 @@ int RunInspect(const CommandLine& line, const TextCommandOptions& options) {
     Notes notes;
     const NotesScope scope(notes);
     NoteRemarks(found.remarks, path);
-    if (!options.save_dialect.empty())
-      WriteWholeFile(AbsolutePath(options.save_dialect), DialectJson(found).dump(2) + "\n");
+    if (!options.save_dialect.empty()) WriteDialectFile(AbsolutePath(options.save_dialect), found);
     if (line.common.json) {
       Json json = FindingsJson(found);
       json["path"] = GbkToUtf8(path);
@@ -120,7 +88,7 @@ int RunConvert(const CommandLine& line, const TextCommandOptions& options) {
   if (!line.common.json) {
     std::cout << options.out << ": " << converted.rows << " rows\n";
     if (options.to == "import")
-      std::cout << "  separator " << Shown(converted.separator) << ", time layout "
+      std::cout << "  separator " << SeparatorWords(converted.separator, WordsLanguage::kEnglish) << ", time layout "
                 << (found.time && !found.time->has_date ? dialect::kClockLayout : dialect::kImportTimeLayout) << '\n';
   }
   Json document{{"result", 1}, {"out", GbkToUtf8(out)}, {"rows", converted.rows}, {"found", FindingsJson(found)}};

@@ -1,10 +1,11 @@
 #include <iostream>
 
-#include "apps/qloom/auto_text_import.h"
 #include "apps/qloom/commands.h"
 #include "apps/qloom/dialect_options.h"
 #include "apps/qloom/log_report.h"
 #include "apps/qloom/text_import_wizard.h"
+#include "apps/text_files/dialect_json.h"
+#include "apps/text_files/text_file_import.h"
 #include "components/note_kinds.h"
 #include "platform/encoding.h"
 
@@ -53,28 +54,60 @@ void PrintAutoImport(const Json& texts) {
   }
 }
 
-int RunAutoImport(const CommandLine& line, const TextOptions& options) {
-  AutoTextImport how;
+Json MappingJson(const InspectedTextFile& file) {
+  Json elements = Json::array();
+  for (const dialect::ElementColumn& one : file.mapping.columns) {
+    Json json{{"column", one.column}, {"name", file.found.columns[one.column].name}, {"element", one.element}};
+    if (one.factor != 1) json["factor"] = one.factor;
+    elements.push_back(std::move(json));
+  }
+  return elements;
+}
+
+Json UnmappedJson(const InspectedTextFile& file) {
+  Json columns = Json::array();
+  for (const std::size_t column : file.mapping.unmapped)
+    columns.push_back({{"column", column}, {"name", file.found.columns[column].name}});
+  return columns;
+}
+
+Json ImportAutomatically(Session& session, const LogReport& report, const CString& path, const TextFileWishes& wishes) {
+  const InspectedTextFile file = InspectTextFile(path, wishes);
+  const ImportedTextFile imported = ImportTextFile(session.host().project(), session.manager(), file);
+  IDataStream* const stream = report.TextStream(imported.converted);
+  return {{"result", imported.result},
+          {"path", GbkToUtf8(path)},
+          {"converted", GbkToUtf8(imported.converted)},
+          {"rows", imported.rows},
+          {"protocol", file.mapping.protocol},
+          {"elements", MappingJson(file)},
+          {"unmapped", UnmappedJson(file)},
+          {"found", FindingsJson(file.found)},
+          {"stream", stream != nullptr ? StreamJson(*stream) : Json()}};
+}
+
+TextFileWishes WishesFrom(const TextOptions& options, const TextImportAnswers& answers) {
   DialectOptions given = options.dialect;
   if (!options.wizard.separator.empty()) given.separator = options.wizard.separator;
   if (options.wizard.no_header) given.header = 0;
-  how.overrides = OverridesFrom(given);
-  const std::vector<CString> files = TextFilesOf(options.files);
-  const TextImportAnswers answers = TextImportAnswersFrom(options.wizard, files[0]);
+  TextFileWishes wishes{.overrides = OverridesFrom(given), .elements = {}};
   for (const auto& [column, element] : answers.columns)
-    how.elements[static_cast<std::size_t>(column)] = GbkToUtf8(element);
-  if (!options.wizard.stream_name.empty()) how.stream_name = options.wizard.stream_name;
-  how.stream_type = answers.stream_type.value_or(0);
+    wishes.elements[static_cast<std::size_t>(column)] = GbkToUtf8(element);
+  if (!options.wizard.stream_name.empty()) wishes.stream_name = options.wizard.stream_name;
+  wishes.stream_type = answers.stream_type.value_or(0);
+  return wishes;
+}
+
+int RunAutoImport(const CommandLine& line, const TextOptions& options) {
+  const std::vector<CString> files = TextFilesOf(options.files);
+  const TextFileWishes wishes = WishesFrom(options, TextImportAnswersFrom(options.wizard, files[0]));
   Session session(line.common, AnswersFrom(line.common), files[0]);
   const LogReport report(session);
   Json texts = Json::array();
   for (const CString& path : files) {
     if (WasInterrupted()) break;
     try {
-      Json text = ImportTextAutomatically(session, path, how);
-      const CString converted = Utf8ToGbk(text["converted"].get<std::string>());
-      if (IDataStream* const stream = report.TextStream(converted)) text["stream"] = StreamJson(*stream);
-      texts.push_back(std::move(text));
+      texts.push_back(ImportAutomatically(session, report, path, wishes));
     } catch (const Error& error) {
       if (files.size() == 1) throw;
       CurrentNotes().Add("text file not imported"_note, path, std::string_view("the file"), error.what());

@@ -5,7 +5,7 @@
 #include <map>
 
 #include "apps/qloom/commands.h"
-#include "apps/qloom/dialect_json.h"
+#include "apps/text_files/dialect_file.h"
 #include "platform/encoding.h"
 
 namespace loom {

@@ -1,12 +1,9 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
-
+#include "apps/json.h"
 #include "components/stream_manager.h"
 
 namespace loom {
-
-using Json = nlohmann::ordered_json;
 
 // UTF-8 JSON string of a GBK text; bytes that a name carries, and such that are no GBK, as `\xHH`.
 Json JsonText(std::string_view gbk);

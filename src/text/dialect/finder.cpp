@@ -202,19 +202,33 @@ void ApplyNulls(const Overrides& overrides, Findings& found) {
   for (ColumnFinding& column : found.columns) column.nulls = *overrides.nulls;
 }
 
-double Least(std::initializer_list<double> values) { return std::min(values); }
+double ColumnsConfidence(const Findings& found) {
+  double confidence = 1;
+  for (const ColumnFinding& column : found.columns) confidence = std::min(confidence, std::max(column.confidence, 0.6));
+  return confidence;
+}
 
-void SetConfidence(Inspection& work, const Proof& proof, double time, double latitude, double longitude) {
-  double confidence = Least({work.encoding.confidence, work.shape.separator_confidence, work.shape.header_confidence,
-                             time, latitude, longitude});
-  for (const ColumnFinding& column : work.found.columns)
-    confidence = std::min(confidence, std::max(column.confidence, 0.6));
+double RowsConfidence(const Proof& proof) {
   const double rows = static_cast<double>(std::max<std::uint64_t>(proof.rows(), 1));
   const double ragged = static_cast<double>(proof.ragged()) / rows;
-  if (ragged > 0.02) confidence = std::min(confidence, 0.85);
-  if (proof.rows() < 3) confidence = std::min(confidence, 0.8);
-  if (proof.stray() > 0 || proof.footer_rows() > 0) confidence = std::min(confidence, 0.85);
-  work.found.confidence = confidence;
+  if (proof.rows() < 3) return 0.8;
+  return ragged > 0.02 || proof.stray() > 0 || proof.footer_rows() > 0 ? 0.85 : 1;
+}
+
+// An answer is as sure as its weakest part.
+void SetConfidence(Inspection& work, const Proof& proof, double time, double latitude, double longitude) {
+  const Doubt answers[] = {{Subject::kEncoding, work.encoding.confidence},
+                           {Subject::kSeparator, work.shape.separator_confidence},
+                           {Subject::kHeader, work.shape.header_confidence},
+                           {Subject::kTime, time},
+                           {Subject::kLatitude, latitude},
+                           {Subject::kLongitude, longitude},
+                           {Subject::kColumns, ColumnsConfidence(work.found)},
+                           {Subject::kRows, RowsConfidence(proof)}};
+  work.found.confidence = std::ranges::min_element(answers, std::less(), &Doubt::confidence)->confidence;
+  std::ranges::copy_if(answers, std::back_inserter(work.found.doubts),
+                       [](const Doubt& answer) { return answer.confidence < kSure; });
+  std::ranges::stable_sort(work.found.doubts, std::less(), &Doubt::confidence);
 }
 
 void NoteSource(const FileSource& source, const TableReader& table, Findings& found) {

@@ -113,6 +113,17 @@ struct Alternative {
   double confidence = 0;
 };
 
+// What an answer is about.
+enum class Subject { kEncoding, kSeparator, kHeader, kTime, kLatitude, kLongitude, kColumns, kRows };
+
+// An answer that is not sure.
+struct Doubt {
+  Subject subject;
+  double confidence = 0;
+};
+
+inline constexpr double kSure = 0.9;  // confidence from which on an answer is sure
+
 struct Findings {
   Form form;
   std::uint64_t rows = 0;
@@ -120,10 +131,11 @@ struct Findings {
   std::optional<TimeFinding> time;
   std::optional<PositionFinding> latitude;
   std::optional<PositionFinding> longitude;
-  double confidence = 0;
+  double confidence = 0;      // of the answer that is least sure
+  std::vector<Doubt> doubts;  // the least sure first
   std::vector<Alternative> alternatives;
   Remarks remarks;
-  std::vector<std::vector<std::string>> first_rows;  // up to ten
+  std::vector<std::vector<std::string>> first_rows;  // up to ten, of at most 256 cells
 };
 
 }  // namespace loom::dialect

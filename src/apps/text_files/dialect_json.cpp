@@ -1,12 +1,8 @@
-#include "apps/qloom/dialect_json.h"
+#include "apps/text_files/dialect_json.h"
 
-#include <chrono>
 #include <cmath>
-#include <cstdio>
 
-#include "platform/encoding.h"
-#include "platform/file.h"
-#include "platform/notes.h"
+#include "apps/text_files/finding_words.h"
 
 namespace loom {
 namespace {
@@ -89,31 +85,6 @@ void Take(const Json& json, const char* name, std::optional<Value>& value) {
 
 }  // namespace
 
-std::string InstantText(double seconds, bool has_date) {
-  const double whole = std::floor(seconds);
-  char fraction[16] = "";
-  const double rest = std::round((seconds - whole) * 1e6);
-  const auto second = static_cast<std::int64_t>(whole) + (rest >= 1e6 ? 1 : 0);
-  if (rest > 0 && rest < 1e6) {
-    std::snprintf(fraction, sizeof(fraction), ".%06d", static_cast<int>(rest));
-    std::string_view digits(fraction);
-    while (digits.ends_with('0')) digits.remove_suffix(1);
-    fraction[digits.size()] = '\0';
-  }
-  const std::int64_t day = second >= 0 ? second / 86400 : (second - 86399) / 86400;
-  const auto of_day = static_cast<int>(second - day * 86400);
-  char text[64];
-  if (!has_date) {
-    std::snprintf(text, sizeof(text), "%02d:%02d:%02d%s", of_day / 3600, of_day / 60 % 60, of_day % 60, fraction);
-    return text;
-  }
-  const std::chrono::year_month_day date{std::chrono::sys_days(std::chrono::days(day))};
-  std::snprintf(text, sizeof(text), "%04d-%02u-%02uT%02d:%02d:%02d%sZ", static_cast<int>(date.year()),
-                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()), of_day / 3600, of_day / 60 % 60,
-                of_day % 60, fraction);
-  return text;
-}
-
 Json FindingsJson(const Findings& found) {
   Json json = FormJson(found.form);
   json["rows"] = found.rows;
@@ -147,17 +118,6 @@ Json DialectJson(const Findings& found) {
   return json;
 }
 
-void NoteRemarks(const dialect::Remarks& remarks, const CString& path) {
-  for (const dialect::Remark& remark : remarks.all()) {
-    for (const dialect::Place& place : remark.places) {
-      const std::string at = "line " + std::to_string(place.line) +
-                             (place.column >= 0 ? ", column " + std::to_string(place.column) : std::string());
-      CurrentNotes().Add(*remark.kind, path, at, "\"" + place.text + "\"");
-    }
-    if (remark.count > remark.places.size()) CurrentNotes().AddMore(*remark.kind, remark.count - remark.places.size());
-  }
-}
-
 dialect::Overrides OverridesFromJson(const Json& json) {
   dialect::Overrides overrides;
   Take(json, "encoding", overrides.encoding);
@@ -183,16 +143,6 @@ dialect::Overrides OverridesFromJson(const Json& json) {
     if (overrides.zone && *overrides.zone == "varies") overrides.zone.reset();
   }
   return overrides;
-}
-
-dialect::Overrides ReadDialectFile(const CString& path) {
-  try {
-    return OverridesFromJson(Json::parse(ReadWholeText(path)));
-  } catch (const Json::exception& error) {
-    throw Error(GbkToUtf8(path) + ": no dialect: " + error.what());
-  } catch (const std::out_of_range&) {
-    throw Error(GbkToUtf8(path) + ": no dialect: an empty decimal mark");
-  }
 }
 
 }  // namespace loom
