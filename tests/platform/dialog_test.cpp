@@ -52,7 +52,7 @@ class SampleDialog : public CDialog {
   std::int32_t count = 5;
   std::int32_t box = 1;
   std::int32_t colour = 1;
-  std::int32_t position = 2;
+  CString chosen = "three";
   CString free = "x";
   int nested_result = 0;
   int clicks = 0;
@@ -71,7 +71,7 @@ class SampleDialog : public CDialog {
     exchange.Number(kCount, count);
     exchange.Check(kBox, box);
     exchange.Radio(kRed, colour);
-    exchange.ComboIndex(kList, position);
+    exchange.ComboText(kList, chosen);
     exchange.ComboText(kFree, free);
   }
 };
@@ -101,7 +101,7 @@ TEST(Dialog, ShowsItsDataAndTakesItBackOnOk) {
   EXPECT_EQ(42, dialog.count);
   EXPECT_EQ(0, dialog.box);
   EXPECT_EQ(2, dialog.colour);
-  EXPECT_EQ(1, dialog.position);
+  EXPECT_EQ("Two", dialog.chosen);
   EXPECT_EQ("y", dialog.free);
 }
 
