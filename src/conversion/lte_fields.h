@@ -1,8 +1,8 @@
 #pragma once
 
+#include "components/lte_frequency.h"
 #include "components/records/blocks_lte.h"
 #include "conversion/field_table.h"
-#include "conversion/lte_frequency.h"
 
 // Tables of the LTE blocks. Most fields are written whatever the selection.
 // clang-format off

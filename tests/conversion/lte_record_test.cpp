@@ -1,8 +1,8 @@
 #include <array>
 #include <cmath>
 
+#include "components/lte_frequency.h"
 #include "components/measures.h"
-#include "conversion/lte_frequency.h"
 #include "host/netdb/network_database.h"
 #include "tests/conversion/conversion_test.h"
 
@@ -31,16 +31,9 @@ class LteRecordTest : public ConversionTest {
   }
 };
 
-TEST(LteFrequencyTest, RangesOfTheBands) {
-  const std::array<std::pair<std::uint16_t, std::int32_t>, 9> cases{{{0, 0},
-                                                                     {37749, 0},
-                                                                     {37750, 2570},
-                                                                     {37759, 2570},
-                                                                     {38249, 2619},
-                                                                     {38250, 0},
-                                                                     {38650, 2300},
-                                                                     {39649, 2399},
-                                                                     {39650, 0}}};
+TEST(LteFrequencyTest, FrequenciesAreWholeMegahertzWithinTheBands) {
+  const std::pair<std::uint16_t, std::int32_t> cases[] = {{37749, 0}, {37750, 2570}, {37759, 2570}, {38249, 2619},
+                                                          {38250, 0}, {38650, 2300}, {39649, 2399}, {39650, 0}};
   for (const auto& [earfcn, mhz] : cases) EXPECT_EQ(mhz, EarfcnToMHz(earfcn)) << earfcn;
 }
 

@@ -17,10 +17,7 @@ const NetworkTable& KnownTable(const CString& name) {
 }
 
 std::vector<std::string> CellKeyExpressions(const NetworkTable& table) {
-  std::vector<std::string> expressions;
-  if (table.cell_key_index == nullptr) return expressions;
-  for (const CString& part : CString(table.cell_key_index).Split(';')) expressions.push_back(part.str());
-  return expressions;
+  return table.cell_keys != nullptr ? table.cell_keys() : std::vector<std::string>();
 }
 
 std::string KeyIndexSql(const NetworkTable& table) {

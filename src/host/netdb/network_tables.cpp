@@ -1,19 +1,24 @@
 #include "host/netdb/network_tables.h"
 
+#include "components/lte_frequency.h"
+
 namespace loom {
 namespace {
 
 // A serving cell is known by its cell key. TD-SCDMA: the cell identity (28 bits of it are RNC id and cell id, 3GPP TS
 // 25.331, 10.3.2.2), or LAC and cell id of 16 bits each. LTE: physical cell id and downlink frequency in whole MHz,
-// which an EARFCN of band 40 or 38 gives as well (3GPP TS 36.101, 5.7.3).
-constexpr const char* kTdCellKeys =
-    "CI;"
-    "(LAC << 16) | (CI & 65535);"
-    "(RNCID << 16) | (CI & 65535)";
-constexpr const char* kLteCellKeys =
-    "(PCI << 16) | CAST(Frequency AS INTEGER);"
-    "(PCI << 16) | CASE WHEN EARFCN BETWEEN 38650 AND 39649 THEN (EARFCN - 38650) / 10 + 2300"
-    " WHEN EARFCN BETWEEN 37750 AND 38249 THEN (EARFCN - 37750) / 10 + 2570 END";
+// which an EARFCN of a known band gives as well.
+std::vector<std::string> TdCellKeys() { return {"CI", "(LAC << 16) | (CI & 65535)", "(RNCID << 16) | (CI & 65535)"}; }
+
+std::vector<std::string> LteCellKeys() {
+  std::string of_earfcn = "(PCI << 16) | CASE";
+  for (const EarfcnRange& band : kEarfcnRanges) {
+    const std::string first = std::to_string(band.first);
+    of_earfcn += " WHEN EARFCN BETWEEN " + first + " AND " + std::to_string(band.last) + " THEN (EARFCN - " + first +
+                 ") / 10 + " + std::to_string(band.first_mhz);
+  }
+  return {"(PCI << 16) | CAST(Frequency AS INTEGER)", of_earfcn + " END"};
+}
 
 // The 28 bits of a TD-SCDMA cell identity: a cell id of 16 bits stands beside its RNC id, or alone.
 #define TD_CELL_IDENTITY "CASE WHEN CI BETWEEN 0 AND 65535 THEN (ifnull(RNCID, 0) << 16) | CI ELSE CI END"
@@ -35,7 +40,7 @@ constexpr NetworkTable kTables[] = {
     {"tbl_Cell",
      "MCC INTEGER, MNC INTEGER, RNCID INTEGER, LAC INTEGER, CI INTEGER, CellName TEXT, SiteName TEXT, "
      "Longitude REAL, Latitude REAL, UARFCN INTEGER, CellParameterID INTEGER",
-     "ifnull(MCC, -1), ifnull(MNC, -1), " TD_CELL_IDENTITY, kTdCellKeys},
+     "ifnull(MCC, -1), ifnull(MNC, -1), " TD_CELL_IDENTITY, TdCellKeys},
     {"tbl_Cell_GSM",
      "MCC INTEGER, MNC INTEGER, LAC INTEGER, CI INTEGER, CellName TEXT, SiteName TEXT, "
      "Longitude REAL, Latitude REAL, BCCH INTEGER, BSIC INTEGER",
@@ -44,7 +49,7 @@ constexpr NetworkTable kTables[] = {
      "MCC INTEGER, MNC INTEGER, eNodeBID INTEGER, CI INTEGER, CellName TEXT, SiteName TEXT, "
      "Longitude REAL, Latitude REAL, PCI INTEGER, EARFCN INTEGER, Frequency REAL",
      "ifnull(MCC, -1), ifnull(MNC, -1), CASE WHEN CI >= 256 THEN -1 ELSE ifnull(eNodeBID, -1) END, "
-     "ifnull(CI, -1), " LTE_CELL_PLACE, kLteCellKeys},
+     "ifnull(CI, -1), " LTE_CELL_PLACE, LteCellKeys},
     {"tbl_AdjCell",
      "ServCellMCC INTEGER, ServCellMNC INTEGER, ServCellCI INTEGER, "
      "NborCellMCC INTEGER, NborCellMNC INTEGER, NborCellCI INTEGER",

@@ -1,7 +1,8 @@
 #pragma once
 
 #include <span>
-#include <string_view>
+#include <string>
+#include <vector>
 
 #include "platform/cstring.h"
 
@@ -12,7 +13,7 @@ struct NetworkTable {
   const char* name;
   const char* columns;  // with their types, as SQL; a number given as text becomes a number in a numeric column
   const char* key;      // a row replaces the row of the same key, as SQL; rows without a value in their key are added
-  const char* cell_key_index;  // SQL expressions by which a cell is found by cell key, separated by ';'; may be null
+  std::vector<std::string> (*cell_keys)();  // SQL expressions by which a cell is found by cell key; may be null
 };
 
 std::span<const NetworkTable> NetworkTables();
