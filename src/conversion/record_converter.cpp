@@ -14,9 +14,6 @@ constexpr double kMissing = -1.0;  // coordinate of a marked position
 
 bool IsMissing(double longitude, double latitude) { return longitude == kMissing || latitude == kMissing; }
 
-constexpr std::int32_t kPccpchRscp = 499;
-constexpr std::int32_t kTimeslot0Value = 5412;
-
 }  // namespace
 
 bool IsGeographic(double longitude, double latitude) {
@@ -176,8 +173,8 @@ void CRecordConverter::InvalidateOldMode() {
     } else {
       return;
     }
-    if (id == kPccpchRscp) stream.primary_rscp = kInvalidShort;
-    if (id == kTimeslot0Value) stream.timeslot0_iscp = kInvalidShort;
+    if (id == ie::kPccpchRscp) stream.primary_rscp = kInvalidShort;
+    if (id == ie::kTimeslot0Value) stream.timeslot0_iscp = kInvalidShort;
   });
 }
 

@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "conversion/ie_ids.h"
 #include "conversion/list_group.h"
 #include "conversion/td_record_converter.h"
 
@@ -44,14 +45,14 @@ constexpr ListGroup<CIE_Channel_Para, TdNumberedByte, std::int8_t, 1> kGroup199{
     SelectedBy(265)};
 
 constexpr ListGroup<CIE_Channel_Para, TdTransportChannel, std::int8_t, 3> kGroupB{
-    &CIE_Channel_Para::transport_channel_count, &CIE_Channel_Para::transport_channels, IE{200},
+    &CIE_Channel_Para::transport_channel_count, &CIE_Channel_Para::transport_channels, IE{ie::kTransportChannelCount},
     &TdTransportChannel::number, 1, 32,
     FieldTable<TdTransportChannel>({
         Own<&TdTransportChannel::ie935>(kEntry),
         Own<&TdTransportChannel::ie1000>(kEntry),
         Own<&TdTransportChannel::ie1033>(kEntry),
     }),
-    SelectedBy(1034)};
+    SelectedBy(ie::kTransportChannelBler)};
 
 constexpr auto kChannelFields = FieldTable<CIE_Channel_Para>({
     Own<&CIE_Channel_Para::ie170>(kOnlyWithSettings),
@@ -65,7 +66,7 @@ constexpr auto kChannelFields = FieldTable<CIE_Channel_Para>({
 
 consteval ListGroup<CIE_Meas_Res, TdCodeEntryD, std::int8_t, 5> MakeGroupD(double scale) {
   return {
-      &CIE_Meas_Res::count_d, &CIE_Meas_Res::entries_d, IE{491},
+      &CIE_Meas_Res::count_d, &CIE_Meas_Res::entries_d, IE{ie::kRlcCount},
       &TdCodeEntryD::number, 1, 32,
       FieldTable<TdCodeEntryD>({
           Own<&TdCodeEntryD::ie1656>(kAsFloat.OfEntry(), kOnlyWithSettings),
@@ -79,7 +80,7 @@ constexpr auto kGroupD = MakeGroupD(1.0);
 constexpr auto kGroupDTenths = MakeGroupD(0.1);
 
 constexpr ListGroup<CIE_Meas_Res, TdCodeEntryE, std::int8_t, 4> kGroupE{
-    &CIE_Meas_Res::count_e, &CIE_Meas_Res::entries_e, IE{492},
+    &CIE_Meas_Res::count_e, &CIE_Meas_Res::entries_e, IE{ie::kPdcpCount},
     &TdCodeEntryE::number, 5, 15,
     FieldTable<TdCodeEntryE>({
         Own<&TdCodeEntryE::ie1953>(Scaled(0.1).OfEntry()),

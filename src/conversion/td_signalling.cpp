@@ -8,6 +8,7 @@
 
 #include "components/decoder.h"
 #include "components/records/blocks_td.h"
+#include "conversion/ie_ids.h"
 #include "conversion/td_sizes.h"
 #include "conversion/transport_channel_reader.h"
 
@@ -25,6 +26,34 @@ constexpr std::int32_t kNeighbourCellParameterId = 1141;
 constexpr std::int32_t kBestLevel = 500;
 constexpr std::int32_t kBestUarfcn = 148;
 constexpr std::int32_t kBestCellParameterId = 141;
+constexpr std::int32_t kDpchRscp = 5406;
+
+// Of transport channel 1; the sums of the 32 channels follow their last one, for error rates total and greatest.
+constexpr std::int32_t kFaultyBlocks = 936;
+constexpr std::int32_t kReceivedBlocks = 1001;
+constexpr std::int32_t kChannels = 32;
+constexpr std::int32_t kBlerTotal = ie::kTransportChannelBler + kChannels;
+constexpr std::int32_t kGreatestBler = kBlerTotal + 1;
+
+// Throughputs and ratios per code: written when the row's count is above 0.
+struct CodeSeries {
+  std::int32_t count;
+  std::int32_t first;
+  std::int32_t last;
+  std::int32_t greatest;
+  std::int32_t sum;  // kNoSum: only with import settings, and the greatest of all values, invalid ones included
+};
+constexpr std::int32_t kNoSum = -1;
+
+// clang-format off
+constexpr CodeSeries kCodeSeries[] = {
+    {ie::kRlcCount,  1589, 1620, 1621, 1622},    // uplink throughput
+    {ie::kRlcCount,  1657, 1688, 1690, kNoSum},  // uplink retransmissions
+    {ie::kRlcCount,  1623, 1654, 1655, 1656},    // downlink throughput
+    {ie::kPdcpCount, 1958, 1968, 1969, 1970},
+    {ie::kPdcpCount, 1971, 1981, 1982, 1983},
+};
+// clang-format on
 
 void PutIfSelected(CRowIEWriter& writer, std::int32_t id, uniFieldValue value) {
   if (writer.IsSelected(id)) writer.Put(id, value);
@@ -146,50 +175,43 @@ void SignallingPass::ApplySignalling(const CTestdataBase& record, const StateRec
 }
 
 void SignallingPass::WriteFirstTimeslotRscp(CRowIEWriter& writer) const {
-  if (!IsAbove0(index_, 519) || !writer.IsSelected(5406)) return;
+  if (!IsAbove0(index_, ie::kDpchRscpCount) || !writer.IsSelected(kDpchRscp)) return;
   std::optional<std::int32_t> first;
-  for (std::int32_t id = 5407; id <= 5411 && (!first || *first == kInvalidInt); ++id) {
-    if (const auto value = index_.Get(id)) first = value->int_value;
+  for (std::int32_t at = 0; at < kDpchTimeslots && (!first || *first == kInvalidInt); ++at) {
+    if (const auto value = index_.Get(ie::kTimeslotDpchRscp + at)) first = value->int_value;
   }
-  if (first) writer.Put(5406, *first);
+  if (first) writer.Put(kDpchRscp, *first);
 }
 
 void SignallingPass::WriteTransportChannelTotals(CRowIEWriter& writer) const {
-  if (!IsAbove0(index_, 200) || !writer.IsSelected(1034)) return;
+  if (!IsAbove0(index_, ie::kTransportChannelCount) || !writer.IsSelected(ie::kTransportChannelBler)) return;
   BlockTotals totals;
   std::optional<float> greatest;
   for (const std::int32_t channel : writer.stream().crc_channels) {
-    const auto faulty = index_.Get(935 + channel);
-    const auto received = index_.Get(1000 + channel);
+    const auto faulty = index_.Get(kFaultyBlocks + channel - 1);
+    const auto received = index_.Get(kReceivedBlocks + channel - 1);
     if (faulty && received) totals.Add(faulty->int_value, received->int_value);
-    const auto rate = Greatest(index_, 1033 + channel, 1033 + channel);
-    if (rate) greatest = greatest ? std::max(*greatest, *rate) : *rate;
+    if (const auto value = index_.Get(ie::kTransportChannelBler + channel - 1))
+      greatest = greatest ? std::max(*greatest, value->float_value) : value->float_value;
   }
   if (totals.faulty) {
-    PutIfSelected(writer, 968, uniFieldValue(Saturated(*totals.faulty)));
-    PutIfSelected(writer, 1033, uniFieldValue(Saturated(*totals.received)));
-    PutIfSelected(writer, 1066, uniFieldValue(totals.Percent()));
+    PutIfSelected(writer, kFaultyBlocks + kChannels, uniFieldValue(Saturated(*totals.faulty)));
+    PutIfSelected(writer, kReceivedBlocks + kChannels, uniFieldValue(Saturated(*totals.received)));
+    PutIfSelected(writer, kBlerTotal, uniFieldValue(totals.Percent()));
   }
-  PutIfSelected(writer, 1067, greatest);
+  PutIfSelected(writer, kGreatestBler, greatest);
 }
 
 void SignallingPass::WriteCodeSummaries(CRowIEWriter& writer) const {
-  if (IsAbove0(index_, 491)) {
-    const Summary first = Summarise(index_, 1589, 1620);
-    const Summary second = Summarise(index_, 1623, 1654);
-    PutIfSelected(writer, 1621, first.maximum);
-    PutIfSelected(writer, 1622, first.sum);
-    if (!writer.settings_empty()) PutIfSelected(writer, 1690, Greatest(index_, 1657, 1688));
-    PutIfSelected(writer, 1655, second.maximum);
-    PutIfSelected(writer, 1656, second.sum);
-  }
-  if (IsAbove0(index_, 492)) {
-    const Summary first = Summarise(index_, 1958, 1968);
-    const Summary second = Summarise(index_, 1971, 1981);
-    PutIfSelected(writer, 1969, first.maximum);
-    PutIfSelected(writer, 1970, first.sum);
-    PutIfSelected(writer, 1982, second.maximum);
-    PutIfSelected(writer, 1983, second.sum);
+  for (const CodeSeries& series : kCodeSeries) {
+    if (!IsAbove0(index_, series.count)) continue;
+    if (series.sum != kNoSum) {
+      const Summary summary = Summarise(index_, series.first, series.last);
+      PutIfSelected(writer, series.greatest, summary.maximum);
+      PutIfSelected(writer, series.sum, summary.sum);
+    } else if (!writer.settings_empty()) {
+      PutIfSelected(writer, series.greatest, Greatest(index_, series.first, series.last));
+    }
   }
 }
 
