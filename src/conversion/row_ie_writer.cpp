@@ -12,7 +12,7 @@ void CRowIEWriter::SetImportSettings(const ImpIESettings& settings) {
   for (const auto& [text, setting] : settings) {
     const std::int32_t id = g_sysProject->GetIEID(setting.ie_name);
     if (id < 0) continue;
-    selection_.insert_or_assign(id, SelectionEntry{setting.ie_name, setting.minimum, setting.maximum});
+    selection_.insert_or_assign(id, setting);
     selected_ids_.Insert(id);
   }
   for (std::size_t name = 0; name < kSelectionNames.size(); ++name) {

@@ -29,20 +29,14 @@ struct IE {
 // selection switch is 1.
 class CRowIEWriter {
  public:
-  // One selected information element: its name and the two bounds of its setting.
-  struct SelectionEntry {
-    CString name;
-    double minimum;
-    double maximum;
-  };
   static constexpr std::int32_t kOwnId = -1;
 
   // Builds the selection from the settings, which outlive their use: ids by the IE that a setting names, names by the
   // key of the setting. IEs unknown to the catalogue select nothing.
   void SetImportSettings(const ImpIESettings& settings);
+  const std::map<std::int32_t, struct_ImpIESetting>& selection() const { return selection_; }
   bool settings_empty() const { return settings_empty_; }
   void set_settings_empty(bool empty) { settings_empty_ = empty; }
-  const std::map<std::int32_t, SelectionEntry>& selection() const { return selection_; }
 
   // Directs everything that follows to a row of a stream. Both outlive the conversion of the record.
   void Begin(struct_STREAMINFO& stream, std::int32_t selection_switch, CMemDataRow& row) {
@@ -76,7 +70,6 @@ class CRowIEWriter {
   }
   void Put(std::int32_t id, std::int32_t value) { Put(id, uniFieldValue(value)); }
   void Put(std::int32_t id, float value) { Put(id, uniFieldValue(value)); }
-  void PutInvalid(std::int32_t id, MemTableFieldTypeEnum type) { Put(id, InvalidValue(type)); }
 
   void PutInt(std::int32_t raw, std::int32_t value, std::int32_t id) {
     if (raw != -1) Put(id, raw == -2 ? kInvalidInt : value);
@@ -114,8 +107,8 @@ class CRowIEWriter {
   [[gnu::noinline]] void Record(std::int32_t id);
 
   const ImpIESettings* settings_ = nullptr;
-  std::map<std::int32_t, SelectionEntry> selection_;
   bool settings_empty_ = true;
+  std::map<std::int32_t, struct_ImpIESetting> selection_;
   IdSet selected_ids_;  // the keys of selection_
   std::array<bool, kSelectionNames.size()> selected_names_{};
 

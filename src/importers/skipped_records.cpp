@@ -19,8 +19,6 @@ std::string Describe(const CTestdataBase& record) {
 
 }  // namespace
 
-std::string_view SkipReasonName(SkipReason reason) { return KindOf(reason).name; }
-
 void SkippedRecords::StartLog(const CString& path) {
   path_ = path;
   counts_.fill(0);

@@ -14,8 +14,6 @@ namespace loom {
 enum class SkipReason { kUnknownKind, kNoStream, kNotDecoded, kNoRow };
 inline constexpr std::size_t kSkipReasonCount = 4;
 
-std::string_view SkipReasonName(SkipReason reason);
-
 // Counts the records of one log that became no row, and notes the place of each in the file unless
 // the decoder has done so.
 class SkippedRecords {

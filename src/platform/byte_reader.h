@@ -104,10 +104,9 @@ class ByteReader {
 };
 
 // Appends little-endian numbers and bytes to a buffer that it does not own.
-template <class Buffer>
-class BasicByteWriter {
+class ByteWriter {
  public:
-  explicit BasicByteWriter(Buffer& out) : out_(out) {}
+  explicit ByteWriter(std::vector<std::byte>& out) : out_(out) {}
 
   void U8(std::uint8_t value) { Number(value); }
   void U16(std::uint16_t value) { Number(value); }
@@ -119,10 +118,7 @@ class BasicByteWriter {
   void I64(std::int64_t value) { U64(static_cast<std::uint64_t>(value)); }
   void F32(float value) { U32(std::bit_cast<std::uint32_t>(value)); }
   void F64(double value) { U64(std::bit_cast<std::uint64_t>(value)); }
-  void Bytes(std::span<const std::byte> bytes) {
-    const auto* data = reinterpret_cast<const typename Buffer::value_type*>(bytes.data());
-    out_.insert(out_.end(), data, data + bytes.size());
-  }
+  void Bytes(std::span<const std::byte> bytes) { out_.insert(out_.end(), bytes.begin(), bytes.end()); }
   void Text(std::string_view text) { Bytes(AsBytes(text)); }
   void Zeros(std::size_t count) { out_.resize(out_.size() + count); }
   // Zeros up to the next multiple of `alignment` of the buffer's size.
@@ -145,10 +141,7 @@ class BasicByteWriter {
     std::memcpy(out_.data() + at, &value, sizeof(T));
   }
 
-  Buffer& out_;
+  std::vector<std::byte>& out_;
 };
-
-using ByteWriter = BasicByteWriter<std::vector<std::byte>>;
-using TextByteWriter = BasicByteWriter<std::string>;
 
 }  // namespace loom

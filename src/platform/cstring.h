@@ -37,7 +37,6 @@ class CString {
   int GetLength() const { return static_cast<int>(text_.size()); }
   bool IsEmpty() const { return text_.empty(); }
   void Empty() { text_.clear(); }
-  const char* GetString() const { return text_.c_str(); }
   const char* c_str() const { return text_.c_str(); }
   std::string_view view() const { return text_; }
   const std::string& str() const { return text_; }

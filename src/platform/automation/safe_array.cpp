@@ -24,25 +24,9 @@ void COleSafeArray::Destroy() {
   std::vector<VARIANT>().swap(values_);
 }
 
-std::int32_t COleSafeArray::GetLBound(std::uint32_t dimension) const {
-  GetUBound(dimension);
-  return 0;
-}
-
 std::int32_t COleSafeArray::GetUBound(std::uint32_t dimension) const {
   if (dimension == 0 || dimension > GetDim()) throw AutomationError("the array has no such dimension");
   return static_cast<std::int32_t>(counts_[dimension - 1]) - 1;
-}
-
-std::size_t COleSafeArray::PlaceOf(std::span<const std::int32_t> indices) const {
-  if (indices.size() != counts_.size()) throw AutomationError("as many indices as dimensions are needed");
-  std::size_t place = 0;
-  for (std::size_t at = 0; at < indices.size(); ++at) {
-    if (indices[at] < 0 || static_cast<std::uint32_t>(indices[at]) >= counts_[at])
-      throw AutomationError("array index " + std::to_string(indices[at]) + " is out of range");
-    place = place * counts_[at] + static_cast<std::uint32_t>(indices[at]);
-  }
-  return place;
 }
 
 std::span<const VARIANT> COleSafeArray::Row(std::int32_t row) const {

@@ -18,20 +18,13 @@ class COleSafeArray {
   void Destroy();
 
   std::uint32_t GetDim() const { return static_cast<std::uint32_t>(counts_.size()); }
-  std::int32_t GetLBound(std::uint32_t dimension) const;
   std::int32_t GetUBound(std::uint32_t dimension) const;  // -1 for a dimension without elements
 
-  const VARIANT& GetElement(std::span<const std::int32_t> indices) const { return values_[PlaceOf(indices)]; }
-  void PutElement(std::span<const std::int32_t> indices, VARIANT value) {
-    values_[PlaceOf(indices)] = std::move(value);
-  }
   // The elements of one row of a two-dimensional array.
   std::span<VARIANT> Row(std::int32_t row);
   std::span<const VARIANT> Row(std::int32_t row) const;
 
  private:
-  std::size_t PlaceOf(std::span<const std::int32_t> indices) const;
-
   std::vector<std::uint32_t> counts_;
   std::vector<VARIANT> values_;  // the last dimension runs fastest
 };

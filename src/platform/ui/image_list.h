@@ -20,7 +20,6 @@ class CImageList {
   CImageList() = default;
   explicit CImageList(const ImageResource& resource) : resource_(&resource) {}
   const ImageResource* GetResource() const { return resource_; }  // null: no images
-  int GetImageCount() const { return resource_ ? resource_->count : 0; }
 
  private:
   const ImageResource* resource_ = nullptr;

@@ -23,18 +23,6 @@ int CListCtrl::InsertColumn(int at, const CString& heading, int width, ColumnAli
   return at;
 }
 
-void CListCtrl::DeleteColumn(int at) {
-  columns_.at(Index(at));
-  columns_.erase(columns_.begin() + at);
-  for (Row& row : rows_) {
-    if (at < static_cast<int>(row.cells.size())) row.cells.erase(row.cells.begin() + at);
-  }
-  std::erase(order_, at);
-  for (int& column : order_) column -= column > at ? 1 : 0;
-  Scroll(0);
-  Touch();
-}
-
 void CListCtrl::DeleteAllColumns() {
   columns_.clear();
   order_.clear();
@@ -93,11 +81,6 @@ void CListCtrl::SetItemText(int row, int column, const CString& text) {
   if (column != 0) columns_.at(Index(column));
   if (cells.size() <= Index(column)) cells.resize(Index(column) + 1);
   cells[Index(column)] = text;
-  Touch();
-}
-
-void CListCtrl::SetItemImage(int row, int image) {
-  At(row).image = image;
   Touch();
 }
 

@@ -26,7 +26,6 @@ class CListCtrl : public CWnd {
 
   // Columns. Inserting behind the last one appends; the cells of existing rows move along.
   int InsertColumn(int at, const CString& heading, int width, ColumnAlignment alignment = ColumnAlignment::kLeft);
-  void DeleteColumn(int at);
   void DeleteAllColumns();
   int GetColumnCount() const { return static_cast<int>(columns_.size()); }
   const Column& GetColumn(int at) const { return columns_.at(Index(at)); }
@@ -44,7 +43,6 @@ class CListCtrl : public CWnd {
   CString GetItemText(int row, int column) const;
   void SetItemText(int row, int column, const CString& text);
   int GetItemImage(int row) const { return At(row).image; }
-  void SetItemImage(int row, int image);
   std::intptr_t GetItemData(int row) const { return At(row).data; }
   void SetItemData(int row, std::intptr_t data) { At(row).data = data; }
   int FindItem(const CString& text, int after = -1) const;  // the row whose first cell is exactly that; -1 if none
@@ -55,7 +53,6 @@ class CListCtrl : public CWnd {
   bool IsItemSelected(int row) const { return At(row).selected; }
   std::vector<int> GetSelectedRows() const;   // from the top
   int GetNextSelected(int after = -1) const;  // -1 if none
-  int GetSelectedCount() const { return static_cast<int>(GetSelectedRows().size()); }
   int GetChangedRow() const { return changed_row_; }
   int GetFocusedRow() const { return focused_row_; }  // -1: none
   void SetFocusedRow(int row);

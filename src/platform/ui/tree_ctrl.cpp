@@ -59,11 +59,6 @@ void CTreeCtrl::SetItemText(HTREEITEM item, const CString& text) {
   Touch();
 }
 
-void CTreeCtrl::SetItemImage(HTREEITEM item, int image) {
-  At(item).image = image;
-  Touch();
-}
-
 HTREEITEM CTreeCtrl::GetNextItem(HTREEITEM item, HTREEITEM within) const {
   if (!item) return GetChildItem(within);
   if (const HTREEITEM child = At(item).first_child) return child;

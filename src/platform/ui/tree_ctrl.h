@@ -32,7 +32,6 @@ class CTreeCtrl : public CWnd {
   CString GetItemText(HTREEITEM item) const { return At(item).text; }
   void SetItemText(HTREEITEM item, const CString& text);
   int GetItemImage(HTREEITEM item) const { return At(item).image; }
-  void SetItemImage(HTREEITEM item, int image);
   std::intptr_t GetItemData(HTREEITEM item) const { return At(item).data; }
   void SetItemData(HTREEITEM item, std::intptr_t data) { At(item).data = data; }
 
@@ -41,7 +40,6 @@ class CTreeCtrl : public CWnd {
   HTREEITEM GetParentItem(HTREEITEM item) const { return At(item).parent; }
   HTREEITEM GetChildItem(HTREEITEM item) const { return NodeOrRoot(item).first_child; }  // none: the top level
   HTREEITEM GetNextSiblingItem(HTREEITEM item) const { return At(item).next; }
-  HTREEITEM GetPrevSiblingItem(HTREEITEM item) const { return At(item).previous; }
   bool ItemHasChildren(HTREEITEM item) const { return static_cast<bool>(GetChildItem(item)); }
   // The next item in the order of reading below `within` (none: in the whole tree); begin with `within` itself.
   HTREEITEM GetNextItem(HTREEITEM item, HTREEITEM within = {}) const;

@@ -72,7 +72,6 @@ inline constexpr ShellText kAskSave            {"项目已修改，是否保存�
 inline constexpr ShellText kSave               {"保存(&S)", "&Save"};
 inline constexpr ShellText kDiscard            {"不保存(&D)", "&Discard"};
 inline constexpr ShellText kCancel             {"取消", "Cancel"};
-inline constexpr ShellText kOpening            {"正在打开项目...", "Opening the project..."};
 inline constexpr ShellText kImported           {"已导入", "imported"};
 inline constexpr ShellText kFailed             {"导入失败", "not imported"};
 inline constexpr ShellText kCancelled          {"已取消", "cancelled"};
