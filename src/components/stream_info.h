@@ -10,23 +10,12 @@
 #include "components/mem_row.h"
 #include "components/records/state_record.h"
 #include "components/stream_manager.h"
+#include "components/value_range.h"
 #include "platform/cstring.h"
 
 namespace loom {
 
 enum ProtocolCode : std::int32_t { kProtocolNone = 0, kProtocolTdScdma = 1, kProtocolGsm = 2, kProtocolLte = 7 };
-
-// A maximum and a minimum, -255 while unset. NaN is no value.
-struct ValueRange {
-  double maximum = kInvalidDouble;
-  double minimum = kInvalidDouble;
-
-  void Widen(double value) {
-    if (value != value) return;
-    if (maximum == kInvalidDouble || value > maximum) maximum = value;
-    if (minimum == kInvalidDouble || value < minimum) minimum = value;
-  }
-};
 
 // A position in degrees, -255 = none.
 struct Position {
@@ -50,17 +39,17 @@ struct struct_STREAMINFO {
   std::int32_t log_version = 0;
   std::int32_t protocol = kProtocolNone;
 
-  IdSet ie_ids;                     // ids that received a value
+  IdSet ie_ids;  // ids that received a value
   std::set<CString> ie_names{"MessageID", "RecordTime", "Longitude", "Latitude", "RecordID"};
   std::set<CString> event_names;
   std::set<CString> l3_names;
-  StateRecord state;                // newest structures of the stream
+  StateRecord state;  // newest structures of the stream
 
-  std::int32_t cell_key = -1;       // of the cell whose position is cached
+  std::int32_t cell_key = -1;  // of the cell whose position is cached
   Position cell;
-  Position previous;                // last valid position of the travel chain
+  Position previous;  // last valid position of the travel chain
   double travel_step_m = 0.0;
-  std::uint16_t timeslot0_iscp = kInvalidShort;   // set to the invalid value when IE 499 or IE 5412 is invalidated
+  std::uint16_t timeslot0_iscp = kInvalidShort;  // set to the invalid value when IE 499 or IE 5412 is invalidated
   std::uint16_t primary_rscp = kInvalidShort;
   std::set<std::int32_t> crc_channels;  // downlink transport channels (1 to 32) whose CRC size is not 0
 

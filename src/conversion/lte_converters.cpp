@@ -7,6 +7,7 @@
 #include "conversion/ie_ids.h"
 #include "conversion/lte_fields.h"
 #include "conversion/signalling_header.h"
+#include "platform/hexadecimal.h"
 
 namespace loom {
 namespace {
@@ -14,17 +15,6 @@ namespace {
 constexpr std::int32_t kServingIdentity = 33353;
 constexpr std::int32_t kServingCellKey = 33363;
 constexpr std::int32_t kLteCellDistance = 2382;
-
-template <std::size_t kSize>
-std::string Hexadecimal(const std::array<std::uint8_t, kSize>& bytes) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string text;
-  for (const std::uint8_t byte : bytes) {
-    text += kDigits[byte >> 4];
-    text += kDigits[byte & 0xF];
-  }
-  return text;
-}
 
 bool IsKnown(std::uint16_t physical_cell_id) { return TdMarkers::Of(physical_cell_id) == Mark::kValue; }
 
@@ -72,7 +62,8 @@ void CLTEConverter::WriteLTESignalling(const CTestdataBase& record) {
 
 void CLTEConverter::WriteLTEServingCell(const std::optional<LteServingCell>& cell, const CTestdataBase& record) {
   if (cell) {
-    if (writer_.IsSelected(kServingIdentity)) writer_.PutText(Hexadecimal(cell->identity), kServingIdentity);
+    if (writer_.IsSelected(kServingIdentity))
+      writer_.PutText(HexText(std::as_bytes(std::span(cell->identity))), kServingIdentity);
     WriteFields<kLteServingFields>(writer_, *cell);
     if (IsKnown(cell->physical_cell_id)) {
       const std::int32_t key = LteCellKey(cell->physical_cell_id, cell->earfcn);

@@ -23,11 +23,10 @@ using StreamIndex = std::map<std::int32_t, std::map<std::int32_t, std::unique_pt
 // Stream name -> stream, which belongs to the log file object.
 using StreamMap = std::map<CString, IDataStream*>;
 
-// Rows and bounds of a whole log, in degrees, -255 while no stream has a position.
+// Of a whole log.
 struct LogTotals {
   std::int32_t rows = 0;
-  ValueRange longitude;
-  ValueRange latitude;
+  PositionBounds bounds;
 };
 
 // One import of a log of the module's own format: what it needs, and its steps. Used by one import at a time; what

@@ -36,10 +36,7 @@ void HandOverValues(std::int32_t device_number, std::int32_t stream_class, const
   stream.SetRowCount(context.row_number);
   stream.SetEarliestTime(context.time_s.minimum);
   stream.SetLatestTime(context.time_s.maximum);
-  stream.SetLongitudeMaximum(context.longitude.maximum);
-  stream.SetLongitudeMinimum(context.longitude.minimum);
-  stream.SetLatitudeMaximum(context.latitude.maximum);
-  stream.SetLatitudeMinimum(context.latitude.minimum);
+  SetBounds({context.longitude, context.latitude}, stream);
   stream.SetFilterOperator("AND");
 }
 
@@ -49,17 +46,10 @@ void HandOverNames(const std::set<CString>& names, IDataStream& stream, void (ID
   }
 }
 
-void AddRange(const ValueRange& range, ValueRange& total) {
-  if (range.maximum > total.maximum) total.maximum = range.maximum;
-  if (range.minimum != kInvalidDouble && (range.minimum < total.minimum || total.minimum == kInvalidDouble)) {
-    total.minimum = range.minimum;
-  }
-}
-
 void AddToTotals(const struct_STREAMINFO& context, LogTotals& totals) {
   totals.rows += context.row_number;
-  AddRange(context.longitude, totals.longitude);
-  AddRange(context.latitude, totals.latitude);
+  totals.bounds.longitude.Add(context.longitude);
+  totals.bounds.latitude.Add(context.latitude);
 }
 
 IDataStream* StreamOf(const StreamMap& streams, const struct_STREAMINFO& context) {
@@ -101,10 +91,7 @@ void COutdoorLogImporter::MergeProtocolStreams(StreamIndex& index, StreamMap& st
     if (contexts.size() >= 2) MergeDevice(contexts, streams, *logfile);
   }
   logfile->SetRowTotal(totals.rows);
-  logfile->SetLongitudeMaximum(totals.longitude.maximum);
-  logfile->SetLongitudeMinimum(totals.longitude.minimum);
-  logfile->SetLatitudeMaximum(totals.latitude.maximum);
-  logfile->SetLatitudeMinimum(totals.latitude.minimum);
+  SetBounds(totals.bounds, *logfile);
 }
 
 void COutdoorLogImporter::MergeDevice(const std::vector<struct_STREAMINFO*>& contexts, StreamMap& streams,

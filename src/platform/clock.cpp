@@ -1,6 +1,5 @@
 #include "platform/clock.h"
 
-#include <chrono>
 #include <ctime>
 #include <string>
 
@@ -8,29 +7,14 @@
 
 namespace loom {
 
-bool IsValidDay(const CalendarDay& day) {
-  constexpr int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  if (day.year < 1900 || day.year > 9999 || day.month < 1 || day.month > 12) return false;
-  const bool leap = day.year % 4 == 0 && (day.year % 100 != 0 || day.year % 400 == 0);
-  return day.day >= 1 && day.day <= kDays[day.month - 1] + (leap && day.month == 2 ? 1 : 0);
-}
-
 std::int64_t ClockSecondsOf(const LocalTime& time) {
-  const auto day = std::chrono::year(time.day.year) / time.day.month / time.day.day;
-  const std::int64_t midnight = std::chrono::sys_seconds(std::chrono::sys_days(day)).time_since_epoch().count();
-  return midnight + time.hour * 3600 + time.minute * 60 + time.second;
+  return DaysSince1970(time.day) * kDay_s + time.hour * 3600 + time.minute * 60 + time.second;
 }
 
 LocalTime ClockTimeOf(std::int64_t clock_s) {
-  const std::chrono::sys_seconds time{std::chrono::seconds(clock_s)};
-  const auto midnight = std::chrono::floor<std::chrono::days>(time);
-  const std::chrono::year_month_day day{midnight};
-  const std::chrono::hh_mm_ss of_day{time - midnight};
-  return {.day = {static_cast<int>(day.year()), static_cast<int>(static_cast<unsigned>(day.month())),
-                  static_cast<int>(static_cast<unsigned>(day.day()))},
-          .hour = static_cast<int>(of_day.hours().count()),
-          .minute = static_cast<int>(of_day.minutes().count()),
-          .second = static_cast<int>(of_day.seconds().count())};
+  const std::int64_t days = WholeDays(clock_s);
+  const auto of_day = static_cast<int>(clock_s - days * kDay_s);
+  return {.day = DayAt(days), .hour = of_day / 3600, .minute = of_day / 60 % 60, .second = of_day % 60};
 }
 
 std::int64_t SecondsOf(const LocalTime& time) {

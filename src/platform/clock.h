@@ -2,17 +2,9 @@
 
 #include <cstdint>
 
+#include "platform/calendar.h"
+
 namespace loom {
-
-struct CalendarDay {
-  int year = 1970;
-  int month = 1;  // 1-12
-  int day = 1;    // 1-31
-  friend bool operator==(const CalendarDay&, const CalendarDay&) = default;
-};
-
-// Whether the Gregorian calendar has that day, in the years 1900-9999.
-bool IsValidDay(const CalendarDay& day);
 
 // Local time (TZ is honoured) split into its fields.
 struct LocalTime {

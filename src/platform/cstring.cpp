@@ -4,6 +4,7 @@
 #include <ostream>
 #include <stdexcept>
 
+#include "platform/characters.h"
 #include "platform/encoding.h"
 
 namespace loom {
@@ -11,8 +12,6 @@ namespace {
 
 char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 char Upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
-
-constexpr std::string_view kBlanks = " \t\r\n\v\f";
 
 template <class Fold>
 void FoldCase(std::string* text, Fold fold) {
@@ -88,12 +87,12 @@ CString& CString::MakeUpper() {
 }
 
 CString& CString::TrimLeft() {
-  text_.erase(0, text_.find_first_not_of(kBlanks));
+  text_.erase(0, text_.size() - TrimmedLeft(text_).size());
   return *this;
 }
 
 CString& CString::TrimRight() {
-  text_.erase(text_.find_last_not_of(kBlanks) + 1);
+  text_.erase(TrimmedRight(text_).size());
   return *this;
 }
 

@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "platform/code_page.h"
+#include "platform/hexadecimal.h"
 
 namespace loom {
 namespace {
@@ -62,8 +63,8 @@ bool IsAscii(std::string_view text) {
 }
 
 std::string Hex(char byte) {
-  char text[5];
-  std::snprintf(text, sizeof(text), "\\x%02X", static_cast<unsigned>(static_cast<unsigned char>(byte)));
+  std::string text = "\\x";
+  AppendHex(text, static_cast<std::uint8_t>(byte));
   return text;
 }
 
@@ -142,21 +143,13 @@ std::size_t HexByte(std::string_view input, std::size_t at, std::string* output)
   return 1;
 }
 
-int HexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
-}
-
 constexpr std::size_t kHexLength = 4;  // "\xHH"
 
 // The byte from 0x80 on that `\xHH` at `at` spells.
 std::optional<char> SpelledByte(std::string_view text, std::size_t at) {
   if (at + kHexLength > text.size() || text[at] != '\\' || text[at + 1] != 'x') return std::nullopt;
-  const int high = HexDigit(text[at + 2]);
-  const int low = HexDigit(text[at + 3]);
-  if (high < 8 || low < 0) return std::nullopt;
-  return static_cast<char>(high * 16 + low);
+  const auto byte = HexByteAt(text, at + 2);
+  return byte && *byte >= 0x80 ? std::optional(static_cast<char>(*byte)) : std::nullopt;
 }
 
 }  // namespace

@@ -15,6 +15,7 @@
 #include "platform/log.h"
 #include "platform/path.h"
 #include "platform/replace_file.h"
+#include "platform/time_units.h"
 
 namespace loom {
 namespace {
@@ -36,7 +37,7 @@ std::string NativeFolderOf(const std::string& native) {
   return slash == std::string::npos ? "./" : native.substr(0, slash + 1);
 }
 
-std::int64_t ChangeTime(const struct stat& info) { return info.st_mtim.tv_sec * 1'000'000'000 + info.st_mtim.tv_nsec; }
+std::int64_t ChangeTime(const struct stat& info) { return info.st_mtim.tv_sec * kSecond_ns + info.st_mtim.tv_nsec; }
 
 // Checked write at a position.
 void WriteAt(const FileHandle& handle, const CString& path, std::uint64_t position_bytes,

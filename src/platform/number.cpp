@@ -4,15 +4,10 @@
 #include <cmath>
 #include <limits>
 
+#include "platform/characters.h"
+
 namespace loom {
 namespace {
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
-std::string_view SkipBlanks(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n\v\f"), text.size()));
-  return text;
-}
 
 bool TakeSign(std::string_view* text) {
   if (text->empty() || (text->front() != '-' && text->front() != '+')) return false;
@@ -62,7 +57,7 @@ std::optional<double> ParseDouble(std::string_view text) {
 }
 
 std::int32_t PrefixInt(std::string_view text) {
-  text = SkipBlanks(text);
+  text = TrimmedLeft(text);
   const bool minus = TakeSign(&text);
   if (text.empty() || !IsDigit(text.front())) return 0;
   std::int64_t value = 0;
@@ -73,7 +68,7 @@ std::int32_t PrefixInt(std::string_view text) {
 }
 
 double PrefixDouble(std::string_view text) {
-  text = SkipBlanks(text);
+  text = TrimmedLeft(text);
   const bool minus = TakeSign(&text);
   if (text.empty() || (!IsDigit(text.front()) && text.front() != '.')) return 0;
   double value = 0;

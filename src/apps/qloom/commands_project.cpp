@@ -4,6 +4,7 @@
 #include "apps/qloom/commands.h"
 #include "components/field_types.h"
 #include "host/netdb/network_database.h"
+#include "platform/characters.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
 
@@ -130,7 +131,7 @@ std::vector<NetworkRow> ReadNetworkRows(const std::string& path) {
   std::istringstream lines(ReadWholeText(NamedPath(path)));
   std::string text;
   for (int number = 1; std::getline(lines, text); ++number) {
-    if (text.find_first_not_of(" \t\r") == std::string::npos) continue;
+    if (Trimmed(text).empty()) continue;
     try {
       const Json json = Json::parse(text);
       if (!json.is_object()) throw Error("a row is an object of columns");

@@ -12,6 +12,7 @@
 #include "platform/file.h"
 #include "platform/interrupt.h"
 #include "platform/path.h"
+#include "platform/time_units.h"
 
 namespace loom {
 namespace {
@@ -59,7 +60,7 @@ Json LogInfo(const CString& path, bool json) {
     by_kind[std::to_string(kind)] = count;
     total += count;
   }
-  const std::int64_t midnight_ns = MidnightSeconds(header.day) * 1'000'000'000;
+  const std::int64_t midnight_ns = MidnightSeconds(header.day) * kSecond_ns;
   const auto time_of = [&](std::int64_t ns) {
     return CDTTime(header.day.year, header.day.month, header.day.day, static_cast<double>(ns - midnight_ns) / 1e9);
   };

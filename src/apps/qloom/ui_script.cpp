@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "apps/qloom/session.h"
+#include "platform/characters.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
 #include "platform/number.h"
@@ -226,7 +227,7 @@ void AddScript(ScriptedUser& user, const std::string& path) {
   std::istringstream lines(ReadWholeText(NativeNameToGbk(path)));
   std::string text;
   for (int number = 1; std::getline(lines, text); ++number) {
-    if (text.find_first_not_of(" \t\r") == std::string::npos) continue;
+    if (Trimmed(text).empty()) continue;
     try {
       AddLine(user, Json::parse(text));
     } catch (const std::exception& error) {

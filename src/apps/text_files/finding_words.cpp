@@ -1,9 +1,10 @@
 #include "apps/text_files/finding_words.h"
 
 #include <array>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
+
+#include "platform/clock.h"
 
 namespace loom {
 namespace {
@@ -160,17 +161,14 @@ std::string InstantText(double seconds, bool has_date) {
     while (digits.ends_with('0')) digits.remove_suffix(1);
     fraction[digits.size()] = '\0';
   }
-  const std::int64_t day = second >= 0 ? second / 86400 : (second - 86399) / 86400;
-  const auto of_day = static_cast<int>(second - day * 86400);
+  const LocalTime at = ClockTimeOf(second);
   char text[64];
   if (!has_date) {
-    std::snprintf(text, sizeof(text), "%02d:%02d:%02d%s", of_day / 3600, of_day / 60 % 60, of_day % 60, fraction);
+    std::snprintf(text, sizeof(text), "%02d:%02d:%02d%s", at.hour, at.minute, at.second, fraction);
     return text;
   }
-  const std::chrono::year_month_day date{std::chrono::sys_days(std::chrono::days(day))};
-  std::snprintf(text, sizeof(text), "%04d-%02u-%02uT%02d:%02d:%02d%sZ", static_cast<int>(date.year()),
-                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()), of_day / 3600, of_day / 60 % 60,
-                of_day % 60, fraction);
+  std::snprintf(text, sizeof(text), "%04d-%02d-%02dT%02d:%02d:%02d%sZ", at.day.year, at.day.month, at.day.day, at.hour,
+                at.minute, at.second, fraction);
   return text;
 }
 

@@ -32,17 +32,17 @@ ByteReader StreamReaderAt(std::span<const std::byte> block, std::size_t at) {
 
 PositionBounds ReadBounds(ByteReader& reader) {
   PositionBounds bounds;
-  for (double* value :
-       {&bounds.longitude_maximum, &bounds.longitude_minimum, &bounds.latitude_maximum, &bounds.latitude_minimum}) {
-    *value = reader.F64();
+  for (ValueRange* range : {&bounds.longitude, &bounds.latitude}) {
+    range->maximum = reader.F64();
+    range->minimum = reader.F64();
   }
   return bounds;
 }
 
 void WriteBounds(const PositionBounds& bounds, ByteWriter& out) {
-  for (const double value :
-       {bounds.longitude_maximum, bounds.longitude_minimum, bounds.latitude_maximum, bounds.latitude_minimum}) {
-    out.F64(value);
+  for (const ValueRange& range : {bounds.longitude, bounds.latitude}) {
+    out.F64(range.maximum);
+    out.F64(range.minimum);
   }
 }
 

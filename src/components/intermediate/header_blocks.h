@@ -7,19 +7,13 @@
 
 #include "components/field_value.h"
 #include "components/intermediate/layout.h"
+#include "components/value_range.h"
 #include "platform/byte_reader.h"
 #include "platform/cstring.h"
 
 // The blocks of an intermediate file that are the host's: what it keeps in them beside the fields that every program
 // knows. Blocks that another program wrote lack the host's mark, and its fields mean nothing in them.
 namespace loom {
-
-struct PositionBounds {
-  double longitude_maximum = kInvalidDouble;
-  double longitude_minimum = kInvalidDouble;
-  double latitude_maximum = kInvalidDouble;
-  double latitude_minimum = kInvalidDouble;
-};
 
 // What the host keeps in the file header block.
 struct HostFileFields {

@@ -211,14 +211,6 @@ class Writer {
     if (!is_last) out.PadTo((out.Position() + 7) / 8 * 8);
   }
 
-  template <class Source>
-  static PositionBounds BoundsOf(const Source& source) {
-    return {.longitude_maximum = source.GetLongitudeMaximum(),
-            .longitude_minimum = source.GetLongitudeMinimum(),
-            .latitude_maximum = source.GetLatitudeMaximum(),
-            .latitude_minimum = source.GetLatitudeMinimum()};
-  }
-
   void NoteName(const std::string& what, const CString& name) const {
     Note(kNameLeftOut, "the catalogue has no " + what + " \"" + GbkToUtf8(name) + "\"");
   }

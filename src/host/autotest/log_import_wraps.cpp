@@ -1,11 +1,11 @@
 #include "components/autotest.h"
 #include "components/log_store.h"
 #include "components/note_kinds.h"
-#include "host/basics/time_units.h"
 #include "host/logstore/log_cut.h"
 #include "host/logstore/log_merge.h"
 #include "host/logstore/log_reader.h"
 #include "platform/error.h"
+#include "platform/time_units.h"
 
 namespace loom {
 namespace {

@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "host/basics/time_units.h"
 #include "platform/clock.h"
 #include "platform/digits.h"
+#include "platform/time_units.h"
 
 namespace loom {
 namespace {

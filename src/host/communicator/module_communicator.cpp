@@ -39,20 +39,6 @@ void WidenBy(std::optional<uniFieldValue> value, ValueRange& range) {
     range.Widen(static_cast<double>(value->float_value));
 }
 
-void WidenBy(const ValueRange& part, ValueRange& range) {
-  if (part.maximum == kInvalidDouble) return;
-  range.Widen(part.maximum);
-  range.Widen(part.minimum);
-}
-
-template <class Target>
-void SetBounds(const PositionBounds& bounds, Target& target) {
-  target.SetLongitudeMaximum(bounds.longitude_maximum);
-  target.SetLongitudeMinimum(bounds.longitude_minimum);
-  target.SetLatitudeMaximum(bounds.latitude_maximum);
-  target.SetLatitudeMinimum(bounds.latitude_minimum);
-}
-
 }  // namespace
 
 ILogfile* ModuleCommunicator::MakeLogfile(const CString& path) {
@@ -140,8 +126,8 @@ void ModuleCommunicator::AddDualRows(IDataStream* stream, std::span<const CMerge
 void ModuleCommunicator::Measure(const CMemDataRow& row, Arrival& arrival) {
   const double time_s = row.GetRecordTime();
   if (std::isfinite(time_s) && time_s != kInvalidDouble) arrival.time_s.Widen(time_s);
-  WidenBy(row.GetIEValueByID(kIeLongitude), arrival.longitude);
-  WidenBy(row.GetIEValueByID(kIeLatitude), arrival.latitude);
+  WidenBy(row.GetIEValueByID(kIeLongitude), arrival.bounds.longitude);
+  WidenBy(row.GetIEValueByID(kIeLatitude), arrival.bounds.latitude);
 }
 
 void ModuleCommunicator::HandOverRanges(const Arrival& arrival, IDataStream& stream) {
@@ -157,18 +143,16 @@ void ModuleCommunicator::HandOverRanges(const Arrival& arrival, IDataStream& str
 void ModuleCommunicator::HandOverMeasured(const Arrival& arrival, IDataStream& stream) {
   stream.SetEarliestTime(arrival.time_s.minimum);
   stream.SetLatestTime(arrival.time_s.maximum);
-  SetBounds({arrival.longitude.maximum, arrival.longitude.minimum, arrival.latitude.maximum, arrival.latitude.minimum},
-            stream);
-  stream.SetPositionFlag(arrival.longitude.minimum == kInvalidDouble ? 0 : 1);
+  SetBounds(arrival.bounds, stream);
+  stream.SetPositionFlag(arrival.bounds.longitude.minimum == kInvalidDouble ? 0 : 1);
 }
 
 void ModuleCommunicator::WidenLogBounds(const Arrival& arrival) const {
   ILogfile& logfile = *arrival.logfile;
-  ValueRange longitude{logfile.GetLongitudeMaximum(), logfile.GetLongitudeMinimum()};
-  ValueRange latitude{logfile.GetLatitudeMaximum(), logfile.GetLatitudeMinimum()};
-  WidenBy(arrival.longitude, longitude);
-  WidenBy(arrival.latitude, latitude);
-  SetBounds({longitude.maximum, longitude.minimum, latitude.maximum, latitude.minimum}, logfile);
+  PositionBounds bounds = BoundsOf(logfile);
+  bounds.longitude.Add(arrival.bounds.longitude);
+  bounds.latitude.Add(arrival.bounds.latitude);
+  SetBounds(bounds, logfile);
 }
 
 void ModuleCommunicator::LinkDualStream(IDataStream* dual, IDataStream* td_scdma, IDataStream* gsm) {

@@ -36,8 +36,7 @@ class ModuleCommunicator final : public IModuleCommunicator {
     ILogfile* logfile = nullptr;
     std::optional<StreamHeaderBlock> block = {};  // with the host's fields; none: the rows are measured
     ValueRange time_s = {};
-    ValueRange longitude = {};
-    ValueRange latitude = {};
+    PositionBounds bounds = {};
   };
 
   IDataStream* Expect(IDataStream* stream, const CString& path);

@@ -1,17 +1,11 @@
-#include "components/decoder.h"
-
 #include <cctype>
 #include <string_view>
 
+#include "components/decoder.h"
+#include "platform/characters.h"
+
 namespace loom {
 namespace {
-
-std::string_view WithoutBlanks(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r";
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
 
 // Lays a message in value notation out as lines: every brace on its own, with the comma behind it, and an empty line
 // behind the close of a list of transport channels.
@@ -36,7 +30,7 @@ class MessageLayout {
 
  private:
   void AddText(std::string_view text) {
-    text = WithoutBlanks(text);
+    text = Trimmed(text);
     if (text.empty()) return;
     if (text.find("AddReconfTransChInfoList") != std::string_view::npos) list_awaits_brace_ = true;
     lines_.emplace_back(text);

@@ -8,6 +8,7 @@
 #include "platform/error.h"
 #include "platform/file.h"
 #include "platform/interrupt.h"
+#include "platform/time_units.h"
 
 namespace loom {
 namespace {
@@ -54,8 +55,7 @@ void CutWhole(LogReader& reader, const CString& target, const TimeWindow& window
 }  // namespace
 
 TimeWindow WindowOfSeconds(const LocalTime& first, const LocalTime& last) {
-  constexpr std::int64_t kSecond = 1'000'000'000;
-  return {ClockSecondsOf(first) * kSecond, (ClockSecondsOf(last) + 1) * kSecond};
+  return {ClockSecondsOf(first) * kSecond_ns, (ClockSecondsOf(last) + 1) * kSecond_ns};
 }
 
 bool CutLog(const CString& source, const CString& target, const TimeWindow& window) {

@@ -11,6 +11,7 @@
 #include "host/logstore/reading_log.h"
 #include "host/logstore/record_codec.h"
 #include "platform/error.h"
+#include "platform/time_units.h"
 
 namespace loom {
 namespace {
@@ -48,7 +49,7 @@ struct CLogFileManager::Impl {
     return *times;
   }
   sys_time TimeOfDay(std::int64_t time_ns) const { return {static_cast<double>(time_ns - Midnight()) / 1e9}; }
-  std::int64_t Midnight() const { return MidnightSeconds(reader.header().day) * 1'000'000'000; }
+  std::int64_t Midnight() const { return MidnightSeconds(reader.header().day) * kSecond_ns; }
 
   LogReader reader;
   CDTFile file;

@@ -1,9 +1,11 @@
 #include "host/logstore/log_header.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdio>
 
+#include "platform/characters.h"
 #include "platform/error.h"
 #include "platform/number.h"
 
@@ -18,7 +20,7 @@ std::int32_t NumberOption(std::string_view key, std::string_view text) {
   return *number;
 }
 
-bool AllDigits(std::string_view text) { return text.find_first_not_of("0123456789") == std::string_view::npos; }
+bool AllDigits(std::string_view text) { return std::ranges::all_of(text, IsDigit); }
 
 }  // namespace
 

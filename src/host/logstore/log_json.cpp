@@ -13,6 +13,7 @@
 #include "host/logstore/pcapng.h"
 #include "host/logstore/record_codec.h"
 #include "host/logstore/record_json.h"
+#include "platform/characters.h"
 #include "platform/error.h"
 #include "platform/file.h"
 #include "platform/interrupt.h"
@@ -58,8 +59,6 @@ class LineReader {
   std::size_t at_ = 0;
   std::size_t number_ = 0;
 };
-
-bool IsBlank(std::string_view line) { return line.find_first_not_of(" \t\r") == std::string_view::npos; }
 
 FileError LineError(const CString& path, std::size_t line, const std::string& reason) {
   return FileError(path, 0, "line " + std::to_string(line) + ": " + reason);
@@ -130,7 +129,7 @@ void MakeLog(const CString& lines_path, const CString& log_path) {
   std::pmr::monotonic_buffer_resource arena;
   std::vector<std::byte> payload;
   for (std::string_view line; lines.Next(line);) {
-    if (IsBlank(line)) continue;
+    if (Trimmed(line).empty()) continue;
     try {
       AppendRecordLine(line, lines.number(), arena, payload, log);
     } catch (const RecordJsonError& error) {

@@ -8,6 +8,7 @@
 #include "host/logstore/pcapng.h"
 #include "host/logstore/trailer_cursor.h"
 #include "platform/byte_reader.h"
+#include "platform/time_units.h"
 
 namespace loom {
 namespace {
@@ -117,7 +118,7 @@ double LogReader::ShareRead() const {
 }
 
 std::int64_t LogReader::Nanoseconds(std::uint64_t ticks, std::uint8_t resolution) {
-  constexpr std::uint64_t kSecond = 1'000'000'000;
+  constexpr std::uint64_t kSecond = kSecond_ns;
   const unsigned exponent = resolution & 0x7FU;
   if (resolution & 0x80U) {
     if (exponent > 63) return 0;

@@ -7,6 +7,7 @@
 #include "host/logstore/pcapng.h"
 #include "platform/byte_reader.h"
 #include "platform/interrupt.h"
+#include "platform/time_units.h"
 
 namespace loom {
 namespace {
@@ -37,7 +38,7 @@ void EndOptions(ByteWriter& out) { PutOption(out, kOptionEnd, 0); }
 
 LogWriter::LogWriter(const CString& path, const LogHeader& header, std::uint64_t stretch_bytes)
     : file_(path),
-      midnight_ns_(static_cast<std::uint64_t>(MidnightSeconds(header.day)) * 1'000'000'000U),
+      midnight_ns_(static_cast<std::uint64_t>(MidnightSeconds(header.day) * kSecond_ns)),
       index_(stretch_bytes) {
   WriteSectionHeader(header);
   WriteInterface();

@@ -4,30 +4,19 @@
 #include "host/logstore/record_value_json.h"
 #include "platform/byte_reader.h"
 #include "platform/encoding.h"
+#include "platform/hexadecimal.h"
 
 namespace loom::records {
 namespace {
 
-constexpr std::string_view kHexDigits = "0123456789abcdef";
-
-int HexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
-
 // Whether `\xHH` stands at `at`.
 bool IsByteEscape(std::string_view text, std::size_t at) {
-  return text.size() - at >= 4 && text[at] == '\\' && text[at + 1] == 'x' && HexDigit(text[at + 2]) >= 0 &&
-         HexDigit(text[at + 3]) >= 0;
+  return text.substr(at, 2) == "\\x" && HexByteAt(text, at + 2);
 }
 
 void AppendByteEscape(std::string& out, char byte) {
-  const auto value = static_cast<unsigned char>(byte);
   out += "\\x";
-  out += kHexDigits[value >> 4];
-  out += kHexDigits[value & 15];
+  AppendHex(out, static_cast<std::uint8_t>(byte), kSmallHex);
 }
 
 std::string EscapedToGbk(std::string_view utf8) {
@@ -39,7 +28,7 @@ std::string EscapedToGbk(std::string_view utf8) {
       continue;
     }
     gbk += Utf8ToGbk(utf8.substr(start, at - start)).str();
-    gbk += static_cast<char>(HexDigit(utf8[at + 2]) * 16 + HexDigit(utf8[at + 3]));
+    gbk += static_cast<char>(*HexByteAt(utf8, at + 2));
     start = at += 4;
   }
   return gbk += Utf8ToGbk(utf8.substr(start)).str();
@@ -162,9 +151,9 @@ std::span<const std::byte> BytesFromJson(const Json& value, const JsonPlace& pla
   if (!hex || hex->size() % 2 != 0) place.Fail("a text of two hexadecimal digits per byte is expected");
   std::string bytes;
   for (std::size_t at = 0; at < hex->size(); at += 2) {
-    const int high = HexDigit((*hex)[at]), low = HexDigit((*hex)[at + 1]);
-    if (high < 0 || low < 0) place.Fail("\"" + hex->substr(at, 2) + "\" is no hexadecimal byte");
-    bytes += static_cast<char>(high * 16 + low);
+    const auto byte = HexByteAt(*hex, at);
+    if (!byte) place.Fail("\"" + hex->substr(at, 2) + "\" is no hexadecimal byte");
+    bytes += static_cast<char>(*byte);
   }
   if (bytes.empty()) return {};
   return {Keep(bytes, arena), bytes.size()};
@@ -184,13 +173,6 @@ Json TextToJson(RecordText gbk) {
   return ReadsBackAs(utf8, gbk) ? utf8 : GbkToPlainEscapes(gbk);
 }
 
-Json BytesToJson(std::span<const std::byte> bytes) {
-  std::string hex;
-  for (const std::byte byte : bytes) {
-    hex += kHexDigits[std::to_integer<unsigned>(byte) >> 4];
-    hex += kHexDigits[std::to_integer<unsigned>(byte) & 15];
-  }
-  return hex;
-}
+Json BytesToJson(std::span<const std::byte> bytes) { return HexText(bytes, kSmallHex); }
 
 }  // namespace loom::records

@@ -4,6 +4,7 @@
 #include "components/records/blocks_scan.h"
 #include "components/records/stream_and_string.h"
 #include "components/records/testdata.h"
+#include "platform/hexadecimal.h"
 
 // What the measurement structures do beside holding values.
 namespace loom {
@@ -42,14 +43,8 @@ std::string CIE_GSM_2230E_Simple_Info::ChangeValue2CSText(std::int8_t first, std
 }
 
 void CStreamAndString::numToString(CString& out, const std::byte* bytes, int length) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string text;
-  if (bytes && length > 0) text.reserve(2 * static_cast<std::size_t>(length));
-  for (int i = 0; bytes && i < length; ++i) {
-    text += kDigits[std::to_integer<unsigned>(bytes[i]) >> 4];
-    text += kDigits[std::to_integer<unsigned>(bytes[i]) & 15];
-  }
-  out = CString(std::move(text));
+  const bool is_empty = bytes == nullptr || length <= 0;
+  out = CString(HexText({bytes, is_empty ? 0 : static_cast<std::size_t>(length)}));
 }
 
 }  // namespace loom

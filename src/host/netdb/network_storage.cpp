@@ -1,10 +1,10 @@
 #include "host/netdb/network_storage.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 
 #include "host/netdb/parameter_catalogue.h"
+#include "platform/calendar.h"
 #include "platform/encoding.h"
 #include "platform/number.h"
 
@@ -30,7 +30,6 @@ constexpr TableRow kStoredTables[] = {
 // clang-format on
 
 constexpr double kLargestWhole = 9007199254740992.0;  // 2^53: above, a double skips integers
-constexpr double kSecondsPerDay = 86400;
 
 std::optional<std::int64_t> WholeOf(double number) {
   if (std::trunc(number) != number || std::abs(number) > kLargestWhole) return std::nullopt;
@@ -39,16 +38,14 @@ std::optional<std::int64_t> WholeOf(double number) {
 
 // "2012-05-03", "2012-05-03 10:30:00" or "10:30:00". A time of day stays in its day.
 CString DateText(double days) {
-  std::int64_t seconds = std::llround(days * kSecondsPerDay);
-  if (days < 1) seconds = std::min<std::int64_t>(seconds, 86399);
-  const std::int64_t day = seconds / 86400, second = seconds % 86400;
+  std::int64_t seconds = std::llround(days * static_cast<double>(kDay_s));
+  if (days < 1) seconds = std::min(seconds, kDay_s - 1);
+  const std::int64_t day = seconds / kDay_s, second = seconds % kDay_s;
   const auto two = [](std::int64_t number) { return Format(number < 10 ? "0%d" : "%d", number); };
   const CString time = two(second / 3600) + ":" + two(second / 60 % 60) + ":" + two(second % 60);
   if (day == 0) return time;
-  constexpr std::chrono::sys_days kZero = std::chrono::year{1899} / 12 / 30;
-  const std::chrono::year_month_day date(kZero + std::chrono::days(day));
-  const CString text =
-      Format("%d-", static_cast<int>(date.year())) + two(unsigned{date.month()}) + "-" + two(unsigned{date.day()});
+  const CalendarDay date = DayAt(day - kSerialOf1970);
+  const CString text = Format("%d-", date.year) + two(date.month) + "-" + two(date.day);
   return second == 0 ? text : text + " " + time;
 }
 

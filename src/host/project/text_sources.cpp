@@ -6,6 +6,7 @@
 
 #include "platform/encoding.h"
 #include "platform/file.h"
+#include "platform/time_units.h"
 
 namespace loom {
 namespace {
@@ -33,7 +34,7 @@ void TakeStamp(TextSource& source) {
   if (stat(GbkPathToNative(source.source).c_str(), &info) != 0)
     throw SystemFileError(source.source, 0, "cannot be looked at", errno);
   source.size_bytes = info.st_size;
-  source.changed_ns = static_cast<std::int64_t>(info.st_mtim.tv_sec) * 1000000000 + info.st_mtim.tv_nsec;
+  source.changed_ns = static_cast<std::int64_t>(info.st_mtim.tv_sec) * kSecond_ns + info.st_mtim.tv_nsec;
 }
 
 bool HasChanged(const TextSource& source) {

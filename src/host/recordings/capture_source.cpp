@@ -6,9 +6,9 @@
 #include <cstdio>
 #include <string>
 
-#include "host/basics/time_units.h"
 #include "platform/encoding.h"
 #include "platform/error.h"
+#include "platform/time_units.h"
 
 namespace loom::recordings {
 namespace {

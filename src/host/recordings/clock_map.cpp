@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <iterator>
 
-#include "host/basics/time_units.h"
 #include "host/recordings/frame_checksum.h"
 #include "platform/interrupt.h"
+#include "platform/time_units.h"
 
 namespace loom::recordings {
 namespace {

@@ -4,6 +4,8 @@
 #include <bit>
 #include <cstring>
 
+#include "platform/time_units.h"
+
 namespace loom::recordings {
 namespace {
 
@@ -71,7 +73,7 @@ StampKind KindOfStamp(std::uint64_t stamp) {
 std::int64_t NanosecondsOf(std::uint64_t stamp) {
   const auto ticks = static_cast<std::int64_t>(stamp >> 16);
   const std::uint64_t parts = stamp & 0xFFFF;
-  return kEpoch_s * 1'000'000'000 + ticks * kTick_ns + static_cast<std::int64_t>(parts * kTick_ns / kPartsOfTick);
+  return kEpoch_s * kSecond_ns + ticks * kTick_ns + static_cast<std::int64_t>(parts * kTick_ns / kPartsOfTick);
 }
 
 }  // namespace loom::recordings

@@ -5,7 +5,6 @@
 #include <memory>
 #include <utility>
 
-#include "host/basics/time_units.h"
 #include "host/recordings/capture_source.h"
 #include "host/recordings/diag_source.h"
 #include "host/recordings/record_mapper.h"
@@ -16,6 +15,7 @@
 #include "platform/notes.h"
 #include "platform/number.h"
 #include "platform/path.h"
+#include "platform/time_units.h"
 
 namespace loom {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "host/basics/time_units.h"
 #include "host/logstore/record_codec.h"
 #include "platform/clock.h"
+#include "platform/time_units.h"
 
 namespace loom::recordings {
 namespace {
@@ -19,26 +19,10 @@ std::int64_t DayStart(std::int64_t time_ns) {
   return time_ns - (rest < 0 ? rest + kDay_ns : rest);
 }
 
-// The day of a local time, seconds since 1970 with the local clock read as UTC.
-CalendarDay DayOf(std::int64_t local_s) {
-  // Days from 0000-03-01, in eras of 400 years (proleptic Gregorian calendar).
-  const std::int64_t days = local_s / kDay_s + 719'468;
-  const std::int64_t era = days / 146'097;
-  const std::int64_t of_era = days - era * 146'097;
-  const std::int64_t year_of_era = (of_era - of_era / 1'460 + of_era / 36'524 - of_era / 146'096) / 365;
-  const std::int64_t of_year = of_era - (365 * year_of_era + year_of_era / 4 - year_of_era / 100);
-  const std::int64_t month_from_march = (5 * of_year + 2) / 153;
-  const auto day = static_cast<int>(of_year - (153 * month_from_march + 2) / 5 + 1);
-  const auto month = static_cast<int>(month_from_march < 10 ? month_from_march + 3 : month_from_march - 9);
-  return {static_cast<int>(year_of_era + era * 400 + (month <= 2 ? 1 : 0)), month, day};
-}
-
 }  // namespace
 
 std::int32_t UtcOffsetOf(std::int64_t time_s) {
-  const LocalTime local = LocalTimeOf(time_s);
-  const std::int64_t read_as_utc = MidnightSeconds(local.day) + local.hour * 3600 + local.minute * 60 + local.second;
-  return static_cast<std::int32_t>(read_as_utc - time_s);
+  return static_cast<std::int32_t>(ClockSecondsOf(LocalTimeOf(time_s)) - time_s);
 }
 
 RecordingLog::RecordingLog(Options options, const Track& track, Findings& findings)
@@ -72,7 +56,7 @@ void RecordingLog::Put(CTestdataBase& record, std::int64_t time_ns, const Packet
 
 void RecordingLog::Open(std::int64_t local_ns) {
   LogHeader header;
-  header.day = DayOf(local_ns / kSecond_ns);
+  header.day = ClockTimeOf(local_ns / kSecond_ns).day;
   log_ = std::make_unique<LogWriter>(options_.path, header);
   shift_s_ = (midnight_ns_ - DayStart(local_ns)) / kSecond_ns;
 }

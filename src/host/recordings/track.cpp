@@ -4,11 +4,12 @@
 #include <iterator>
 #include <limits>
 
-#include "host/basics/time_units.h"
 #include "host/logstore/log_header.h"
+#include "platform/characters.h"
 #include "platform/error.h"
 #include "platform/file.h"
 #include "platform/number.h"
+#include "platform/time_units.h"
 
 namespace loom::recordings {
 namespace {
@@ -18,7 +19,7 @@ constexpr std::uint64_t kMostTrackBytes = 1ULL << 30;
 
 // The digits in front of anything else; nothing without one.
 std::optional<int> Digits(std::string_view text) {
-  const bool are_digits = std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+  const bool are_digits = std::all_of(text.begin(), text.end(), IsDigit);
   return are_digits ? ParseInt<int>(text) : std::nullopt;
 }
 
@@ -28,7 +29,7 @@ std::int64_t TakeFraction(std::string_view& text) {
   text.remove_prefix(1);
   std::int64_t fraction_ns = 0;
   std::int64_t unit_ns = kSecond_ns / 10;
-  for (; !text.empty() && text[0] >= '0' && text[0] <= '9'; text.remove_prefix(1), unit_ns /= 10)
+  for (; !text.empty() && IsDigit(text[0]); text.remove_prefix(1), unit_ns /= 10)
     fraction_ns += (text[0] - '0') * unit_ns;
   return fraction_ns;
 }
@@ -51,7 +52,7 @@ std::optional<std::int64_t> TimeOfIsoText(std::string_view text) {
   constexpr std::string_view kForm = "dddd-dd-ddTdd:dd:dd";
   if (text.size() < kForm.size()) return std::nullopt;
   for (std::size_t i = 0; i < kForm.size(); ++i) {
-    const bool is_digit = text[i] >= '0' && text[i] <= '9';
+    const bool is_digit = IsDigit(text[i]);
     if (kForm[i] == 'd' ? !is_digit : text[i] != kForm[i] && !(kForm[i] == 'T' && text[i] == ' ')) return std::nullopt;
   }
   const auto number = [&](std::size_t at, std::size_t count) { return *ParseInt<int>(text.substr(at, count)); };

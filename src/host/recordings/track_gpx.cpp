@@ -6,6 +6,7 @@
 #include <string>
 
 #include "host/recordings/track.h"
+#include "platform/characters.h"
 #include "platform/error.h"
 #include "platform/number.h"
 
@@ -92,13 +93,6 @@ class GpxReader {
       findings_.Add(Finding::kTrackPoint, path_, static_cast<std::uint64_t>(XML_GetCurrentByteIndex(parser_.get())),
                     time_ns ? "no position" : "no time");
     }
-  }
-
-  static std::string_view Trimmed(std::string_view text) {
-    constexpr std::string_view kBlanks = " \t\r\n";
-    const std::size_t from = text.find_first_not_of(kBlanks);
-    if (from == std::string_view::npos) return {};
-    return text.substr(from, text.find_last_not_of(kBlanks) - from + 1);
   }
 
   const CString& path_;

@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <string>
 
-#include "host/basics/time_units.h"
 #include "host/logstore/log_header.h"
 #include "host/recordings/track.h"
 #include "platform/number.h"
+#include "platform/time_units.h"
 
 // NMEA 0183: RMC sentences tell day, time and position, GGA sentences time and position of the day of the last RMC.
 namespace loom::recordings {

@@ -52,26 +52,20 @@ std::int32_t MergeRows(IDataStream& td_stream, IDataStream& gsm_stream, DataStre
 }
 
 // The range of both; -255 counts as unset.
-ValueRange RangeOf(double minimum1, double maximum1, double minimum2, double maximum2) {
+ValueRange RangeOf(const ValueRange& a, const ValueRange& b) {
   ValueRange range;
-  for (const double value : {minimum1, maximum1, minimum2, maximum2}) {
+  for (const double value : {a.minimum, a.maximum, b.minimum, b.maximum}) {
     if (value != kInvalidDouble) range.Widen(value);
   }
   return range;
 }
 
 void MergeBounds(const IDataStream& a, const IDataStream& b, DataStream& merged) {
-  const ValueRange time_s = RangeOf(a.GetEarliestTime(), a.GetLatestTime(), b.GetEarliestTime(), b.GetLatestTime());
+  const ValueRange time_s = RangeOf({a.GetLatestTime(), a.GetEarliestTime()}, {b.GetLatestTime(), b.GetEarliestTime()});
   merged.SetEarliestTime(time_s.minimum);
   merged.SetLatestTime(time_s.maximum);
-  const ValueRange longitude =
-      RangeOf(a.GetLongitudeMinimum(), a.GetLongitudeMaximum(), b.GetLongitudeMinimum(), b.GetLongitudeMaximum());
-  merged.SetLongitudeMinimum(longitude.minimum);
-  merged.SetLongitudeMaximum(longitude.maximum);
-  const ValueRange latitude =
-      RangeOf(a.GetLatitudeMinimum(), a.GetLatitudeMaximum(), b.GetLatitudeMinimum(), b.GetLatitudeMaximum());
-  merged.SetLatitudeMinimum(latitude.minimum);
-  merged.SetLatitudeMaximum(latitude.maximum);
+  const PositionBounds of_a = BoundsOf(a), of_b = BoundsOf(b);
+  SetBounds({RangeOf(of_a.longitude, of_b.longitude), RangeOf(of_a.latitude, of_b.latitude)}, merged);
 }
 
 // Calls add(name) for the names of both lists, each once, the first list's first.

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <charconv>
-#include <chrono>
 #include <vector>
 
+#include "platform/calendar.h"
 #include "platform/number.h"
 
 namespace loom {
@@ -13,7 +13,6 @@ namespace {
 constexpr double kFalseLeapDay = 60;  // 1900-02-29
 constexpr double kDaysTo1904 = 1462;  // from 1899-12-30
 constexpr double kDaysToYear10000 = 2958466;
-constexpr double kSerialDay_s = 86400;
 
 // Position behind what does not show a part of a date at `at`: a quoted or escaped text, a padding, a bracket.
 std::size_t SkipLiteral(std::string_view code, std::size_t at) {
@@ -36,7 +35,7 @@ std::optional<double> TimeOfDay(std::string_view text) {
     parts[at] = *value;
     if (colon == std::string_view::npos) {
       if (at == 0 || parts[0] >= 24 || parts[1] >= 60 || parts[2] >= 60) return std::nullopt;
-      return (parts[0] * 3600 + parts[1] * 60 + parts[2]) / kSerialDay_s;
+      return (parts[0] * 3600 + parts[1] * 60 + parts[2]) / static_cast<double>(kDay_s);
     }
     text.remove_prefix(colon + 1);
   }
@@ -46,13 +45,10 @@ std::optional<double> TimeOfDay(std::string_view text) {
 std::optional<double> DaysOfDate(std::string_view text) {
   if (text.size() != 10 || text[4] != '-' || text[7] != '-') return std::nullopt;
   const auto year = ParseInt<int>(text.substr(0, 4));
-  const auto month = ParseInt<unsigned>(text.substr(5, 2));
-  const auto day = ParseInt<unsigned>(text.substr(8, 2));
-  if (!year || !month || !day) return std::nullopt;
-  const std::chrono::year_month_day date{std::chrono::year{*year}, std::chrono::month{*month}, std::chrono::day{*day}};
-  if (!date.ok()) return std::nullopt;
-  constexpr std::chrono::sys_days kZero = std::chrono::year{1899} / 12 / 30;
-  return static_cast<double>((std::chrono::sys_days(date) - kZero).count());
+  const auto month = ParseInt<int>(text.substr(5, 2));
+  const auto day = ParseInt<int>(text.substr(8, 2));
+  if (!year || !month || !day || !IsOnCalendar({*year, *month, *day})) return std::nullopt;
+  return static_cast<double>(DaysSince1970({*year, *month, *day}) + kSerialOf1970);
 }
 
 }  // namespace

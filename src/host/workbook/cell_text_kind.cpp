@@ -1,8 +1,10 @@
 #include "host/workbook/cell_text_kind.h"
 
 #include <charconv>
-#include <chrono>
 #include <cstdint>
+
+#include "platform/calendar.h"
+#include "platform/characters.h"
 
 namespace loom {
 namespace {
@@ -10,8 +12,6 @@ namespace {
 constexpr std::size_t kMostDigits = 15;  // what a number cell keeps
 constexpr std::string_view kTimeShape = "0000-00-00 00:00:00.000";
 constexpr std::int64_t kFirstDay = 61;  // 1900-03-01; the system has a 29 February 1900
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 std::size_t DigitsAt(std::string_view text, std::size_t at) {
   const std::size_t start = at;
@@ -27,20 +27,16 @@ bool HasShapeOfTime(std::string_view text) {
   return true;
 }
 
-std::int64_t Number(std::string_view text, std::size_t at, std::size_t digits) {
-  std::int64_t number = 0;
+int Number(std::string_view text, std::size_t at, std::size_t digits) {
+  int number = 0;
   for (const char c : text.substr(at, digits)) number = number * 10 + (c - '0');
   return number;
 }
 
 // Days since 1899-12-30; negative for a day that no calendar has.
 std::int64_t DaysOf(std::string_view text) {
-  const std::chrono::year_month_day date{std::chrono::year(static_cast<int>(Number(text, 0, 4))),
-                                         std::chrono::month(static_cast<unsigned>(Number(text, 5, 2))),
-                                         std::chrono::day(static_cast<unsigned>(Number(text, 8, 2)))};
-  if (!date.ok()) return -1;
-  constexpr std::chrono::sys_days kZero = std::chrono::year{1899} / 12 / 30;
-  return (std::chrono::sys_days(date) - kZero).count();
+  const CalendarDay day{Number(text, 0, 4), Number(text, 5, 2), Number(text, 8, 2)};
+  return IsOnCalendar(day) ? DaysSince1970(day) + kSerialOf1970 : -1;
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include "host/workbook/cell_address.h"
 #include "host/workbook/cell_date_reader.h"
+#include "platform/characters.h"
 #include "platform/number.h"
 
 namespace loom {
@@ -26,12 +27,6 @@ std::optional<std::uint32_t> ColumnOf(std::string_view reference) {
   }
   if (column == 0) return std::nullopt;
   return column - 1;
-}
-
-std::string_view Trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(" \t\r\n");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
 }
 
 }  // namespace

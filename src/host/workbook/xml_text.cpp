@@ -6,6 +6,7 @@
 
 #include "platform/cstring.h"
 #include "platform/encoding.h"
+#include "platform/hexadecimal.h"
 
 namespace loom {
 namespace {
@@ -25,10 +26,8 @@ bool IsHexEscape(std::string_view text) {
 }
 
 void AppendHexEscape(std::string& out, unsigned char byte) {
-  constexpr char kDigits[] = "0123456789ABCDEF";
   out += "_x00";
-  out += kDigits[byte >> 4];
-  out += kDigits[byte & 15];
+  AppendHex(out, byte);
   out += '_';
 }
 

@@ -18,12 +18,10 @@ class COleDateTime {
   COleDateTime(int year, int month, int day, int hour, int minute, int second);
   explicit COleDateTime(const LocalTime& time);
   static COleDateTime Null() { return COleDateTime(kNull); }
-  static COleDateTime Invalid() { return COleDateTime(kInvalid); }
   static COleDateTime GetCurrentTime();
 
   Status GetStatus() const { return status_; }
   bool IsValid() const { return status_ == kValid; }
-  double GetDays() const;
 
   // -1 unless valid.
   int GetYear() const { return IsValid() ? Fields().day.year : -1; }
@@ -44,7 +42,7 @@ class COleDateTime {
 
  private:
   explicit COleDateTime(Status status) : status_(status) {}
-  long long seconds_ = 0;  // since the zero date, of a calendar without summer time
+  std::int64_t seconds_ = 0;  // since the zero date, of a calendar without summer time
   Status status_ = kValid;
 };
 

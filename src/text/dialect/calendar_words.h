@@ -3,10 +3,11 @@
 #include <array>
 #include <string_view>
 
+#include "platform/characters.h"
+
 // Letters, digits and names of months, as files of other tools spell them.
 namespace loom::dialect {
 
-constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 constexpr bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
 inline constexpr int kShortYearPivot = 70;  // 70 is 1970, 69 is 2069

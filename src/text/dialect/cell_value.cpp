@@ -105,12 +105,6 @@ constexpr auto kNameUnits = std::to_array<std::pair<std::string_view, std::strin
 
 }  // namespace
 
-std::string_view Trimmed(std::string_view cell) {
-  while (!cell.empty() && (cell.front() == ' ' || cell.front() == '\t')) cell.remove_prefix(1);
-  while (!cell.empty() && (cell.back() == ' ' || cell.back() == '\t')) cell.remove_suffix(1);
-  return cell;
-}
-
 std::string Lower(std::string_view text) {
   std::string lower(text);
   for (char& c : lower) {

@@ -6,9 +6,10 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/characters.h"
+
 namespace loom::dialect {
 
-std::string_view Trimmed(std::string_view cell);
 std::string Lower(std::string_view text);  // Latin letters only
 
 // Words that stand for nothing where the other cells of a column are numbers or times.

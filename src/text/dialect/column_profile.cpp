@@ -16,7 +16,7 @@ constexpr std::size_t kTextPlacesKept = 3;
 bool MayBeTime(std::string_view text) {
   if (text.size() < 5 || text.size() > 48) return false;
   int digits = 0;
-  for (const char c : text) digits += c >= '0' && c <= '9';
+  for (const char c : text) digits += IsDigit(c);
   return digits >= 3 && digits * 4 >= static_cast<int>(text.size());
 }
 
@@ -29,7 +29,7 @@ void ColumnProfile::Add(std::string_view cell, char decimal, std::uint64_t line)
     return;
   }
   const char c = text.front();
-  const bool may_be_number = (c >= '0' && c <= '9') || c == '-' || c == '+' || c == '.' || c == ',';
+  const bool may_be_number = IsDigit(c) || c == '-' || c == '+' || c == '.' || c == ',';
   if (may_be_number) {
     if (const auto number = ParseNumber(text, decimal))
       return AddNumber(text, number->value, number->is_integer, number->has_comma, number->unit);

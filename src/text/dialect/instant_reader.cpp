@@ -1,8 +1,7 @@
 #include "text/dialect/instant_reader.h"
 
-#include <chrono>
-
 #include "components/dt_time.h"
+#include "platform/calendar.h"
 #include "platform/error.h"
 #include "text/dialect/cell_value.h"
 #include "text/dialect/time_cell.h"
@@ -42,7 +41,7 @@ std::optional<double> InstantReader::Read(const std::vector<std::string_view>& c
   }
   if (time->offset_s) ++offsets_[*time->offset_s];
   const std::optional<std::int32_t> offset = time->offset_s ? time->offset_s : zone_s_;
-  if (offset) return static_cast<double>(*time->day) * 86400.0 + time->second_of_day - *offset;
+  if (offset) return static_cast<double>(*time->day * kDay_s) + time->second_of_day - *offset;
   return LocalMidnight(*time->day) + time->second_of_day;
 }
 
@@ -50,10 +49,8 @@ double InstantReader::LocalMidnight(std::int64_t day) {
   if (day == newest_day_) return newest_midnight_s_;
   const auto [midnight, is_new] = midnights_s_.try_emplace(day);
   if (is_new) {
-    const std::chrono::year_month_day date{std::chrono::sys_days(std::chrono::days(day))};
-    midnight->second = CDTTime(static_cast<int>(date.year()), static_cast<int>(static_cast<unsigned>(date.month())),
-                               static_cast<int>(static_cast<unsigned>(date.day())), 0.0)
-                           .GetDblSecond();
+    const CalendarDay date = DayAt(day);
+    midnight->second = CDTTime(date.year, date.month, date.day, 0.0).GetDblSecond();
   }
   newest_day_ = day;
   return newest_midnight_s_ = midnight->second;

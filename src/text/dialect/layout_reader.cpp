@@ -3,22 +3,15 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <chrono>
 #include <cmath>
 
+#include "platform/calendar.h"
 #include "platform/error.h"
 #include "text/dialect/calendar_words.h"
 #include "text/dialect/cell_value.h"
 #include "text/dialect/time_cell.h"
 
 namespace loom::dialect {
-namespace {
-
-constexpr double kDay_s = 86400.0;
-constexpr double kSerialOf1970 = 25569.0;  // days from 1899-12-30
-
-}  // namespace
-
 LayoutReader::LayoutReader(const std::string& layout, char decimal) : decimal_(decimal) {
   if (layout == "epoch s") scale_ = 1;
   if (layout == "epoch ms") scale_ = 1e-3;
@@ -291,9 +284,7 @@ std::optional<ReadTime> LayoutReader::ReadTokens(std::string_view text) {
     hour = hour % 12 + 12 * half;
   }
   if (has_day_) {
-    const std::chrono::year_month_day date(std::chrono::year(year), std::chrono::month(static_cast<unsigned>(month)),
-                                           std::chrono::day(static_cast<unsigned>(day)));
-    if (!date.ok()) return std::nullopt;
+    if (!IsOnCalendar({year, month, day})) return std::nullopt;
     time.day = DayFor(year, month, day);
   }
   time.second_of_day = hour * 3600.0 + minute * 60.0 + second;

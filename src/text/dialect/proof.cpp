@@ -64,7 +64,7 @@ bool Proof::MayBeFooter(const Record& record) const {
   cell.Add(record.cells[first], decimal_, 0);
   if (cell.Texts() == 0) return false;
   const char start = Trimmed(record.cells[first]).front();
-  if (start >= '0' && start <= '9') return false;  // a row that was cut off
+  if (IsDigit(start)) return false;  // a row that was cut off
   const Kind kind = profiles_[first].PlainKind();
   return (kind != Kind::kText && kind != Kind::kEmpty) || (filled == 1 && width_ >= 3 && record.cells.size() == 1);
 }

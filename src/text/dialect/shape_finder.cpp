@@ -37,8 +37,8 @@ CellType TypeOf(std::string_view cell) {
   if (text.empty()) return CellType::kEmpty;
   if (IsNullWord(text)) return CellType::kNull;
   const char last = text.back();
-  const bool may_be = (text.front() >= '0' && text.front() <= '9') || text.front() == '-' || text.front() == '+' ||
-                      text.front() == '.' || (last >= '0' && last <= '9') || last == 'M';
+  const bool may_be = IsDigit(text.front()) || text.front() == '-' || text.front() == '+' || text.front() == '.' ||
+                      IsDigit(last) || last == 'M';
   if (!may_be) return CellType::kText;
   return ParseNumber(text, ',') || ParseTimeText(text) ? CellType::kTyped : CellType::kText;
 }

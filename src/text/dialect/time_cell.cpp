@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <utility>
@@ -352,9 +351,9 @@ std::optional<TimeText> ParseTimeText(std::string_view cell) {
   return out.OrderMask() != 0 ? std::optional(out) : std::nullopt;
 }
 
-std::optional<Day> DayOf(const TimeText& text, DateOrder order) {
+std::optional<CalendarDay> DayOf(const TimeText& text, DateOrder order) {
   const TimeShape& shape = text.shape;
-  Day day{};
+  CalendarDay day{};
   switch (shape.date) {
     case DateForm::kNone:
       return std::nullopt;
@@ -379,10 +378,7 @@ std::optional<Day> DayOf(const TimeText& text, DateOrder order) {
     if (day.year > 99) return std::nullopt;
     day.year += day.year < kShortYearPivot ? 2000 : 1900;
   }
-  using std::chrono::year_month_day;
-  const year_month_day date(std::chrono::year(day.year), std::chrono::month(static_cast<unsigned>(day.month)),
-                            std::chrono::day(static_cast<unsigned>(day.day)));
-  if (!date.ok() || day.year < 1900 || day.year > 2100) return std::nullopt;
+  if (!IsOnCalendar(day) || day.year < 1900 || day.year > 2100) return std::nullopt;
   return day;
 }
 
@@ -394,13 +390,6 @@ int TimeText::OrderMask() const {
     if (DayOf(*this, order)) mask |= 1 << static_cast<int>(order);
   }
   return mask;
-}
-
-std::int64_t DaysSince1970(const Day& day) {
-  const std::chrono::year_month_day date(std::chrono::year(day.year),
-                                         std::chrono::month(static_cast<unsigned>(day.month)),
-                                         std::chrono::day(static_cast<unsigned>(day.day)));
-  return std::chrono::sys_days(date).time_since_epoch().count();
 }
 
 std::string LayoutText(const TimeShape& shape, DateOrder order) {

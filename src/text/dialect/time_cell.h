@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/calendar.h"
+
 namespace loom::dialect {
 
 enum class DateForm : std::uint8_t { kNone, kNumbers, kCompact8, kCompact6, kDayMonthName, kMonthNameDay };
@@ -54,14 +56,7 @@ std::string OffsetText(std::int32_t offset_s);  // "+08:00", 0: "UTC"
 // In the letters of Unicode: "yyyy-MM-dd HH:mm:ss.SSS z".
 std::string LayoutText(const TimeShape& shape, DateOrder order);
 
-struct Day {
-  int year;
-  int month;
-  int day;
-  bool operator==(const Day&) const = default;
-};
 // Nothing for a day that the calendar does not have.
-std::optional<Day> DayOf(const TimeText& text, DateOrder order);
-std::int64_t DaysSince1970(const Day& day);
+std::optional<CalendarDay> DayOf(const TimeText& text, DateOrder order);
 
 }  // namespace loom::dialect

@@ -1,9 +1,10 @@
 #include "text/dialect/time_roles.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
+#include <ctime>
 
+#include "platform/calendar.h"
 #include "text/dialect/cell_value.h"
 #include "text/dialect/known_names.h"
 #include "text/dialect/layout_reader.h"
@@ -30,8 +31,7 @@ double ReadShare(const std::vector<std::string>& cells, const std::string& layou
   LayoutReader reader(layout, decimal);
   std::size_t seen = 0;
   std::size_t read = 0;
-  const std::int64_t today =
-      std::chrono::duration_cast<std::chrono::days>(std::chrono::system_clock::now().time_since_epoch()).count();
+  const std::int64_t today = WholeDays(std::time(nullptr));
   for (const std::string& cell : cells) {
     const std::string_view text = Trimmed(cell);
     if (text.empty() || IsNullWord(text)) continue;

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "platform/characters.h"
 #include "platform/number.h"
 #include "text/import/byte_words.h"
 
@@ -21,8 +22,6 @@ struct CellNumber {
 };
 
 namespace cell {
-
-inline bool IsDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
 
 inline constexpr auto kPowersOfTen =
     std::to_array<double>({1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,

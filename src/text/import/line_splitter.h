@@ -30,12 +30,4 @@ class LineSplitter {
   bool is_plain_byte_;  // one byte that is never part of a Chinese character
 };
 
-// Without blanks, tabs and line ends at both ends, as CString::Trim.
-inline std::string_view TrimmedCell(std::string_view cell) {
-  const auto is_blank = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); };
-  while (!cell.empty() && is_blank(cell.back())) cell.remove_suffix(1);
-  while (!cell.empty() && is_blank(cell.front())) cell.remove_prefix(1);
-  return cell;
-}
-
 }  // namespace loom

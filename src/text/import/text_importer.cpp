@@ -57,9 +57,8 @@ struct CTextImporter::Run {
   ILogfile* logfile = nullptr;
   IDataStream* stream = nullptr;
   std::int32_t row_count = 0;
-  TextRange time_s = {};
-  TextRange longitude = {};
-  TextRange latitude = {};
+  ValueRange time_s = {};
+  PositionBounds bounds = {};
 };
 
 CTextImporter::CTextImporter() {
@@ -148,8 +147,8 @@ void CTextImporter::ReadPosition(Run& run, const CMemDataRow& row) const {
   const double longitude = DegreesIn(row, ie::kLongitude, 180.0f);
   const double latitude = DegreesIn(row, ie::kLatitude, 90.0f);
   if (std::isnan(longitude) || std::isnan(latitude)) return;
-  run.longitude.Add(longitude);
-  run.latitude.Add(latitude);
+  run.bounds.longitude.Add({longitude, longitude});
+  run.bounds.latitude.Add({latitude, latitude});
 }
 
 void CTextImporter::FinishStream(Run& run) const {
@@ -161,10 +160,7 @@ void CTextImporter::FinishStream(Run& run) const {
   stream.SetRowCount(run.row_count);
   stream.SetEarliestTime(run.time_s.minimum);
   stream.SetLatestTime(run.time_s.maximum);
-  stream.SetLongitudeMaximum(run.longitude.maximum);
-  stream.SetLongitudeMinimum(run.longitude.minimum);
-  stream.SetLatitudeMaximum(run.latitude.maximum);
-  stream.SetLatitudeMinimum(run.latitude.minimum);
+  SetBounds(run.bounds, stream);
   stream.SetFilterOperator("AND");
   for (const auto& [column, name] : column_map_) {
     if (!name.IsEmpty()) stream.AddIEName(name);
@@ -172,10 +168,7 @@ void CTextImporter::FinishStream(Run& run) const {
   run.logfile->SetVersion(0);
   run.logfile->SetImporting(importer_type_);
   run.logfile->SetRowTotal(run.row_count);
-  run.logfile->SetLongitudeMaximum(run.longitude.maximum);
-  run.logfile->SetLongitudeMinimum(run.longitude.minimum);
-  run.logfile->SetLatitudeMaximum(run.latitude.maximum);
-  run.logfile->SetLatitudeMinimum(run.latitude.minimum);
+  SetBounds(run.bounds, *run.logfile);
 }
 
 bool CTextImporter::LoadNavigatorNames() {
@@ -257,7 +250,7 @@ void CTextImporter::ResetColumns() {
 
 CMemDataRow* CTextImporter::BuildRow(CString line, int row_number, double* minimum_time_s, double* maximum_time_s) {
   RowNotes notes{CString()};
-  TextRange time_s{*minimum_time_s, *maximum_time_s};
+  ValueRange time_s{*maximum_time_s, *minimum_time_s};
   auto row = std::make_unique<CMemDataRow>();
   TextRowBuilder(Columns(), separator_, data_format_, notes).Fill(*row, line, row_number, time_s);
   *minimum_time_s = time_s.minimum;

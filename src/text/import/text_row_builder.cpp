@@ -4,6 +4,7 @@
 #include <set>
 
 #include "components/dt_time.h"
+#include "platform/characters.h"
 #include "platform/encoding.h"
 #include "text/import/cell_encoding.h"
 #include "text/import/cell_number.h"
@@ -59,14 +60,14 @@ TextRowBuilder::TextRowBuilder(std::vector<TextColumn> columns, const CString& s
       time_(data_format),
       data_format_(data_format),
       notes_(notes) {
-  line_end_ = TrimmedCell(splitter_.Separator());
+  line_end_ = Trimmed(splitter_.Separator());
   if (!columns_.empty()) most_cells_ = columns_.back().number + 1;
 }
 
 void TextRowBuilder::ReadTitles(std::string_view line) {
   splitter_.Split(line, cells_);
   titles_ = cells_.size();
-  if (std::ranges::any_of(cells_, [](std::string_view cell) { return IsQuoted(TrimmedCell(cell)); }))
+  if (std::ranges::any_of(cells_, [](std::string_view cell) { return IsQuoted(Trimmed(cell)); }))
     notes_.Add(RowFlaw::kQuoted, [] { return std::string("titles; the quotes belong to the cells"); });
 }
 
@@ -89,7 +90,7 @@ void TextRowBuilder::NoteMoreCells(std::string_view line) {
   });
 }
 
-void TextRowBuilder::Fill(CMemDataRow& row, std::string_view line, std::int32_t number, TextRange& time_s,
+void TextRowBuilder::Fill(CMemDataRow& row, std::string_view line, std::int32_t number, ValueRange& time_s,
                           std::size_t readable_behind) {
   row.SetRecordTime(kInvalidDouble);
   row.SetSynFieldValue(number);
@@ -148,7 +149,7 @@ uniFieldValue TextRowBuilder::Convert(CMemDataRow& row, const TextColumn& column
   }
 }
 
-void TextRowBuilder::FillFields(CMemDataRow& row, TextRange& time_s) {
+void TextRowBuilder::FillFields(CMemDataRow& row, ValueRange& time_s) {
   row.Release();
   row.ResizeFields(columns_.size());
   std::int32_t* id = row.GetParamID().data();
@@ -161,7 +162,7 @@ void TextRowBuilder::FillFields(CMemDataRow& row, TextRange& time_s) {
       continue;
     }
     std::string_view& cell = cells_[column.number];
-    cell = TrimmedCell(cell);
+    cell = Trimmed(cell);
     if (column.number + 1 == cells_.size()) cell = WithoutLineEnd(column, cell);
     if (column.is_time) {
       SetTime(row, cell, time_s);
@@ -204,10 +205,10 @@ void TextRowBuilder::ListFieldsOneByOne(CMemDataRow& row) const {
   row.SetParamID(ids);
 }
 
-void TextRowBuilder::SetTime(CMemDataRow& row, std::string_view cell, TextRange& time_s) {
+void TextRowBuilder::SetTime(CMemDataRow& row, std::string_view cell, ValueRange& time_s) {
   const double seconds = time_.Seconds(cell, readable_end_);
   row.SetRecordTime(seconds);
-  time_s.Add(seconds);
+  time_s.Add({seconds, seconds});
   if (seconds == kInvalidDouble || time_.Flaw() != TimeFlaw::kNone) [[unlikely]]
     NoteTime(cell, seconds);
 }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "components/mem_row.h"
+#include "components/value_range.h"
 #include "text/import/line_splitter.h"
 #include "text/import/text_row_notes.h"
 #include "text/import/time_text.h"
@@ -21,19 +22,6 @@ struct TextColumn {
   bool lists_field = true;  // its information element is one of the row's fields
 };
 
-// -255 while nothing was added.
-struct TextRange {
-  double minimum = kInvalidDouble;
-  double maximum = kInvalidDouble;
-
-  // The invalid value changes nothing.
-  void Add(double value) {
-    if (value == kInvalidDouble) return;
-    if (value < minimum || minimum == kInvalidDouble) minimum = value;
-    if (value > maximum) maximum = value;
-  }
-};
-
 // Makes rows of the lines of a text file.
 class TextRowBuilder {
  public:
@@ -46,18 +34,18 @@ class TextRowBuilder {
 
   // Replaces what the row holds; its time, when it is valid, extends `time_s`.
   // `readable_behind` bytes behind the line may be looked at.
-  void Fill(CMemDataRow& row, std::string_view line, std::int32_t number, TextRange& time_s,
+  void Fill(CMemDataRow& row, std::string_view line, std::int32_t number, ValueRange& time_s,
             std::size_t readable_behind = 0);
 
  private:
-  void SetTime(CMemDataRow& row, std::string_view cell, TextRange& time_s);
+  void SetTime(CMemDataRow& row, std::string_view cell, ValueRange& time_s);
   [[gnu::cold]] void NoteTime(std::string_view cell, double seconds);
   uniFieldValue Convert(CMemDataRow& row, const TextColumn& column, std::string_view cell);
   template <class Number>
   [[gnu::cold]] void NoteNumber(const TextColumn& column, std::string_view cell, Number stored);
   bool TruthOf(const TextColumn& column, std::string_view cell);
   std::uint32_t AddText(CMemDataRow& row, const TextColumn& column, std::string_view cell);
-  void FillFields(CMemDataRow& row, TextRange& time_s);
+  void FillFields(CMemDataRow& row, ValueRange& time_s);
   std::string_view WithoutLineEnd(const TextColumn& column, std::string_view cell) const;
   bool HasMoreCellsThanTitles(std::string_view line) const;
   void NoteMissingCells();

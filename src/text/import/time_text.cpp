@@ -5,6 +5,7 @@
 
 #include "components/dt_time.h"
 #include "components/field_value.h"
+#include "platform/characters.h"
 #include "platform/clock.h"
 #include "text/import/byte_words.h"
 #include "text/import/cell_number.h"
@@ -94,7 +95,7 @@ LastNumber LastNumberIn(std::string_view text, const CharacterPair& dashes, cons
   const std::ptrdiff_t date_start = dashes.first - (layout.date == DateOrder::kYearMonthDay ? 4 : 2);
   const std::ptrdiff_t before_date = std::max<std::ptrdiff_t>(date_start - (colons.last + 1), 0);
   const std::string_view uncut = has_date_behind ? Mid(rest, 0, before_date) : rest;
-  const std::string_view number_text = TrimmedCell(uncut);
+  const std::string_view number_text = Trimmed(uncut);
   if (layout.seconds == SecondsRule::kTwoDigits) {
     const CellNumber<double> number = CellDouble(rest.substr(0, 2));
     return {number.value, number_text.size() <= 2 && CellDouble(number_text).is_whole};
