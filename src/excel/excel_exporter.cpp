@@ -1,9 +1,9 @@
 #include "excel/excel_exporter.h"
 
 #include <algorithm>
-#include <exception>
 
 #include "platform/automation/process.h"
+#include "platform/completes.h"
 #include "platform/log.h"
 #include "platform/ui/message_box.h"
 
@@ -40,6 +40,26 @@ void EndProcess(std::uint32_t id) {
   ProcessHandle process = ProcessHandle::OpenForTermination(id);
   if (!process.IsOpen() || !process.Terminate(0))
     Log(LogLevel::kError, "the spreadsheet program, process " + std::to_string(id) + ", could not be ended");
+}
+
+// The running server, or one that is started (`created` 1). 1 when the wrapper holds it, 0 after a message.
+int AttachOrStart(_Application& application, int& created) {
+  CLSID class_id{};
+  if (!CLSIDFromProgID(kExcelProgId, class_id)) {
+    ShowMessageBox("不能打开Excel,请检查是否安装！"_gbk, MessageIcon::kNone, MessageButtons::kOk, HostCaption());
+    return 0;
+  }
+  const ComPtr<IUnknown> running = GetActiveObject(class_id);
+  if (running && running->QueryDispatch() != nullptr) {
+    application.AttachDispatch(running->QueryDispatch());
+    return 1;
+  }
+  if (!application.CreateDispatch(kExcelProgId)) {
+    ShowMessageBox("不能打开Excel,请检查是否安装正确！"_gbk, MessageIcon::kNone, MessageButtons::kOk, HostCaption());
+    return 0;
+  }
+  created = 1;
+  return 1;
 }
 
 void CheckCounts(std::size_t items, std::size_t sheet_names) {
@@ -98,17 +118,13 @@ int CExcelExporter::Export(CString, std::vector<COleSafeArray>& tables, std::vec
   std::uint32_t started_id = 0;
   bool started = false;
   _Application application;
-  try {
+  const bool is_complete = Completes([&] {
     int created = 0;
-    if (GetExcelApplication(application, created) == 0) return 0;
+    if (GetExcelApplication(application, created) == 0) return;
     started = created != 0 && listed && GetNewExcelAppProcessID(earlier_ids, started_id) != 0;
     WriteTables(application, tables, sheet_names);
-    return 0;
-  } catch (const std::exception& error) {
-    Log(LogLevel::kError, std::string("the export of tables failed: ") + error.what());
-  } catch (...) {
-    Log(LogLevel::kError, "the export of tables failed");
-  }
+  });
+  if (is_complete) return 0;
   if (started) EndProcess(started_id);
   sheets_.ReleaseDispatch();
   ShowMessageBox("导出数据失败，请减少导出数据量再重试，若问题仍然存在，建议重启软件！"_gbk);
@@ -156,28 +172,8 @@ void CExcelExporter::AutoFit(_Application& application) {
 int CExcelExporter::GetExcelApplication(_Application& application, int& created) {
   created = 0;
   application.DetachDispatch();
-  try {
-    CLSID class_id{};
-    if (!CLSIDFromProgID(kExcelProgId, class_id)) {
-      ShowMessageBox("不能打开Excel,请检查是否安装！"_gbk, MessageIcon::kNone, MessageButtons::kOk, HostCaption());
-      return 0;
-    }
-    const ComPtr<IUnknown> running = GetActiveObject(class_id);
-    if (running && running->QueryDispatch() != nullptr) {
-      application.AttachDispatch(running->QueryDispatch());
-      return 1;
-    }
-    if (!application.CreateDispatch(kExcelProgId)) {
-      ShowMessageBox("不能打开Excel,请检查是否安装正确！"_gbk, MessageIcon::kNone, MessageButtons::kOk, HostCaption());
-      return 0;
-    }
-    created = 1;
-    return 1;
-  } catch (const std::exception& error) {
-    Log(LogLevel::kError, std::string("the spreadsheet program cannot be reached: ") + error.what());
-  } catch (...) {
-    Log(LogLevel::kError, "the spreadsheet program cannot be reached");
-  }
+  int is_held = 0;
+  if (Completes([&] { is_held = AttachOrStart(application, created); })) return is_held;
   ShowMessageBox("获取Excel应用程序指针失败，请确认Excel已正确安装！"_gbk, MessageIcon::kError);
   return 0;
 }

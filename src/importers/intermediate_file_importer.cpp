@@ -40,7 +40,7 @@ std::optional<IntermediateFile> OpenFile(const CString& path) {
 
 // Runs work on the file; what is wrong with the file becomes a note and ends the work.
 template <class Work>
-bool Completes(const IntermediateFile& file, const NoteKind& kind, Work work) {
+bool ReadsOrNotes(const IntermediateFile& file, const NoteKind& kind, Work work) {
   try {
     work();
     return true;
@@ -184,7 +184,7 @@ int CIntermediateFileImporter::Import(const CString& path, ILogfile** logfile) {
 
 bool CIntermediateFileImporter::IsAccepted(const IntermediateFile& file) {
   std::optional<IntermediateHeader> header;
-  Completes(file, "no intermediate file"_note, [&] { header = file.ReadHeader(); });
+  ReadsOrNotes(file, "no intermediate file"_note, [&] { header = file.ReadHeader(); });
   if (!header || !header->HasMagic()) {
     ShowMessageBox("不是日志中间文件!"_gbk, MessageIcon::kWarning);
     return false;
@@ -214,15 +214,15 @@ ILogfile* CIntermediateFileImporter::ImportStreams(const IntermediateFile& file)
 
 void CIntermediateFileImporter::ImportStream(const IntermediateFile& file, std::uint64_t position, ILogfile& logfile) {
   IntermediateEntry entry;
-  if (!Completes(file, kEntrySkipped, [&] { entry = file.ReadEntry(position); }) || !entry.is_imported) return;
+  if (!ReadsOrNotes(file, kEntrySkipped, [&] { entry = file.ReadEntry(position); }) || !entry.is_imported) return;
   NoteName(file, position + layout::kDeviceNameAt, entry.device_name);
   NoteName(file, position + layout::kProtocolNameAt, entry.protocol);
   NoteOverlap(file, entry);
   IDataStream* const stream = MakeStream(file, entry);
   if (!stream) return;
   try {
-    Completes(file, kIdNotHandedOver, [&] { ReadIdLists(file, entry, *stream); });
-    Completes(file, kStreamEndsEarly, [&] { ReadRows(file, entry, *stream); });
+    ReadsOrNotes(file, kIdNotHandedOver, [&] { ReadIdLists(file, entry, *stream); });
+    ReadsOrNotes(file, kStreamEndsEarly, [&] { ReadRows(file, entry, *stream); });
   } catch (...) {
     logfile.AddStream(stream);  // goes with the log file object
     throw;

@@ -1,14 +1,13 @@
 #include "logtools/combine_file_dialog.h"
 
 #include <algorithm>
-#include <exception>
 #include <iterator>
 #include <string_view>
 
 #include "components/autotest.h"
 #include "components/log_store.h"
+#include "platform/completes.h"
 #include "platform/encoding.h"
-#include "platform/log.h"
 #include "platform/path.h"
 #include "platform/ui/file_dialog.h"
 #include "platform/ui/message_box.h"
@@ -251,16 +250,11 @@ void CCombineFileDialog::OnOK() {
 }
 
 std::optional<int> CCombineFileDialog::Merge() {
-  try {
+  return ResultOr<std::optional<int>>(std::nullopt, [&] {
     const CWaitCursor wait;
     if (IsAutoTestSelected()) return CCSLogImportWrap().MergeFile(target_path_, Paths());
     return CLogFileManager().MergeFile(Paths(), target_path_, kMergeMode);
-  } catch (const std::exception& error) {
-    Log(LogLevel::kError, error.what());
-  } catch (...) {
-    Log(LogLevel::kError, "merging ended with an unknown exception");
-  }
-  return std::nullopt;
+  });
 }
 
 void CCombineFileDialog::ReportMerge(std::optional<int> result) {

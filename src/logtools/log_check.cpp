@@ -1,15 +1,14 @@
 #include "logtools/log_check.h"
 
 #include <cstdio>
-#include <exception>
 #include <iterator>
 #include <string_view>
 
 #include "components/autotest.h"
 #include "components/dt_time.h"
 #include "components/log_store.h"
+#include "platform/completes.h"
 #include "platform/encoding.h"
-#include "platform/log.h"
 #include "platform/path.h"
 
 namespace loom {
@@ -41,17 +40,13 @@ bool ReadTimes(const CString& path, LogInformation& information) {
   const auto [folder, file_name] = SplitPath(path);
   CLogFileManager log;
   if (log.OpenFile(folder, file_name, 0) == 0) return false;
-  try {
+  const bool are_read = Completes([&] {
     const CString date = DatePrefix(log);
     information.start = date + CString(log.GetRecordStartTime().toString());
     information.end = date + CString(log.GetRecordEndTime().toString());
-  } catch (const std::exception& error) {
-    Log(LogLevel::kError, error.what());
-    log.CloseReadingFile();
-    return false;
-  }
+  });
   log.CloseReadingFile();
-  return true;
+  return are_read;
 }
 
 }  // namespace
@@ -79,12 +74,7 @@ LogCheck CheckStoreLog(const CString& path, std::int32_t& locked_test_type, LogI
 LogCheck CheckAutoTestLog(const CString& path, LogInformation& information) {
   SYSTEMTIME begin;
   SYSTEMTIME end;
-  try {
-    CCSLogImportWrap().GetBeginEndTime(path, begin, end);
-  } catch (const std::exception& error) {
-    Log(LogLevel::kError, error.what());
-    return LogCheck::kCannotOpen;
-  }
+  if (!Completes([&] { CCSLogImportWrap().GetBeginEndTime(path, begin, end); })) return LogCheck::kCannotOpen;
   information = {path, kOutdoorLog, CDTTime(begin).ToString(kFullText), CDTTime(end).ToString(kFullText)};
   return LogCheck::kAccepted;
 }

@@ -1,14 +1,13 @@
 #include "logtools/logfile_partition_dialog.h"
 
 #include <cmath>
-#include <exception>
 #include <optional>
 
 #include "components/autotest.h"
 #include "components/log_store.h"
+#include "platform/completes.h"
 #include "platform/error.h"
 #include "platform/file.h"
-#include "platform/log.h"
 #include "platform/path.h"
 #include "platform/ui/file_dialog.h"
 #include "platform/ui/message_box.h"
@@ -66,18 +65,18 @@ void CLogfilePartitionDlg::ChooseSource() {
   CFileDialog dialog(true, "", "", CFileDialog::kFileMustExist, kPartitionFilter);
   if (dialog.DoModal() != kIdOk) return;
   const CString path = dialog.GetPathName();
-  try {
+  const bool is_read = Completes([&] {
     const SourceKind kind = CCSLogImportWrap().IsCSLog(path) ? SourceKind::kAutoTestLog : SourceKind::kStoreLog;
     SetRange(ReadRange(path, kind));
     source_kind_ = kind;
     source_path_ = path;
-  } catch (const std::exception& error) {
-    Log(LogLevel::kError, error.what());
+  });
+  if (is_read) {
+    UpdateData(false);
+  } else {
     ShowMessageBox("源文件已损坏或格式无法识别！请选择有效的日志。"_gbk, MessageIcon::kWarning, MessageButtons::kOk,
                    kApplicationCaption, this);
-    return;
   }
-  UpdateData(false);
 }
 
 // Throws Error when the file is no log of its kind or fails to read.
@@ -157,14 +156,9 @@ bool CLogfilePartitionDlg::HasTargetFolder(const CString& folder) {
     Complain("目标文件路径不存在！请选择有效的目标文件。"_gbk);
     return false;
   }
-  try {
-    CreateOneFolder(folder);
-    return true;
-  } catch (const Error& error) {
-    Log(LogLevel::kError, error.what());
-    Complain("目标文件夹创建失败！请确认路径是否有效。"_gbk);
-    return false;
-  }
+  if (Completes([&] { CreateOneFolder(folder); })) return true;
+  Complain("目标文件夹创建失败！请确认路径是否有效。"_gbk);
+  return false;
 }
 
 bool CLogfilePartitionDlg::Cut() const {
@@ -184,14 +178,7 @@ bool CLogfilePartitionDlg::Cut() const {
 
 void CLogfilePartitionDlg::OnOK() {
   if (!UpdateData(true) || !Check()) return;
-  std::optional<bool> is_done;
-  try {
-    is_done = Cut();
-  } catch (const std::exception& error) {
-    Log(LogLevel::kError, error.what());
-  } catch (...) {
-    Log(LogLevel::kError, "cutting ended with an unknown exception");
-  }
+  const auto is_done = ResultOr<std::optional<bool>>(std::nullopt, [&] { return Cut(); });
   if (!is_done) return Complain("日志截取过程出现异常！请确认日志是否有效。"_gbk);
   const MessageIcon icon = *is_done ? MessageIcon::kNone : MessageIcon::kInformation;
   ShowMessageBox(*is_done ? "日志截取成功！"_gbk : "日志截取失败！"_gbk, icon, MessageButtons::kOk, kApplicationCaption,

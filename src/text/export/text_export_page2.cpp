@@ -1,11 +1,10 @@
 #include "text/export/text_export_page2.h"
 
 #include <algorithm>
-#include <exception>
 
 #include "components/project.h"
+#include "platform/completes.h"
 #include "platform/error.h"
-#include "platform/log.h"
 #include "platform/number.h"
 #include "platform/ui/message_box.h"
 #include "resources/images.h"
@@ -71,16 +70,15 @@ void CTextExportWizPage2::OnInitDialog() {
 bool CTextExportWizPage2::OnSetActive() {
   if (!CPropertyPage::OnSetActive()) return false;
   IDataStream* const stream = stream_page_.GetStream();
-  if (stream != shown_stream_) {
-    try {
-      if (!IsPresent(stream)) throw Error("the stream that was chosen for the export is not loaded any more");
-      ShowStream(*stream);
-    } catch (const std::exception& error) {
-      shown_stream_ = nullptr;
-      Log(LogLevel::kError, error.what());
-      ShowMessageBox("初始化信息失败，请重试！"_gbk, MessageIcon::kError);
-      return false;
-    }
+  const bool is_shown = stream == shown_stream_ || Completes([&] {
+                          if (!IsPresent(stream))
+                            throw Error("the stream that was chosen for the export is not loaded any more");
+                          ShowStream(*stream);
+                        });
+  if (!is_shown) {
+    shown_stream_ = nullptr;
+    ShowMessageBox("初始化信息失败，请重试！"_gbk, MessageIcon::kError);
+    return false;
   }
   UpdateButtons();
   return true;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <exception>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -10,9 +9,9 @@
 #include "components/dt_time.h"
 #include "components/note_kinds.h"
 #include "components/project.h"
+#include "platform/completes.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
-#include "platform/log.h"
 #include "platform/number.h"
 #include "platform/text_buffer.h"
 #include "platform/ui/wait_cursor.h"
@@ -158,17 +157,14 @@ int WriteStreamAsText(TextExportSettings settings, IDataStream* stream, std::vec
   parameters.push_back(kDistance);
   parameters.push_back(kTimeStamp);
   const CWaitCursor wait;
-  try {
+  const bool is_written = Completes([&] {
     StreamTextWriter writer(settings, *stream, parameters);
     InsertUnlessThere(parameters, kLatitude);
     InsertUnlessThere(parameters, kLongitude);
     InsertInFront(parameters, kRecordTime);
     writer.Write();
-    return 1;
-  } catch (const std::exception& error) {
-    Log(LogLevel::kError, error.what());
-    return 0;
-  }
+  });
+  return is_written ? 1 : 0;
 }
 
 }  // namespace loom

@@ -1,9 +1,8 @@
-#include <exception>
 #include <optional>
 
+#include "platform/completes.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
-#include "platform/log.h"
 #include "platform/ui/list_ctrl.h"
 #include "platform/ui/message_box.h"
 #include "resources/text_import_templates.h"
@@ -74,23 +73,14 @@ bool CTextImportWizPage2::OnSetActive() {
 // A file that is there but cannot be opened leaves the lines as they are.
 bool CTextImportWizPage2::ReadFirstLines() {
   if (!FileExists(settings_.path)) return false;
-  try {
-    std::optional<TextLines> reader;
-    try {
-      reader.emplace(settings_.path);
-    } catch (const FileError& error) {
-      Log(LogLevel::kError, error.what());
-      return true;
-    }
+  std::optional<TextLines> reader;
+  if (!Completes([&] { reader.emplace(settings_.path); })) return true;
+  return Completes([&] {
     std::vector<CString> lines;
     for (std::string_view line; lines.size() < kPreviewLines && reader->Next(line);) lines.emplace_back(line);
     if (!lines.empty()) NoteByteOrderMark(settings_.path, lines.front().view());
     lines_ = std::move(lines);
-    return true;
-  } catch (const std::exception& error) {
-    Log(LogLevel::kError, error.what());
-    return false;
-  }
+  });
 }
 
 void CTextImportWizPage2::ShowButtons() {
