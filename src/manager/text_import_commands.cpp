@@ -28,8 +28,6 @@ bool AskForSettings(TextImportSettings& settings) {
   return wizard.DoModal() == kIdWizardFinish;
 }
 
-CString TextStreamName(const CString& path, const CString& stream_name) { return TitleOf(path) + "_" + stream_name; }
-
 CString ProtocolOf(const ILogfile& logfile, const CString& stream_name) {
   for (const IDataStream* stream : logfile.GetStreams()) {
     if (stream->GetName() == stream_name) return stream->GetProtocol();
@@ -37,24 +35,28 @@ CString ProtocolOf(const ILogfile& logfile, const CString& stream_name) {
   return {};
 }
 
-CProjectTxtFile RecordOf(const TextImportSettings& settings, const ILogfile& logfile) {
-  const std::int32_t type = StreamTypeOf(settings.stream_type_text);
-  const CString stream_name = TextStreamName(settings.path, settings.stream_name);
+CProjectTxtFile RecordOf(const TextStreamSettings& settings, const ILogfile& logfile) {
   CProjectStream stream;
   stream.SetFilterOperator("AND");
-  stream.SetProtocol(ProtocolOf(logfile, stream_name));
-  stream.SetStreamName(stream_name);
-  stream.SetStreamType(Format("%d", StreamKindOf(type)));
+  stream.SetProtocol(ProtocolOf(logfile, settings.stream_full_name));
+  stream.SetStreamName(settings.stream_full_name);
+  stream.SetStreamType(Format("%d", StreamKindOf(settings.stream_type)));
   CProjectTxtFile record;
+  settings.PutInto(record);
   record.SetTxtName(logfile.GetName());
   record.SetTxtPath(logfile.GetName());
-  record.SetColumnMapIE(settings.columns);
-  record.SetSeparate(settings.separator);
-  record.SetDataFormat(settings.data_format);
-  record.SetHeadLineIsIgnore(settings.first_line_flag != 0);
-  record.SetStreamType(type);
-  record.SetStreams({{stream_name, stream}});
+  record.SetStreamType(settings.stream_type);
+  record.SetStreams({{settings.stream_full_name, stream}});
   return record;
+}
+
+TextStreamSettings SettingsOf(const CProjectTxtFile& record) {
+  TextStreamSettings settings;
+  settings.TakeFrom(record);
+  settings.stream_full_name = record.GetStreams().begin()->first;
+  settings.stream_name = settings.stream_full_name.Mid(settings.stream_full_name.ReverseFind('_') + 1);
+  settings.stream_type = record.GetStreamType();
+  return settings;
 }
 
 void RemoveRecord(const CString& path) {
@@ -88,20 +90,16 @@ int CIOManager::ImportTextFile(const TextImportSettings& settings, const CString
   }
   auto* const importer = dynamic_cast<CTextImporter*>(GetImporterByType(kImporterText));
   if (importer == nullptr) return kImportFailed;
-  importer->SetStreamFullName(TextStreamName(path, settings.stream_name));
-  importer->SetStreamName(settings.stream_name);
-  importer->SetDataFormat(settings.data_format);
-  importer->SetSeparate(settings.separator);
-  importer->SetHeadLineIsIgnore(settings.first_line_flag);
-  importer->SetColumnMapIE(settings.columns);
-  importer->SetStreamType(StreamTypeOf(settings.stream_type_text));
+  TextStreamSettings stream = settings;
+  stream.stream_full_name = TitleOf(path) + "_" + stream.stream_name;
+  importer->SetSettings(stream);
   ILogfile* logfile = nullptr;
   const int result = RunTextImport(*importer, path, &logfile);
   if (result == kImportDone) {
     if (!protocol.IsEmpty()) {
       for (IDataStream* stream : logfile->GetStreams()) stream->SetProtocol(protocol);
     }
-    g_project->AddTxtFile(RecordOf(settings, *logfile));
+    g_project->AddTxtFile(RecordOf(stream, *logfile));
     g_project->modified = 1;
   }
   return result;
@@ -148,14 +146,7 @@ int CIOManager::ReopenTextFile(const CString& path) {
 int CIOManager::ImportRecordedText(const CProjectTxtFile& record, const CString& path) {
   auto* const importer = dynamic_cast<CTextImporter*>(GetImporterByType(kImporterText));
   if (importer == nullptr) return kImportFailed;
-  const CString& full_name = record.GetStreams().begin()->first;
-  importer->SetStreamFullName(full_name);
-  importer->SetStreamName(full_name.Mid(full_name.ReverseFind('_') + 1));
-  importer->SetDataFormat(record.GetDataFormat());
-  importer->SetSeparate(record.GetSeparate());
-  importer->SetHeadLineIsIgnore(record.GetHeadLineIsIgnore() ? 1 : 0);
-  importer->SetColumnMapIE(record.GetColumnMapIE());
-  importer->SetStreamType(record.GetStreamType());
+  importer->SetSettings(SettingsOf(record));
   ILogfile* logfile = nullptr;
   return RunTextImport(*importer, path, &logfile);
 }

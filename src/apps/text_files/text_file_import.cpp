@@ -73,7 +73,7 @@ TextImportSettings SettingsFor(const CString& path, const dialect::Converted& co
   TextImportSettings settings;
   settings.path = path;
   settings.stream_name = Utf8ToGbk(file.wishes.stream_name);
-  settings.stream_type_text = Utf8ToGbk(kStreamTypeTexts[file.wishes.stream_type]);
+  settings.stream_type = file.wishes.stream_type;
   settings.data_format = time && !time->has_date ? dialect::kClockLayout : kFreeForm;
   settings.separator = CString(std::string_view(converted.separator));
   settings.first_line_flag = 1;

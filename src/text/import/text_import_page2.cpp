@@ -9,6 +9,7 @@
 #include "text/import/byte_order_mark.h"
 #include "text/import/text_import_pages.h"
 #include "text/import/text_lines.h"
+#include "text/import/time_text.h"
 #include "text/separator.h"
 #include "text/separator_edit.h"
 
@@ -54,7 +55,7 @@ void CTextImportWizPage2::OnInitDialog() {
 
 void CTextImportWizPage2::DoDataExchange(CDataExchange& exchange) {
   exchange.Text(kEditStreamName, settings_.stream_name);
-  exchange.ComboText(kComboStreamType, settings_.stream_type_text);
+  exchange.ComboIndex(kComboStreamType, settings_.stream_type);
   exchange.Check(kCheckFirstLineIsNames, settings_.first_line_flag);
 }
 

@@ -2,10 +2,10 @@
 
 #include "components/factory.h"
 #include "components/project.h"
-#include "platform/encoding.h"
 #include "platform/ui/file_dialog.h"
 #include "platform/ui/message_box.h"
 #include "platform/ui/template.h"
+#include "text/import/time_text.h"
 
 namespace loom {
 namespace {
@@ -18,24 +18,17 @@ CString WithConfigExtension(const CString& path) {
 
 CProjectTxtFile ConfigOf(const TextImportSettings& settings) {
   CProjectTxtFile record;
-  record.SetColumnMapIE(settings.columns);
+  settings.PutInto(record);
   record.SetTxtName(settings.stream_name);
-  record.SetSeparate(settings.separator);
-  record.SetDataFormat(settings.data_format);
-  record.SetHeadLineIsIgnore(settings.first_line_flag != 0);
   return record;
 }
 
 }  // namespace
 
-std::int32_t StreamTypeOf(const CString& text) {
-  for (std::int32_t type = 1; type < 3; ++type) {
-    if (text == Utf8ToGbk(kStreamTypeTexts[type])) return type;
-  }
-  return 0;
+TextImportSettings::TextImportSettings() {
+  data_format = kTimeLayouts[0].name;
+  separator = "\t";
 }
-
-TextImportSettings::TextImportSettings() : stream_type_text(Utf8ToGbk(kStreamTypeTexts[0])) {}
 
 bool RequireTimeColumn(const ColumnMap& columns) {
   if (HasTimeColumn(columns)) return true;
@@ -64,10 +57,7 @@ bool LoadImportConfig(const CString& path, TextImportSettings& settings) {
     return false;
   }
   settings.stream_name = record.GetTxtName();
-  settings.data_format = record.GetDataFormat();
-  settings.separator = record.GetSeparate();
-  settings.first_line_flag = record.GetHeadLineIsIgnore() ? 1 : 0;
-  settings.columns = record.GetColumnMapIE();
+  settings.TakeFrom(record);
   return true;
 }
 

@@ -1,31 +1,22 @@
 #pragma once
 
-#include <cstdint>
 #include <vector>
 
 #include "platform/cstring.h"
-#include "text/import/column_map.h"
 #include "text/import/text_preview.h"
-#include "text/import/time_text.h"
+#include "text/import/text_stream_settings.h"
 
 namespace loom {
 
 // Entries of the stream type; their positions are the types 0 downlink, 1 uplink, 2 scan.
 inline constexpr const char* kStreamTypeTexts[] = {"下行数据流", "上行数据流", "扫频数据流"};  // UTF-8
-std::int32_t StreamTypeOf(const CString& text);  // downlink for any other text
 
-// What the pages of the text import wizard collect.
-struct TextImportSettings {
-  CString path;
-  CString stream_name;
-  CString stream_type_text;
-  CString data_format = kTimeLayouts[0].name;
-  CString separator = "\t";
-  std::int32_t first_line_flag = 1;  // 1: the first line holds names
-  ColumnMap columns;
-  std::vector<PreviewRow> preview;
-
+// What the pages of the text import wizard collect. The stream's full name is not theirs.
+struct TextImportSettings : TextStreamSettings {
   TextImportSettings();
+
+  CString path;
+  std::vector<PreviewRow> preview;
 };
 
 // Saves the settings as a configuration file that the person names, and says whether that worked.

@@ -45,11 +45,6 @@ double DegreesIn(const CMemDataRow& row, std::int32_t id, float limit) {
 
 }  // namespace
 
-std::int32_t StreamKindOf(std::int32_t text_stream_type) {
-  if (text_stream_type == 1) return kStreamUplink;
-  return text_stream_type == 2 ? kStreamScanner : kStreamOutdoorHandset;
-}
-
 // One import.
 struct CTextImporter::Run {
   CString path;
@@ -77,7 +72,7 @@ int CTextImporter::Import(const CString& path, ILogfile** logfile) {
   int result = kImportFailed;
   try {
     run.logfile = stream_manager_->MakeLogfile(path);
-    run.stream = stream_manager_->MakeStream(stream_full_name_, StreamKindOf(stream_type_));
+    run.stream = stream_manager_->MakeStream(settings_.stream_full_name, StreamKindOf(settings_.stream_type));
     run.logfile->AddStream(run.stream);
     result = ImportFile(run);
     if (result == kImportDone) FinishStream(run);
@@ -112,13 +107,13 @@ int CTextImporter::ImportFile(Run& run) {
 
 int CTextImporter::ReadLines(Run& run, TextLines& lines) {
   RowNotes notes(run.path);
-  TextRowBuilder builder(Columns(), separator_, data_format_, notes);
+  TextRowBuilder builder(Columns(), settings_.separator, settings_.data_format, notes);
   RowMap& rows = *run.stream->GetRows();
   RowMap& key_rows = *run.stream->GetKeyRows();
   CMemDataRow row;
   std::string_view line;
   std::uint64_t line_number = 0;
-  if (first_line_flag_ != 0 && lines.Next(line)) {
+  if (settings_.first_line_flag != 0 && lines.Next(line)) {
     notes.SetLine(++line_number);
     NoteByteOrderMark(run.path, line);
     builder.ReadTitles(line);
@@ -155,14 +150,14 @@ void CTextImporter::FinishStream(Run& run) const {
   IDataStream& stream = *run.stream;
   stream.SetCompleted(1);
   stream.SetStreamClass(stream.GetStreamType() == kStreamScanner ? kStreamClassScanner : kStreamClassHandset);
-  stream.SetDeviceName(stream_name_);
+  stream.SetDeviceName(settings_.stream_name);
   stream.SetProtocol(protocol_);
   stream.SetRowCount(run.row_count);
   stream.SetEarliestTime(run.time_s.minimum);
   stream.SetLatestTime(run.time_s.maximum);
   SetBounds(run.bounds, stream);
   stream.SetFilterOperator("AND");
-  for (const auto& [column, name] : column_map_) {
+  for (const auto& [column, name] : settings_.columns) {
     if (!name.IsEmpty()) stream.AddIEName(name);
   }
   run.logfile->SetVersion(0);
@@ -185,7 +180,7 @@ bool CTextImporter::PrepareProtocol() {
   bool has_td_scdma = false;
   bool has_shared = false;  // elements of every protocol
   lte_columns_.clear();
-  for (const auto& [column, name] : column_map_) {
+  for (const auto& [column, name] : settings_.columns) {
     if (g_sysProject->GetIEID(name) == kInvalidInt) continue;
     const bool is_of_gsm = Contains(names_.gsm, name);
     if (Contains(names_.independent, name)) {
@@ -217,7 +212,7 @@ void CTextImporter::NoteProtocol(const CString& path) const {
 
 std::vector<TextColumn> CTextImporter::Columns() const {
   std::vector<TextColumn> columns;
-  for (const auto& [number, name] : column_map_) {
+  for (const auto& [number, name] : settings_.columns) {
     const std::int32_t id = g_sysProject->GetIEID(name);
     if (number < 0 || id == kInvalidInt) continue;
     columns.push_back({static_cast<std::size_t>(number), id, g_sysProject->GetIEMemType(id), name});
@@ -234,7 +229,7 @@ std::vector<TextColumn> CTextImporter::Columns() const {
 
 void CTextImporter::NoteColumns(const CString& path) const {
   std::set<CString> seen;
-  for (const auto& [column, name] : column_map_) {
+  for (const auto& [column, name] : settings_.columns) {
     const std::string at = "column " + std::to_string(column);
     if (g_sysProject->GetIEID(name) == kInvalidInt)
       CurrentNotes().Add("unknown information element"_note, path, at, "'" + GbkToUtf8(name) + "' is not imported");
@@ -244,7 +239,7 @@ void CTextImporter::NoteColumns(const CString& path) const {
 }
 
 void CTextImporter::ResetColumns() {
-  column_map_.clear();
+  settings_.columns.clear();
   names_ = {};
 }
 
@@ -252,7 +247,7 @@ CMemDataRow* CTextImporter::BuildRow(CString line, int row_number, double* minim
   RowNotes notes{CString()};
   ValueRange time_s{*maximum_time_s, *minimum_time_s};
   auto row = std::make_unique<CMemDataRow>();
-  TextRowBuilder(Columns(), separator_, data_format_, notes).Fill(*row, line, row_number, time_s);
+  TextRowBuilder(Columns(), settings_.separator, settings_.data_format, notes).Fill(*row, line, row_number, time_s);
   *minimum_time_s = time_s.minimum;
   *maximum_time_s = time_s.maximum;
   return row.release();

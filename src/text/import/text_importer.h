@@ -7,16 +7,13 @@
 
 #include "components/progress_wnd.h"
 #include "importers/importer.h"
-#include "text/import/column_map.h"
 #include "text/import/text_row_builder.h"
+#include "text/import/text_stream_settings.h"
 #include "text/navigator/parameter_navigator.h"
 
 namespace loom {
 
 class TextLines;
-
-// What a stream type of the text import becomes as a kind of stream.
-std::int32_t StreamKindOf(std::int32_t text_stream_type);
 
 // Importer type 6: a delimited text file becomes one stream, a row per line. The settings stay from one import to the
 // next, but for the column map.
@@ -28,17 +25,19 @@ class CTextImporter : public CImporter {
   // What is wrong with single rows goes to the current notes.
   int Import(const CString& path, ILogfile** logfile) override;
 
-  virtual void SetSpareText(const CString& text) { spare_text_ = text; }
-  virtual void SetDataFormat(const CString& name) { data_format_ = name; }
-  virtual void SetSeparate(const CString& separator) { separator_ = separator; }
-  virtual void SetHeadLineIsIgnore(std::int32_t ignored) { first_line_flag_ = ignored; }
-  virtual void SetColumnMapIE(ColumnMap map) { column_map_ = std::move(map); }
-  virtual void SetStreamFullName(const CString& name) { stream_full_name_ = name; }
-  virtual void SetStreamName(const CString& name) { stream_name_ = name; }
+  void SetSettings(TextStreamSettings settings) { settings_ = std::move(settings); }
+  // The settings one by one.
+  virtual void SetSpareText(const CString& text) { settings_.spare_text = text; }
+  virtual void SetDataFormat(const CString& name) { settings_.data_format = name; }
+  virtual void SetSeparate(const CString& separator) { settings_.separator = separator; }
+  virtual void SetHeadLineIsIgnore(std::int32_t ignored) { settings_.first_line_flag = ignored; }
+  virtual void SetColumnMapIE(ColumnMap map) { settings_.columns = std::move(map); }
+  virtual void SetStreamFullName(const CString& name) { settings_.stream_full_name = name; }
+  virtual void SetStreamName(const CString& name) { settings_.stream_name = name; }
+  void SetStreamType(std::int32_t type) { settings_.stream_type = type; }
   // The row of one line, the caller's own, after the column map was set. A valid time extends the bounds, which are
   // -255 while there is none.
   virtual CMemDataRow* BuildRow(CString line, int row_number, double* minimum_time_s, double* maximum_time_s);
-  void SetStreamType(std::int32_t type) { stream_type_ = type; }  // 0 downlink, 1 uplink, 2 scan
 
  private:
   struct Run;
@@ -54,14 +53,7 @@ class CTextImporter : public CImporter {
   void NoteColumns(const CString& path) const;
   void ResetColumns();
 
-  CString stream_full_name_;
-  CString stream_name_;
-  CString spare_text_;  // not read by the import
-  CString data_format_;
-  CString separator_;
-  std::int32_t first_line_flag_ = 1;  // nonzero: the first line holds names
-  ColumnMap column_map_;
-  std::int32_t stream_type_ = 0;
+  TextStreamSettings settings_;
   NavigatorNames names_;
   CString protocol_ = "TD-SCDMA";     // stays where the columns belong to no protocol
   bool protocol_is_assumed_ = false;  // of columns that rows of every protocol hold, and no others
