@@ -1,10 +1,11 @@
+#include "manager/log_type.h"
+
 #include <algorithm>
 #include <array>
-#include <exception>
+#include <optional>
 
 #include "components/autotest.h"
-#include "manager/io_manager.h"
-#include "platform/log.h"
+#include "platform/completes.h"
 #include "platform/path.h"
 #include "platform/ui/message_box.h"
 #include "platform/ui/wait_cursor.h"
@@ -56,57 +57,58 @@ ImporterTypeEnum RefuseUnreadable(const CString& path) {
   return Refuse("无法获取日志文件：%s 的版本及类型信息！"_gbk, path);
 }
 
+ImporterTypeEnum AutoTestTypeOf(const CString& path) {
+  if (CCSLogImportWrap().IsCSLog(path)) return kImporterAutoTestLog;
+  return CCMCCLogImportWrap().IsCMCCLog(path) ? kImporterChinaMobileLog : kImporterNone;
+}
+
+struct VersionAndTest {
+  int version;
+  int test_type;
+};
+
+std::optional<VersionAndTest> Read(CLogFileManager& store, const CString& path) {
+  const OpenedLog log(store, path);
+  if (!log.IsOpen()) return std::nullopt;
+  const int version = store.GetLogFileVersion();
+  return VersionAndTest{version, CLogFileManager::GetLogTestType(path)};
+}
+
 }  // namespace
 
-ImporterTypeEnum CIOManager::GetImporterType(const CString& path) {
+ImporterTypeEnum GetImporterType(const CString& path) {
   const CWaitCursor wait;
-  try {
-    if (CCSLogImportWrap().IsCSLog(path)) return kImporterAutoTestLog;
-    if (CCMCCLogImportWrap().IsCMCCLog(path)) return kImporterChinaMobileLog;
-  } catch (const std::exception& error) {
-    Log(LogLevel::kError, error.what());
-    return RefuseUnreadable(path);
-  }
+  ImporterTypeEnum type = kImporterNone;
+  if (!Completes([&] { type = AutoTestTypeOf(path); })) return RefuseUnreadable(path);
+  if (type != kImporterNone) return type;
   CLogFileManager store;
   return GetImporterType(store, path);
 }
 
-ImporterTypeEnum CIOManager::GetImporterType(CLogFileManager& store, CString path) {
-  int version = kUnreadableVersion;
-  int test_type = kUnreadableVersion;
-  try {
-    const OpenedLog log(store, path);
-    if (!log.IsOpen()) return RefuseUnreadable(path);
-    version = store.GetLogFileVersion();
-    test_type = CLogFileManager::GetLogTestType(path);
-  } catch (const std::exception& error) {
-    Log(LogLevel::kError, error.what());
-    return RefuseUnreadable(path);
-  }
-  const auto accepted = std::ranges::find(kLogVersions, version, &LogVersion::version);
+ImporterTypeEnum GetImporterType(CLogFileManager& store, const CString& path) {
+  const auto read = ResultOr<std::optional<VersionAndTest>>(std::nullopt, [&] { return Read(store, path); });
+  if (!read) return RefuseUnreadable(path);
+  const auto accepted = std::ranges::find(kLogVersions, read->version, &LogVersion::version);
   if (accepted == std::end(kLogVersions)) return Refuse("日志文件：%s 版本不正确！"_gbk, path);
   const auto& importers = accepted->importer_by_test_type;
-  const auto type = static_cast<std::size_t>(test_type);  // a negative one is out of range
+  const auto type = static_cast<std::size_t>(read->test_type);  // a negative one is out of range
   if (type >= importers.size() || importers[type] == kImporterNone) {
     return Refuse("日志文件：%s 测试类型不正确！"_gbk, path);
   }
   return importers[type];
 }
 
-int CIOManager::GetLogVersion(CString path) {
+int GetLogVersion(const CString& path) {
   const CWaitCursor wait;
-  try {
+  return ResultOr<int>(kUnreadableVersion, [&] {
     CLogFileManager store;
     const OpenedLog log(store, path);
     return log.IsOpen() ? store.GetLogFileVersion() : kUnreadableVersion;
-  } catch (const std::exception& error) {
-    Log(LogLevel::kError, error.what());
-    return kUnreadableVersion;
-  }
+  });
 }
 
-CString CIOManager::GetLogFilter(ImporterTypeEnum type) const {
-  if (type == kImporterChinaMobileLog) {
+CString GetLogFilter(ImporterTypeEnum node_type) {
+  if (node_type == kImporterChinaMobileLog) {
     return "Log(*.log;*.loc;*.lot;*.low;*.loe)|*.log;*.loc;*.lot;*.low;*.loe||";
   }
   return "Log(*.log)|*.log||";

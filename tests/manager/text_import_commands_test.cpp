@@ -1,6 +1,7 @@
 #include <filesystem>
 
 #include "tests/manager/text_import_test.h"
+#include "text/import/column_map.h"
 
 namespace loom::testing {
 namespace {

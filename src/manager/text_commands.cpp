@@ -1,7 +1,8 @@
+#include "manager/text_commands.h"
 
 #include "components/project.h"
 #include "components/resource_handle.h"
-#include "manager/io_manager.h"
+#include "manager/io_registry.h"
 #include "platform/completes.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
@@ -59,6 +60,17 @@ TextStreamSettings SettingsOf(const CProjectTxtFile& record) {
   return settings;
 }
 
+// 1 while the file still has the columns of its record, else 0.
+int MatchTextFiles(const ColumnMap& columns, const CProjectTxtFile& record, const CString& path) {
+  const int count = ResultOr(-1, [&] {
+    TextLines lines(path);
+    std::string_view line;
+    return lines.Next(line) ? CountTitleTokens(line, record.GetSeparate()) : -1;
+  });
+  const std::int32_t largest = columns.empty() ? -1 : columns.rbegin()->first;
+  return count > largest && record.GetStreamType() != kInvalidInt ? 1 : 0;
+}
+
 void RemoveRecord(const CString& path) {
   g_project->RemoveTxtFile(path);
   g_project->modified = 1;
@@ -66,64 +78,58 @@ void RemoveRecord(const CString& path) {
 
 }  // namespace
 
-int CIOManager::ImportTxt() {
-  int result = kImportFailed;
-  Completes([&] {
-    const CResourceHandle resources;
-    TextImportSettings settings;
-    if (AskForSettings(settings)) result = ImportTextFile(settings);
-  });
-  return result;
+int TextCommands::ImportTxt() {
+  return ResultOr<int>(kImportFailed, [this] { return ImportChosen(); });
 }
 
-int CIOManager::ImportTextAs(const TextImportSettings& settings, const CString& protocol) {
-  int result = kImportFailed;
-  Completes([&] { result = ImportTextFile(settings, protocol); });
-  return result;
+int TextCommands::ImportChosen() {
+  const CResourceHandle resources;
+  TextImportSettings settings;
+  return AskForSettings(settings) ? ImportNew(settings, {}) : kImportFailed;
 }
 
-int CIOManager::ImportTextFile(const TextImportSettings& settings, const CString& protocol) {
-  const CString& path = settings.path;
+int TextCommands::ImportTextAs(const TextImportSettings& settings, const CString& protocol) {
+  return ResultOr<int>(kImportFailed, [&] { return ImportNew(settings, protocol); });
+}
+
+int TextCommands::ImportNew(const TextImportSettings& chosen, const CString& protocol) {
+  const CString& path = chosen.path;
   if (CStreamManagerCreator::CreateStreamManager()->FindLogfile(path)) {
     ShowMessageBox(Format("已有同名文本文件:%s !"_gbk, NameOf(path)), MessageIcon::kWarning);
     return kImportFailed;
   }
-  auto* const importer = dynamic_cast<CTextImporter*>(GetImporterByType(kImporterText));
-  if (importer == nullptr) return kImportFailed;
-  TextStreamSettings stream = settings;
-  stream.stream_full_name = TitleOf(path) + "_" + stream.stream_name;
-  importer->SetSettings(stream);
+  TextStreamSettings settings = chosen;
+  settings.stream_full_name = TitleOf(path) + "_" + settings.stream_name;
   ILogfile* logfile = nullptr;
-  const int result = RunTextImport(*importer, path, &logfile);
-  if (result == kImportDone) {
-    if (!protocol.IsEmpty()) {
-      for (IDataStream* stream : logfile->GetStreams()) stream->SetProtocol(protocol);
-    }
-    g_project->AddTxtFile(RecordOf(stream, *logfile));
-    g_project->modified = 1;
+  const int result = Import(path, settings, logfile);
+  if (result != kImportDone) return result;
+  if (!protocol.IsEmpty()) {
+    for (IDataStream* stream : logfile->GetStreams()) stream->SetProtocol(protocol);
   }
+  g_project->AddTxtFile(RecordOf(settings, *logfile));
+  g_project->modified = 1;
   return result;
 }
 
 // Import with the messages about its result.
-int CIOManager::RunTextImport(CTextImporter& importer, const CString& path, ILogfile** logfile) {
-  int result = kImportFailed;
-  Completes([&] { result = importer.Import(path, logfile); });
+int TextCommands::Import(const CString& path, const TextStreamSettings& settings, ILogfile*& logfile) {
+  CTextImporter* const importer = registry_.GetTextImporter();
+  if (importer == nullptr) return kImportFailed;
+  importer->SetSettings(settings);
+  const int result = ResultOr<int>(kImportFailed, [&] { return importer->Import(path, &logfile); });
   if (result == kImportFailed)
     ShowMessageBox(Format("导入文本文件：%s 失败! \n"_gbk, path), MessageIcon::kError);
   else if (result == kImportAlreadyPresent)
     ShowMessageBox(Format("已有同名文本文件：%s ! \n"_gbk, NameOf(path)), MessageIcon::kWarning);
-  Report({.path = path, .type = kImporterText, .result = result, .logfile = *logfile});
+  listener_({.path = path, .type = kImporterText, .result = result, .logfile = logfile});
   return result;
 }
 
-int CIOManager::OpenTxt(const CString& path) {
-  int result = kImportFailed;
-  Completes([&] { result = ReopenTextFile(path); });
-  return result;
+int TextCommands::OpenTxt(const CString& path) {
+  return ResultOr<int>(kImportFailed, [&] { return Reopen(path); });
 }
 
-int CIOManager::ReopenTextFile(const CString& path) {
+int TextCommands::Reopen(const CString& path) {
   if (!FileExists(path)) {
     ShowMessageBox(Format("找不到文本文件：%s ，请确认路径! \n"_gbk, path), MessageIcon::kWarning);
     RemoveRecord(path);
@@ -132,34 +138,20 @@ int CIOManager::ReopenTextFile(const CString& path) {
   const CProjectTxtFile* const listed = g_project->GetProjectTxtFileByName(path);
   if (listed == nullptr) throw Error("the project records no text file " + GbkToUtf8(path));
   const CProjectTxtFile record = *listed;
-  if (record.GetStreams().empty() || MatchTextFiles(record.GetColumnMapIE(), &record, path) == 0) {
-    const MessageAnswer answer = ShowMessageBox("系统检测出原工程中的文本文件有修改是否重新执行导入？"_gbk,
-                                                MessageIcon::kWarning, MessageButtons::kOkCancel);
-    RemoveRecord(path);
-    return answer == MessageAnswer::kOk ? ImportTxt() : kImportFailed;
-  }
-  const int result = ImportRecordedText(record, path);
+  const bool fits = !record.GetStreams().empty() && MatchTextFiles(record.GetColumnMapIE(), record, path) == 1;
+  if (!fits) return AskWhetherAgain(path);
+  ILogfile* logfile = nullptr;
+  const int result = Import(path, SettingsOf(record), logfile);
   if (result != kImportDone && result != kImportAlreadyPresent) RemoveRecord(path);
   return result;
 }
 
-int CIOManager::ImportRecordedText(const CProjectTxtFile& record, const CString& path) {
-  auto* const importer = dynamic_cast<CTextImporter*>(GetImporterByType(kImporterText));
-  if (importer == nullptr) return kImportFailed;
-  importer->SetSettings(SettingsOf(record));
-  ILogfile* logfile = nullptr;
-  return RunTextImport(*importer, path, &logfile);
-}
-
-int CIOManager::MatchTextFiles(const ColumnMap& columns, const CProjectTxtFile* record, CString path) {
-  int count = -1;  // no first line
-  Completes([&] {
-    TextLines lines(path);
-    std::string_view line;
-    if (lines.Next(line)) count = CountTitleTokens(line, record->GetSeparate());
-  });
-  const std::int32_t largest = columns.empty() ? -1 : columns.rbegin()->first;
-  return count > largest && record->GetStreamType() != kInvalidInt ? 1 : 0;
+// A recorded file that no longer fits leaves the project; the person may import it anew.
+int TextCommands::AskWhetherAgain(const CString& path) {
+  const MessageAnswer answer = ShowMessageBox("系统检测出原工程中的文本文件有修改是否重新执行导入？"_gbk,
+                                              MessageIcon::kWarning, MessageButtons::kOkCancel);
+  RemoveRecord(path);
+  return answer == MessageAnswer::kOk ? ImportTxt() : kImportFailed;
 }
 
 }  // namespace loom
