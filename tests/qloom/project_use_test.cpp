@@ -77,7 +77,7 @@ TEST_F(ProjectUse, AnOpeningThatIsCancelledSavesNothing) {
     EXPECT_EQ(-1, interrupted["texts"][0]["result"]) << interrupted;
   } else {
     EXPECT_EQ(-1, interrupted["logs"][0]["result"]);
-    EXPECT_EQ(json::array(), interrupted["texts"]) << "not begun";
+    EXPECT_EQ(-3, interrupted["texts"][0]["result"]) << "not begun";
   }
   EXPECT_EQ(saved, ReadText(Path("p.qlp")));
 

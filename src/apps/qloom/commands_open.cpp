@@ -23,15 +23,21 @@ std::vector<CString> ListedLogs() {
   return paths;
 }
 
-Json OpenTexts(Session& session) {
+int OpenText(Session& session, const CString& name) {
+  RefreshConvertedText(session.host().project(), name);
+  const int result = session.manager().OpenTxt(name);
+  RestoreProtocol(session.host().project(), name);
+  return result;
+}
+
+Json OpenTexts(Session& session, LogReport& report) {
   std::vector<CString> names;
   for (const CProjectTxtFile& text : session.host().project().Content().text_files) names.push_back(text.GetTxtName());
   Json texts = Json::array();
   for (const CString& name : names) {
-    if (WasInterrupted()) break;
-    RefreshConvertedText(session.host().project(), name);
-    texts.push_back({{"name", JsonText(name)}, {"result", session.manager().OpenTxt(name)}});
-    RestoreProtocol(session.host().project(), name);
+    const bool is_left = WasInterrupted();
+    if (is_left) report.LeaveText(name);
+    texts.push_back({{"name", JsonText(name)}, {"result", is_left ? kNotAttempted : OpenText(session, name)}});
   }
   return texts;
 }
@@ -58,7 +64,7 @@ int RunOpen(const CommandLine& line, const OpenOptions& options) {
     session.manager().OpenLog(path, false);
   }
   Json document = report.ToJson(kBatchNothing);
-  document["texts"] = OpenTexts(session);
+  document["texts"] = OpenTexts(session, report);
   Json outcomes = document["logs"];
   outcomes.insert(outcomes.end(), document["texts"].begin(), document["texts"].end());
   const int result = BatchResultOf(outcomes);

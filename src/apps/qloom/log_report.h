@@ -33,6 +33,10 @@ class LogReport {
   void PrintHuman(std::ostream& out) const;
   // The files that were named: those that the facade did not get to are reported, too.
   void Expect(std::vector<CString> paths) { named_ = std::move(paths); }
+  // A text file that the command did not get to.
+  void LeaveText(const CString& path) {
+    texts_.push_back({.path = path, .type = kImporterText, .result = kNotAttempted});
+  }
   // Done when the facade's result says so and every file was imported, in part when only some were.
   int ExitCodeOf(int result) const;
   IDataStream* FindStream(const CString& name) const;  // null when no log has it
