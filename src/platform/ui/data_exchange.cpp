@@ -70,6 +70,14 @@ void CDataExchange::Radio(int first_id, std::int32_t& value) {
   }
 }
 
+void CDataExchange::ComboIndex(int id, std::int32_t& value) {
+  auto& combo = dialog_.GetDlgItem<CComboBox>(id);
+  if (save_)
+    value = combo.GetCurSel();
+  else
+    combo.SetCurSel(value);
+}
+
 void CDataExchange::ComboText(int id, CString& value) {
   auto& combo = dialog_.GetDlgItem<CComboBox>(id);
   if (save_) {

@@ -29,6 +29,7 @@ class CDataExchange {
   void Check(int id, std::int32_t& value);  // 0, 1 or 2
   // The position of the marked button in the radio group that starts with `first_id`; -1 when none is.
   void Radio(int first_id, std::int32_t& value);
+  void ComboIndex(int id, std::int32_t& value);
   // A drop-down list selects the entry with that text, or nothing.
   void ComboText(int id, CString& value);
 
