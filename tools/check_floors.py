@@ -36,9 +36,9 @@ ROOMS = [
     ({"host/basics", "host/encodings", "host/logstore", "host/streams", "host/catalogue", "host/markup", "host/workbook"},
      {"host/decoder", "host/autotest", "host/communicator", "host/simulation", "host/recordings", "host/project"},
      {"host/netdb"},
-     {"host/subjects"}),
+     {"host/subjects", "host/analysis"}),
     ({"text/navigator"}, {"text/dialect", "text/import", "text/selection"}, {"text/export"}),
-    ({"apps/text_files"}, {"apps/qloom", "apps/qloom-desktop"}),
+    ({"apps/text_files", "apps/report"}, {"apps/qloom", "apps/qloom-desktop"}),
 ]
 STOREY = {room: storey for rooms in ROOMS for storey, row in enumerate(rooms) for room in row}
 

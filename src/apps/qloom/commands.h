@@ -19,6 +19,7 @@ void AddTextCommands(Command& program, CommandLine& line);          // text insp
 void AddExportTextCommand(Command& program, CommandLine& line);     // export-text
 void AddExportExcelCommand(Command& program, CommandLine& line);    // export-excel
 void AddNetImportCommand(Command& program, CommandLine& line);      // import-net
+void AddReportCommand(Command& program, CommandLine& line);         // report
 void AddUiCommand(Command& program, CommandLine& line);             // ui
 
 // The paths of files that are all there; throws Error otherwise.

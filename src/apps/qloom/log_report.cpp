@@ -177,6 +177,12 @@ IDataStream* LogReport::FindStream(const CString& name) const {
   return found;
 }
 
+std::vector<IDataStream*> LogReport::Streams() const {
+  std::vector<IDataStream*> streams;
+  ForEachStream([&](IDataStream* stream) { streams.push_back(stream); });
+  return streams;
+}
+
 std::vector<std::string> LogReport::StreamNames() const {
   std::vector<std::string> names;
   ForEachStream([&](IDataStream* stream) { names.push_back(GbkNameToUtf8(stream->GetName())); });

@@ -40,6 +40,7 @@ class LogReport {
   // Done when the facade's result says so and every file was imported, in part when only some were.
   int ExitCodeOf(int result) const;
   IDataStream* FindStream(const CString& name) const;  // null when no log has it
+  std::vector<IDataStream*> Streams() const;
   std::vector<std::string> StreamNames() const;
   IDataStream* TextStream(const CString& path) const;  // of an imported text file; null when it was not imported
 

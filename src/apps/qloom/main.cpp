@@ -16,7 +16,7 @@ int Run(int argc, char** argv) {
   for (const auto add :
        {&AddLogCommands, &AddStoreCommands, &AddRecordingCommands, &AddProjectCommands, &AddIntermediateCommands,
         &AddOpenCommand, &AddNavigatorCommands, &AddLogToolCommands, &AddTextImportCommands, &AddTextCommands,
-        &AddExportTextCommand, &AddExportExcelCommand, &AddNetImportCommand, &AddUiCommand})
+        &AddExportTextCommand, &AddExportExcelCommand, &AddNetImportCommand, &AddReportCommand, &AddUiCommand})
     add(commands, line);
   if (const std::optional<int> failed = program.Parse(argc, argv)) {
     if (*failed == 0) return kExitDone;

@@ -62,6 +62,8 @@ std::string CellJson(std::string_view table, const Cell& cell) {
   row["CellName"] = "C" + std::to_string(cell.ci);
   row["Longitude"] = std::round(at.longitude * 1e7) / 1e7;
   row["Latitude"] = std::round(at.latitude * 1e7) / 1e7;
+  row["Azimuth"] = std::round(std::fmod(cell.azimuth_deg + 360.0, 360.0));
+  row["BeamWidth"] = 65;
   const bool gsm = table == "tbl_Cell_GSM";
   const bool lte = table == "tbl_Cell_LTE";
   row[gsm ? "BCCH" : lte ? "EARFCN" : "UARFCN"] = cell.channel;
