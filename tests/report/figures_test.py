@@ -234,16 +234,16 @@ class FiguresTest(unittest.TestCase):
         self.assertEqual(0, qloom(self.folder, "log", "to-intermediate", "drive.log", "again.mid").returncode)
         lines = ["time,lat,lon,rsrp,pci"] + [f"2024-05-17 09:00:{s:02},39.9{s:02},116.4,{-80 - s},{7 + s // 30}" for s in range(60)]
         (self.folder / "walk.csv").write_text("\n".join(lines) + "\n", encoding="utf-8")
-        (self.folder / "broken.csv").write_text("\n", encoding="utf-8")
-        run = qloom(self.folder, "report", "drive.log", "again.mid", "walk.csv", "broken.csv", "--ie", "PBCH_RSRQ", "PBCH_RSRP", "--out", "all.html")
+        (self.folder / "empty.log").write_bytes(b"")
+        run = qloom(self.folder, "report", "drive.log", "again.mid", "walk.csv", "empty.log", "--ie", "PBCH_RSRQ", "PBCH_RSRP", "--out", "all.html")
         self.assertEqual(3, run.returncode, run.stderr)
         page = document_of(self.folder / "all.html")
-        self.assertEqual(["drive.log", "again.mid", "walk.csv", "broken.csv"], page["files"])
+        self.assertEqual(["drive.log", "again.mid", "walk.csv", "empty.log"], page["files"])
         lte = [stream for stream in page["streams"] if stream["protocol"] == "LTE" and not stream["scanner"]]
         self.assertEqual([2, 2, 1], [len(stream["series"]) for stream in lte])
         self.assertEqual("PBCH_RSRQ", page["elements"][lte[0]["series"][0]["element"]]["name"])
         self.assertEqual(["PCI 7", "PCI 8"], [cell["label"] for cell in lte[2]["cells"]["list"]])
-        self.assertIn("text file not imported", [note["name"] for note in page["notes"]])
+        self.assertIn("LTE columns", [note["name"] for note in page["notes"]])
 
     def test_a_thinned_stream_keeps_its_extremes_and_says_so(self):
         run = qloom(self.folder, "report", "drive.log", "--max-points", "100", "--out", "thin.html")

@@ -17,35 +17,18 @@
 namespace loom {
 namespace {
 
-constexpr double kNear_degrees = 0.05;  // cells that far around the routes are drawn
-
-struct Bounds {
-  double west = 180.0, east = -180.0, south = 90.0, north = -90.0;
-
-  void Take(const IDataStream& stream) {
-    if (stream.GetLongitudeMinimum() == kInvalidDouble || stream.GetLatitudeMinimum() == kInvalidDouble) return;
-    west = std::min(west, stream.GetLongitudeMinimum());
-    east = std::max(east, stream.GetLongitudeMaximum());
-    south = std::min(south, stream.GetLatitudeMinimum());
-    north = std::max(north, stream.GetLatitudeMaximum());
-  }
-  bool IsNear(const analysis::NetworkCell& cell) const {
-    return cell.longitude > west - kNear_degrees && cell.longitude < east + kNear_degrees &&
-           cell.latitude > south - kNear_degrees && cell.latitude < north + kNear_degrees;
-  }
-};
-
 template <class Value>
 Json Known(const std::optional<Value>& value) {
   return value ? Json(*value) : Json();
 }
 
 // By the numbers that served cells know them by; those that are not drawn are empty.
-Json NetworkJson(const std::vector<analysis::NetworkCell>& cells, const std::vector<bool>& serves, const Bounds& near) {
+Json NetworkJson(const std::vector<analysis::NetworkCell>& cells, const std::vector<bool>& serves,
+                 const report::RouteBounds& near) {
   Json json = Json::array();
   for (std::size_t at = 0; at < cells.size(); ++at) {
     const analysis::NetworkCell& cell = cells[at];
-    if (!serves[at] && !near.IsNear(cell)) {
+    if (!serves[at] && !near.IsNear(cell.longitude, cell.latitude)) {
       json.push_back(nullptr);
       continue;
     }
@@ -156,7 +139,8 @@ ReportSummary WriteReport(HostApplication& host, const ReportInput& input, const
                           .elements = report::ElementList(host.catalogue(), classes),
                           .columns = {},
                           .names = {},
-                          .network_shown = std::vector<bool>(network.size()),
+                          .bounds = {},
+                          .network_serves = std::vector<bool>(network.size()),
                           .summary = {}};
   const std::string title = options.title.empty() ? TitleFrom(input.files) : options.title;
   Json page{
@@ -167,15 +151,13 @@ ReportSummary WriteReport(HostApplication& host, const ReportInput& input, const
       {"bins", {{"time", options.bins.time_s}, {"distance", options.bins.distance_m}, {"grid", options.bins.grid_m}}},
       {"files", FilesPart(input.files)},
       {"notes", NotesPart(input.notes)}};
-  Bounds bounds;
   page["streams"] = Json::array();
   for (IDataStream* const stream : input.streams) {
-    bounds.Take(*stream);
     page["streams"].push_back(report::StreamPart(*stream, parts));
   }
   page["elements"] = parts.elements.ToJson();
   page["names"] = NamesByNumber(parts.names);
-  page["network"] = NetworkJson(network, parts.network_shown, bounds);
+  page["network"] = NetworkJson(network, parts.network_serves, parts.bounds);
   AtomicFile file(out);
   report::WritePage({.title = title, .tiles = options.tiles, .document = page, .columns = parts.columns.bytes()}, file);
   parts.summary.bytes = file.Position();

@@ -20,6 +20,7 @@ using analysis::Weighting;
 constexpr std::size_t kMostElements = 10;
 constexpr double kDegreeStep = 1e-6;
 constexpr double kTimeStep_s = 1e-3;
+constexpr double kNear_degrees = 0.03;
 
 struct NamedWeighting {
   const char* name;
@@ -73,7 +74,7 @@ class StreamWriter {
               {"rows", samples_.RowCount()},
               {"kept", kept_.size()},
               {"timed", is_timed_},
-              {"positions", CountPositions()},
+              {"positions", TakePositions()},
               {"length", bins_[2].length_m}};
     json["columns"] = RowColumns();
     json["series"] = Json::array();
@@ -130,9 +131,14 @@ class StreamWriter {
     }
   }
 
-  std::size_t CountPositions() const {
-    return static_cast<std::size_t>(
-        std::ranges::count_if(samples_.longitude, [](double degrees) { return !std::isnan(degrees); }));
+  std::size_t TakePositions() {
+    std::size_t count = 0;
+    for (std::size_t row = 0; row < samples_.RowCount(); ++row) {
+      if (!samples_.HasPosition(row)) continue;
+      parts_.bounds.Take(samples_.longitude[row], samples_.latitude[row]);
+      ++count;
+    }
+    return count;
   }
 
   template <class ValueOf>
@@ -202,7 +208,7 @@ class StreamWriter {
     Json cells = Json::array();
     for (const analysis::ServedCell& cell : cells_.cells) {
       const auto found = finder.Find(cell, protocol_);
-      if (found) parts_.network_shown[*found] = true;
+      if (found) parts_.network_serves[*found] = true;
       cells.push_back({{"label", analysis::LabelOf(cell.identity)},
                        {"network", found ? Json(*found) : Json()},
                        {"samples", cell.samples},
@@ -245,6 +251,18 @@ class StreamWriter {
 };
 
 }  // namespace
+
+void RouteBounds::Take(double longitude, double latitude) {
+  west = std::min(west, longitude);
+  east = std::max(east, longitude);
+  south = std::min(south, latitude);
+  north = std::max(north, latitude);
+}
+
+bool RouteBounds::IsNear(double longitude, double latitude) const {
+  return longitude > west - kNear_degrees && longitude < east + kNear_degrees && latitude > south - kNear_degrees &&
+         latitude < north + kNear_degrees;
+}
 
 Json StreamPart(IDataStream& stream, PageParts& parts) { return StreamWriter(stream, parts).Write(); }
 

@@ -6,6 +6,14 @@
 
 namespace loom::report {
 
+// The square of degrees that holds all routes.
+struct RouteBounds {
+  double west = 180.0, east = -180.0, south = 90.0, north = -90.0;
+
+  void Take(double longitude, double latitude);
+  bool IsNear(double longitude, double latitude) const;  // inside, or a few kilometres outside
+};
+
 // What the streams of a page share.
 struct PageParts {
   const ReportOptions& options;
@@ -15,8 +23,9 @@ struct PageParts {
   ElementList elements;
   ColumnStore columns;
   std::map<std::string, std::size_t> names;  // of events and messages, numbered
-  std::vector<bool> network_shown;           // cells that serve
-  std::size_t byte_room = 6'000'000;         // left for bytes of messages, which hardly shrink
+  RouteBounds bounds;
+  std::vector<bool> network_serves;   // of each cell
+  std::size_t byte_room = 6'000'000;  // left for bytes of messages, which hardly shrink
   ReportSummary summary;
 };
 

@@ -10,6 +10,7 @@ namespace loom::analysis {
 namespace {
 
 constexpr double kMostBars = 50.0;
+constexpr double kOnBorder = 1e-9;  // of a bar's width: a value so near below a border is on it
 
 // Percentiles asked for in ascending order: what lies below one is not looked at again.
 class Percentiles {
@@ -39,7 +40,7 @@ Histogram HistogramOf(const std::vector<double>& values, double minimum, double 
   if (is_whole) histogram.step = std::max(histogram.step, 1.0);
   histogram.first = std::floor(minimum / histogram.step) * histogram.step;
   const auto bar_of = [&](double value) {
-    return static_cast<std::size_t>(std::max((value - histogram.first) / histogram.step, 0.0));
+    return static_cast<std::size_t>(std::max((value - histogram.first) / histogram.step + kOnBorder, 0.0));
   };
   histogram.counts.resize(bar_of(maximum) + 1);
   for (const double value : values) ++histogram.counts[bar_of(value)];
