@@ -74,10 +74,10 @@ TEST_F(SeriesTest, EventsMarksAndMessagesAreListedWithTheirTextsAndBytes) {
   EXPECT_EQ(EntryKind::kMark, entries[1].kind);
   EXPECT_EQ("Start", entries[1].Name());
   EXPECT_EQ(2u, entries[2].at);
-  EXPECT_EQ("0AFF", HexOf(entries[2].MessageBytes()));
+  EXPECT_EQ("\x0A\xFF", entries[2].MessageBytes());
   EXPECT_EQ(3, entries[2].MessageChannel());
   EXPECT_EQ(-1, entries[2].MessageDirection());
-  EXPECT_EQ("062B80", HexOf(entries[3].MessageBytes()));
+  EXPECT_EQ("\x06\x2B\x80", entries[3].MessageBytes());
   EXPECT_EQ(1, entries[3].MessageDirection());
 }
 

@@ -182,6 +182,21 @@ TEST_F(Desktop, StreamsOfASelectedLogBecomeAWorkbook) {
   EXPECT_EQ(std::byte{'P'}, bytes[0]);
 }
 
+TEST_F(Desktop, StreamsOfASelectedLogBecomeAReport) {
+  if (!Action("report").isEnabled()) GTEST_SKIP() << "built without the libraries of the page";
+  window->ImportFiles(kImporterOutdoorLog, {MakeLog("merged_600")});
+  Tree().topLevelItem(0)->child(0)->setSelected(true);
+  const CString page = folder.File("drive.html");
+  person.Then("name", [=] {
+    Person::Find<QLineEdit>("fileNameEdit")->setText(PathToQt(page));
+    qobject_cast<QDialog*>(Person::Window())->accept();
+  });
+  Action("report").trigger();
+  const std::string text = ReadWholeText(page);
+  EXPECT_NE(std::string::npos, text.find("\"files\":[\"merged_600.log\"]"));
+  EXPECT_TRUE(text.ends_with("</html>\n"));
+}
+
 TEST_F(Desktop, LogsAreCombinedInTheirOwnWindow) {
   person.Then("look", [] { EXPECT_EQ("合并日志文件", Person::Window()->windowTitle()); }).Click(kIdCancel);
   Action("combine_logs").trigger();

@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include "host/analysis/element_ids.h"
+#include "platform/hexadecimal.h"
 
 namespace loom::analysis {
 namespace {
 
-constexpr std::string_view kHexDigits = "0123456789ABCDEF";
 constexpr std::string_view kFailureWords[] = {"Fail", "Drop", "Blocked", "Reject", "OutOfService", "Abnormal"};
 
 std::string_view TextOf(const CMemDataRow& row, std::int32_t element) {
@@ -18,17 +18,6 @@ std::string_view TextOf(const CMemDataRow& row, std::int32_t element) {
 std::int32_t NumberOf(const CMemDataRow& row, std::int32_t element) {
   const uniFieldValue* const value = row.FindIE(element);
   return value != nullptr && value->int_value >= 0 ? value->int_value : -1;
-}
-
-// -1 for no digit.
-int DigitOf(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
-}
-
-bool IsHex(std::string_view text) {
-  return text.size() % 2 == 0 && std::ranges::all_of(text, [](char c) { return DigitOf(c) >= 0; });
 }
 
 // One walk over the ids of a row instead of a search for each element.
@@ -67,22 +56,14 @@ std::int32_t Entry::MessageChannel() const { return NumberOf(*row, kMessageChann
 // Some streams hold their digits, others the bytes themselves.
 std::string Entry::MessageBytes() const {
   const std::string_view text = TextOf(*row, kMessageBytes);
-  if (!IsHex(text)) return std::string(text);
   std::string bytes;
   bytes.reserve(text.size() / 2);
-  for (std::size_t at = 0; at < text.size(); at += 2)
-    bytes += static_cast<char>(DigitOf(text[at]) << 4 | DigitOf(text[at + 1]));
-  return bytes;
-}
-
-std::string HexOf(std::string_view bytes) {
-  std::string hex;
-  hex.reserve(2 * bytes.size());
-  for (const char byte : bytes) {
-    hex += kHexDigits[static_cast<unsigned char>(byte) >> 4];
-    hex += kHexDigits[static_cast<unsigned char>(byte) & 15];
+  for (std::size_t at = 0; at < text.size(); at += 2) {
+    const auto byte = HexByteAt(text, at);
+    if (!byte) return std::string(text);
+    bytes += static_cast<char>(*byte);
   }
-  return hex;
+  return bytes;
 }
 
 std::vector<Entry> ListEntries(const RowMap& rows) {

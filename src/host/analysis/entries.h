@@ -25,9 +25,6 @@ struct Entry {
   std::string MessageBytes() const;
 };
 
-// Two digits a byte.
-std::string HexOf(std::string_view bytes);
-
 // A row that is an event and a message gives both, in this order.
 std::vector<Entry> ListEntries(const RowMap& rows);
 

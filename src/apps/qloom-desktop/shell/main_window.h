@@ -77,12 +77,14 @@ class MainWindow final : public QMainWindow {
   void ImportText() { session_.manager().ImportTxt(); }
   void ExportText() { session_.manager().ExportTxt(); }
   void ExportExcel();
+  void WriteReport();
   std::vector<IDataStream*> StreamsToExport() const;  // those selected in the project, else the one in front
   void ImportNetwork();
   void ShowAbout();
   bool HasTextImport() { return session_.HasTextImport(); }
   bool HasTextExport() { return session_.HasTextExport(); }
   bool HasExcelExport() { return session_.HasExcelExport(); }
+  bool HasReports();
   bool HasNetworkImport() { return session_.HasNetworkImport(); }
   QStringList UnloadedLogs();
   QStringList RecentLogs() const;

@@ -10,7 +10,9 @@
 #include "apps/qloom-desktop/front_end/qt_text.h"
 #include "apps/qloom-desktop/shell/main_window.h"
 #include "apps/qloom-desktop/shell/project_tree.h"
+#include "apps/qloom-desktop/shell/report_command.h"
 #include "apps/qloom-desktop/shell/stream_tab.h"
+#include "apps/report/report.h"
 #include "host/recordings/make_log.h"
 #include "host/subjects/stream_subject.h"
 #include "host/workbook/workbook_server.h"
@@ -82,6 +84,7 @@ void MainWindow::MakeMenus() {
                             {shell::kImportText, "import_text", "", &M::ImportText, &M::HasTextImport},
                             {shell::kExportText, "export_text", "", &M::ExportText, &M::HasTextExport},
                             {shell::kExportExcel, "export_excel", "", &M::ExportExcel, &M::HasExcelExport},
+                            {shell::kReport, "report", "", &M::WriteReport, &M::HasReports},
                             {shell::kImportNetwork, "import_network", "", &M::ImportNetwork, &M::HasNetworkImport},
                         });
   QMenu* const texts = AddListMenu(
@@ -291,6 +294,20 @@ void MainWindow::ExportExcel() {
   server.OpenSaved(QGuiApplication::platformName() != QLatin1String("offscreen"));
   session_.manager().GetExporterByType(kExporterExcel)->Export(CString(), subjects, sheet_names, columns);
   if (server.SavedPaths().size() > saved) Tell(PathToQt(server.SavedPaths().back()));
+}
+
+bool MainWindow::HasReports() { return CanWriteReports(); }
+
+void MainWindow::WriteReport() {
+  const std::vector<IDataStream*> streams = StreamsToExport();
+  if (streams.empty()) {
+    ShowMessageBox(FromQt(Text(shell::kSelectStreams)), MessageIcon::kInformation);
+    return;
+  }
+  CFileDialog dialog(false, "html", CString(), CFileDialog::kOverwritePrompt, Filter(shell::kReports));
+  if (dialog.DoModal() != kIdOk) return;
+  WriteReportOf(session_, streams, dialog.GetPathName());
+  Tell(PathToQt(dialog.GetPathName()));
 }
 
 void MainWindow::ImportNetwork() {

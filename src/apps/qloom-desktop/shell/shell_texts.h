@@ -48,6 +48,7 @@ inline constexpr ShellText kImportText         {"导入文本文件(&I)...", "&I
 inline constexpr ShellText kOpenText           {"重新打开文本文件(&O)", "&Open text file again"};
 inline constexpr ShellText kExportText         {"导出文本文件(&E)...", "&Export text file..."};
 inline constexpr ShellText kExportExcel        {"导出到 Excel(&X)...", "Export to E&xcel..."};
+inline constexpr ShellText kReport             {"报告(&R)...", "&Report..."};
 inline constexpr ShellText kImportNetwork      {"导入网元信息(&N)...", "Import &network elements..."};
 inline constexpr ShellText kAbout              {"关于(&A)", "&About"};
 inline constexpr ShellText kRemoveLog          {"从项目中移除", "Remove from project"};
@@ -64,6 +65,7 @@ inline constexpr ShellText kReadOnly           {"（只读：%1）", " (read-onl
 inline constexpr ShellText kNotLoaded          {"（未载入）", "(not loaded)"};
 inline constexpr ShellText kProjectFiles       {"项目文件 (*.qlp)", "Project files (*.qlp)"};
 inline constexpr ShellText kLogFiles           {"日志文件 (*.log)", "Log files (*.log)"};
+inline constexpr ShellText kReports            {"网页 (*.html)", "Web pages (*.html)"};
 inline constexpr ShellText kWorkbooks          {"工作簿 (*.xlsx)", "Workbooks (*.xlsx)"};
 inline constexpr ShellText kRecordings         {"手机记录 (*.qmdl;*.mi2log;*.dlf;*.pcap;*.pcapng)", "Handset recordings (*.qmdl;*.mi2log;*.dlf;*.pcap;*.pcapng)"};
 inline constexpr ShellText kAllFiles           {"所有文件 (*)", "All files (*)"};
