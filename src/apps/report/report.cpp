@@ -12,6 +12,7 @@
 #include "platform/clock.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
+#include "platform/interrupt.h"
 #include "platform/path.h"
 
 namespace loom {
@@ -153,6 +154,7 @@ ReportSummary WriteReport(HostApplication& host, const ReportInput& input, const
       {"notes", NotesPart(input.notes)}};
   page["streams"] = Json::array();
   for (IDataStream* const stream : input.streams) {
+    StopIfInterrupted();
     page["streams"].push_back(report::StreamPart(*stream, parts));
   }
   page["elements"] = parts.elements.ToJson();

@@ -8,6 +8,7 @@
 #include "host/analysis/statistics.h"
 #include "host/analysis/thinning.h"
 #include "platform/encoding.h"
+#include "platform/interrupt.h"
 
 namespace loom::report {
 namespace {
@@ -163,6 +164,7 @@ class StreamWriter {
   }
 
   Json SeriesJson(const Series& series) {
+    StopIfInterrupted();
     const std::size_t element = parts_.elements.NumberOf(series);
     const analysis::Scale& scale = parts_.elements.ScaleOf(element);
     Json json{{"element", element}};

@@ -50,25 +50,39 @@ void VisitExtremes(const Series& series, std::uint64_t first, std::uint64_t end,
   }
 }
 
-}  // namespace
+constexpr int kMostRounds = 3;
 
-std::vector<std::uint32_t> ThinRows(std::size_t rows, std::span<const Series> series, std::size_t most) {
-  std::vector<std::uint32_t> kept;
-  if (rows <= most) {
-    kept.resize(rows);
-    std::iota(kept.begin(), kept.end(), 0u);
-    return kept;
-  }
-  const std::size_t rows_a_bucket = std::max<std::size_t>(2 * series.size(), 1);
-  const std::size_t buckets = std::max<std::size_t>((std::max<std::size_t>(most, 2) - 2) / rows_a_bucket, 1);
+// The first and the last row and the extremes of each stretch; without a series the first row of each.
+std::vector<std::uint32_t> ExtremeRows(std::size_t rows, std::span<const Series> series, std::size_t stretches) {
   std::vector<bool> is_kept(rows);
   is_kept.front() = is_kept.back() = true;
   for (const Series& one : series)
-    VisitExtremes(one, 0, rows, buckets, [&](std::uint32_t sample) { is_kept[one.at[sample]] = true; });
-  // Without a series a row of each stretch.
-  for (std::size_t bucket = 0; series.empty() && bucket < buckets; ++bucket) is_kept[rows * bucket / buckets] = true;
+    VisitExtremes(one, 0, rows, stretches, [&](std::uint32_t sample) { is_kept[one.at[sample]] = true; });
+  for (std::size_t at = 0; series.empty() && at < stretches; ++at) is_kept[rows * at / stretches] = true;
+  std::vector<std::uint32_t> kept;
   for (std::uint32_t row = 0; row < rows; ++row) {
     if (is_kept[row]) kept.push_back(row);
+  }
+  return kept;
+}
+
+}  // namespace
+
+std::vector<std::uint32_t> ThinRows(std::size_t rows, std::span<const Series> series, std::size_t most) {
+  if (rows <= most) {
+    std::vector<std::uint32_t> all(rows);
+    std::iota(all.begin(), all.end(), 0u);
+    return all;
+  }
+  const std::size_t rows_a_stretch = std::max<std::size_t>(2 * series.size(), 1);
+  std::size_t stretches = std::max<std::size_t>((std::max<std::size_t>(most, 2) - 2) / rows_a_stretch, 1);
+  std::vector<std::uint32_t> kept = ExtremeRows(rows, series, stretches);
+  // One row may be the extreme of many series: there is room for more stretches.
+  for (int round = 0; round < kMostRounds && kept.size() < most - most / 8; ++round) {
+    stretches = stretches * most / kept.size();
+    std::vector<std::uint32_t> more = ExtremeRows(rows, series, stretches);
+    if (more.size() > most) break;
+    kept = std::move(more);
   }
   return kept;
 }

@@ -2,9 +2,11 @@
 
 import {byId, eachFrame, make} from "./dom.js";
 import {classBar, classText} from "./colours.js";
-import {nearestPlace} from "./data.js";
+import {nearestPlace, placeAt} from "./data.js";
 import {RouteLayer} from "./route_layer.js";
-import {clock, day, language, percent, say, value} from "./texts.js";
+import {clock, day, percent, say, value} from "./texts.js";
+
+const kNearEvent = 1000;  // ms
 
 export function routeBounds(streams) {
   let west = Infinity, east = -Infinity, south = Infinity, north = -Infinity;
@@ -175,9 +177,20 @@ export class RouteMap {
       const text = Number.isNaN(series.values[place]) ? say("noSample") : `${value(series.values[place])} ${series.unit}`;
       lines.push(make("div", {}, `${series.name} `, make(series === chosen ? "strong" : "span", {}, text)));
     }
+    for (const name of this.eventsNear(stream, ms)) lines.push(make("div", {}, `◆ ${name}`));
     const cell = this.cellOf(stream, place);
     if (cell !== null) lines.push(make("div", {}, `${say("served_by")} `, make("strong", {}, this.cellName(cell))));
     return lines;
+  }
+
+  // Those of the stream's events that are marked next to a time.
+  eventsNear(stream, ms) {
+    const names = [];
+    const {entries} = stream;
+    for (let at = placeAt(entries.time, ms - kNearEvent); at < entries.count && entries.time[at] <= ms + kNearEvent; at++) {
+      if (entries.kind[at] !== 2 && names.length < 4) names.push(this.state.page.names[entries.name[at]]);
+    }
+    return names;
   }
 
   cellOf(stream, place) {
