@@ -178,12 +178,14 @@ bool CLogfilePartitionDlg::Cut() const {
 
 void CLogfilePartitionDlg::OnOK() {
   if (!UpdateData(true) || !Check()) return;
-  const auto is_done = ResultOr<std::optional<bool>>(std::nullopt, [&] { return Cut(); });
-  if (!is_done) return Complain("日志截取过程出现异常！请确认日志是否有效。"_gbk);
-  const MessageIcon icon = *is_done ? MessageIcon::kNone : MessageIcon::kInformation;
-  ShowMessageBox(*is_done ? "日志截取成功！"_gbk : "日志截取失败！"_gbk, icon, MessageButtons::kOk, kApplicationCaption,
+  constexpr int kThrew = -1;
+  const int cut = ResultOr(kThrew, [&] { return Cut() ? 1 : 0; });
+  if (cut == kThrew) return Complain("日志截取过程出现异常！请确认日志是否有效。"_gbk);
+  const bool is_done = cut == 1;
+  const MessageIcon icon = is_done ? MessageIcon::kNone : MessageIcon::kInformation;
+  ShowMessageBox(is_done ? "日志截取成功！"_gbk : "日志截取失败！"_gbk, icon, MessageButtons::kOk, kApplicationCaption,
                  this);
-  if (*is_done) EndDialog(kIdOk);
+  if (is_done) EndDialog(kIdOk);
 }
 
 }  // namespace loom
