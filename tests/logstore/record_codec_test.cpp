@@ -111,6 +111,26 @@ TEST(RecordCodec, AShorterValueLeavesTheTrailingFieldsAbsent) {
   EXPECT_EQ(-1, record.block316->ie26643);
 }
 
+TEST(RecordCodec, FieldsThatAreAbsentAtTheEndAreNotWritten) {
+  CTestdataBase record(false, 0);
+  record.kind = kRecordFileMark;
+  const TdBlock316 first_field{.ie26642 = 12};
+  const CIE_NCell_Meas nothing{};
+  record.block316 = &first_field;
+  record.neighbours = &nothing;
+  Bytes payload = EncodeRecord(record);
+  constexpr std::size_t kHeaderUpToTime = 4 + 4 + 4 + 2 + 1 + 8;
+  EXPECT_EQ(3 * kElementHeadBytes + kHeaderUpToTime + sizeof first_field.ie26642, payload.size());
+  NumberRecord(payload, 0, 78);
+  ShiftRecordTime(payload, 0, 3600.0);
+  Reading reading(payload);
+  EXPECT_EQ(78, reading.All().record_id);
+  EXPECT_EQ(3600.0, reading.record.time.seconds);
+  EXPECT_EQ(12, reading.record.block316->ie26642);
+  ASSERT_TRUE(reading.record.neighbours);
+  EXPECT_EQ(-1, reading.record.neighbours->count);
+}
+
 TEST(RecordCodec, ALongerValueAndAnUnknownTagAreSkipped) {
   Reading reading(Element(9, {1, 2}) + HeaderElement() + Element(60000, {3}) + Element(316, {12, 13, 14}) +
                   Element(222, {4}) + Element(252, {8}));

@@ -157,14 +157,14 @@ TEST_F(Frames, APartOfTheTimesAndOneOfTheRadios) {
 
 TEST(RecordWindow, GivesOutByTimeAndHoldsNoMoreThanItsLimit) {
   recordings::RecordWindow window;
-  const std::vector<std::byte> payload(300U << 10);
+  constexpr std::size_t kPayloadBytes = 300U << 10;
   constexpr int kRecords = 500;
   std::vector<std::int64_t> given;
   for (int i = 0; i < kRecords; ++i) {
-    window.Put(i % 10 == 0 ? 1'000'000 - i : i, payload);
+    *window.Put(i % 10 == 0 ? 1'000'000 - i : i, kPayloadBytes) = std::byte{1};
     while (const auto record = window.Take(-1)) given.push_back(record->time_ns);
   }
-  EXPECT_GT(given.size(), kRecords - (recordings::RecordWindow::kMostBytes / payload.size()) - 10);
+  EXPECT_GT(given.size(), kRecords - (recordings::RecordWindow::kMostBytes / kPayloadBytes) - 10);
   while (const auto record = window.Take(INT64_MAX)) given.push_back(record->time_ns);
   EXPECT_EQ(static_cast<std::size_t>(kRecords), given.size());
   EXPECT_TRUE(std::is_sorted(given.begin(), given.end()));

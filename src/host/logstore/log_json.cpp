@@ -74,17 +74,15 @@ LogHeader ReadHeaderLine(LineReader& lines, const CString& path) {
   }
 }
 
-void AppendRecordLine(std::string_view line, std::size_t number, std::pmr::memory_resource& arena,
-                      std::vector<std::byte>& payload, LogWriter& log) {
+void AppendRecordLine(std::string_view line, std::size_t number, std::pmr::memory_resource& arena, LogWriter& log) {
   CTestdataBase record(false, 0);
   RecordFromJson(line, number, record, arena);
-  payload.clear();
-  AppendRecord(record, payload);
-  if (payload.size() > pcapng::kMaxRecordBytes)
+  const RecordEncoder encoder(record);
+  if (encoder.Bytes() > pcapng::kMaxRecordBytes)
     throw RecordJsonError(number, "",
-                          "the record takes " + std::to_string(payload.size()) + " bytes, " +
+                          "the record takes " + std::to_string(encoder.Bytes()) + " bytes, " +
                               std::to_string(pcapng::kMaxRecordBytes) + " are the most");
-  log.Append(payload, record.time.seconds);
+  encoder.Store(log.AppendRoom(encoder.Bytes(), record.time.seconds));
 }
 
 std::int32_t Whole(const nlohmann::json& json) {
@@ -127,11 +125,10 @@ void MakeLog(const CString& lines_path, const CString& log_path) {
   LineReader lines(lines_path);
   LogWriter log(log_path, ReadHeaderLine(lines, lines_path));
   std::pmr::monotonic_buffer_resource arena;
-  std::vector<std::byte> payload;
   for (std::string_view line; lines.Next(line);) {
     if (Trimmed(line).empty()) continue;
     try {
-      AppendRecordLine(line, lines.number(), arena, payload, log);
+      AppendRecordLine(line, lines.number(), arena, log);
     } catch (const RecordJsonError& error) {
       throw FileError(lines_path, 0, error.what());
     }

@@ -1,7 +1,10 @@
 #include "host/logstore/log_writer.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstring>
+#include <initializer_list>
 #include <string>
 
 #include "host/logstore/pcapng.h"
@@ -22,6 +25,15 @@ std::uint64_t TimeOfDayNanoseconds(double time_s) {
   return sound ? static_cast<std::uint64_t>(std::llround(time_s * 1e9)) : 0;
 }
 
+std::byte* PutNumbers(std::byte* at, std::initializer_list<std::uint32_t> numbers) {
+  for (std::uint32_t number : numbers) {
+    if constexpr (std::endian::native == std::endian::big) number = detail::SwapBytes(number);
+    std::memcpy(at, &number, sizeof number);
+    at += sizeof number;
+  }
+  return at;
+}
+
 void PutStamp(ByteWriter& out, std::uint64_t time_ns) {
   out.U32(static_cast<std::uint32_t>(time_ns >> 32));
   out.U32(static_cast<std::uint32_t>(time_ns));
@@ -39,9 +51,18 @@ void EndOptions(ByteWriter& out) { PutOption(out, kOptionEnd, 0); }
 LogWriter::LogWriter(const CString& path, const LogHeader& header, std::uint64_t stretch_bytes)
     : file_(path),
       midnight_ns_(static_cast<std::uint64_t>(MidnightSeconds(header.day) * kSecond_ns)),
+      buffer_(std::make_unique_for_overwrite<std::byte[]>(kBufferBytes)),
       index_(stretch_bytes) {
   WriteSectionHeader(header);
   WriteInterface();
+}
+
+void LogWriter::Flush() { file_.Write(std::span(buffer_.get(), std::exchange(filled_, 0))); }
+
+void LogWriter::Write(std::span<const std::byte> block) {
+  if (block.size() > kBufferBytes - filled_) Flush();
+  if (block.size() > kBufferBytes) return file_.Write(block);
+  std::memcpy(Room(block.size()), block.data(), block.size());
 }
 
 ByteWriter LogWriter::BeginBlock(std::uint32_t type) {
@@ -58,7 +79,7 @@ void LogWriter::EndBlock() {
   const auto length = static_cast<std::uint32_t>(block.Size() + 4);
   block.U32(length);
   block.PatchU32(4, length);
-  file_.Write(block_);
+  Write(block_);
 }
 
 void LogWriter::WriteSectionHeader(const LogHeader& header) {
@@ -88,21 +109,29 @@ void LogWriter::WriteInterface() {
   EndBlock();
 }
 
-void LogWriter::Append(std::span<const std::byte> record, double time_s) {
-  if (record.size() > kMaxRecordBytes)
-    throw FileError(file_.path(), file_.Position(),
-                    "a record of " + std::to_string(record.size()) + " bytes, " + std::to_string(kMaxRecordBytes) +
-                        " are the most");
+std::byte* LogWriter::AppendRoom(std::size_t record_bytes, double time_s) {
+  static_assert(kBufferBytes >= kBlockOverhead + kPacketHeader + kMaxRecordBytes);
+  if (record_bytes > kMaxRecordBytes)
+    throw FileError(
+        file_.path(), Position(),
+        "a record of " + std::to_string(record_bytes) + " bytes, " + std::to_string(kMaxRecordBytes) + " are the most");
   const std::uint64_t time_ns = midnight_ns_ + TimeOfDayNanoseconds(time_s);
   CountRecord(time_ns);
-  const auto length = static_cast<std::uint32_t>(record.size());
-  ByteWriter block = BeginBlock(kEnhancedPacket);
-  block.U32(0);  // interface
-  PutStamp(block, time_ns);
-  block.U32(length);
-  block.U32(length);
-  block.Bytes(record);
-  EndBlock();
+  const auto length = static_cast<std::uint32_t>(record_bytes);
+  const std::uint32_t padding = -length % 4;
+  const std::uint32_t block_length = kBlockOverhead + kPacketHeader + length + padding;
+  const auto high = static_cast<std::uint32_t>(time_ns >> 32);
+  const auto low = static_cast<std::uint32_t>(time_ns);
+  std::byte* const record =
+      PutNumbers(Room(block_length), {kEnhancedPacket, block_length, 0, high, low, length, length});
+  std::memset(record + length, 0, padding);
+  PutNumbers(record + length + padding, {block_length});
+  return record;
+}
+
+void LogWriter::Append(std::span<const std::byte> record, double time_s) {
+  std::byte* const at = AppendRoom(record.size(), time_s);
+  if (!record.empty()) std::memcpy(at, record.data(), record.size());
 }
 
 void LogWriter::CountRecord(std::uint64_t time_ns) {
@@ -110,20 +139,20 @@ void LogWriter::CountRecord(std::uint64_t time_ns) {
   start_ns_ = record_count_ == 0 ? time_ns : std::min(start_ns_, time_ns);
   end_ns_ = std::max(end_ns_, time_ns);
   ++record_count_;
-  index_.Add(file_.Position(), static_cast<std::int64_t>(time_ns));
+  index_.Add(Position(), static_cast<std::int64_t>(time_ns));
 }
 
 void LogWriter::Append(const LogPacket& packet) {
   const auto time_ns = static_cast<std::uint64_t>(packet.time_ns);
   CountRecord(time_ns);
-  if (packet.is_native) return file_.Write(packet.block);
+  if (packet.is_native) return Write(packet.block);
   // Behind type and length stand interface and time stamp, which count in another container.
   block_.assign(packet.block.begin(), packet.block.end());
   ByteWriter block(block_);
   block.PatchU32(8, 0);
   block.PatchU32(12, static_cast<std::uint32_t>(time_ns >> 32));
   block.PatchU32(16, static_cast<std::uint32_t>(time_ns));
-  file_.Write(block_);
+  Write(block_);
 }
 
 void LogWriter::WriteStatistics() {
@@ -144,7 +173,7 @@ void LogWriter::WriteStatistics() {
 
 void LogWriter::WriteIndex() {
   if (!index_.IsWorthWriting()) return;
-  const std::uint64_t file_size = file_.Position() + index_.BlockBytes() + kStatisticsBytes;
+  const std::uint64_t file_size = Position() + index_.BlockBytes() + kStatisticsBytes;
   ByteWriter block = BeginBlock(kCustomDropped);
   index_.WriteBody(block, file_size);
   EndBlock();
@@ -153,6 +182,7 @@ void LogWriter::WriteIndex() {
 void LogWriter::Finish() {
   WriteIndex();
   WriteStatistics();
+  Flush();
   StopIfInterrupted();
   file_.Commit();
 }

@@ -26,14 +26,22 @@ struct CodecOf {
   static void Decode(ByteReader value, CTestdataBase& record, std::pmr::memory_resource& arena) {
     DecodeLeadingFields(value, Make(record, arena), arena);
   }
-  static void Encode(const CTestdataBase& record, ByteWriter& out) { EncodeFields(out, *BlockOf<Block>(record)); }
+  static std::size_t Bytes(const CTestdataBase& record) {
+    const Block& block = *BlockOf<Block>(record);
+    return LeadingBytes(block, LeadingFields(block));
+  }
+  static std::byte* Store(const CTestdataBase& record, std::byte* at) {
+    const Block& block = *BlockOf<Block>(record);
+    return StoreLeading(at, block, LeadingFields(block));
+  }
   static void FromJson(const Json& value, const JsonPlace& place, CTestdataBase& record,
                        std::pmr::memory_resource& arena) {
     FieldsFromJson(value, place, Make(record, arena), arena);
   }
   static Json ToJson(const CTestdataBase& record) { return ValueToJson(*BlockOf<Block>(record)); }
 
-  static constexpr BlockCodec kCodec{kRowOf<Block>.tag, kRowOf<Block>.name, Present, Decode, Encode, FromJson, ToJson};
+  static constexpr BlockCodec kCodec{
+      kRowOf<Block>.tag, kRowOf<Block>.name, Present, Decode, Bytes, Store, FromJson, ToJson};
 };
 
 constexpr std::size_t BlocksBelow(std::uint32_t tag) {

@@ -21,8 +21,9 @@ struct BlockCodec {
   bool (*present)(const CTestdataBase& record);
   // Makes the block from its coded value and hangs it into the record. Throws FormatError.
   void (*decode)(ByteReader value, CTestdataBase& record, std::pmr::memory_resource& arena);
-  // Writes the value of a block that is present.
-  void (*encode)(const CTestdataBase& record, ByteWriter& out);
+  // Bytes of the value of a block that is present; writes them, and returns where they end.
+  std::size_t (*encoded_bytes)(const CTestdataBase& record);
+  std::byte* (*store)(const CTestdataBase& record, std::byte* at);
   // The same for JSON objects; from_json throws RecordJsonError.
   void (*from_json)(const nlohmann::ordered_json& value, const JsonPlace& place, CTestdataBase& record,
                     std::pmr::memory_resource& arena);

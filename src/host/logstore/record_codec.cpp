@@ -1,5 +1,6 @@
 #include "host/logstore/record_codec.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 
@@ -18,6 +19,11 @@ constexpr std::uint16_t kTagHeader = 1;
 constexpr std::uint16_t kTagFaults = 2;
 constexpr std::uint8_t kFaultRead = 1;
 constexpr std::uint8_t kFaultDecode = 2;
+constexpr std::size_t kElementHeadBytes = 6;  // tag, length
+
+// A header reaches as far as the time at least, which merging changes in place.
+constexpr std::size_t kLeastHeaderFields = 6;
+static_assert(std::get<kLeastHeaderFields - 1>(kFieldsOf<CTestdataBase>).member == &CTestdataBase::time);
 constexpr std::uint16_t kGreatestTag = std::get<kRecordBlockCount - 1>(kRecordBlocks).tag;
 
 // Tags are byte positions of pointers, four bytes apart.
@@ -58,13 +64,24 @@ void DecodeBlock(const Element& element, CTestdataBase& record, std::pmr::memory
   codec->decode(element.value, record, arena);
 }
 
-void EncodeElement(const BlockCodec& codec, const CTestdataBase& record, ByteWriter& out) {
-  if (!codec.present(record)) return;
-  out.U16(codec.tag);
-  const std::size_t length_at = out.Size();
-  out.U32(0);
-  codec.encode(record, out);
-  out.PatchU32(length_at, static_cast<std::uint32_t>(out.Size() - length_at - sizeof(std::uint32_t)));
+std::byte* StoreElementHead(std::byte* at, std::uint16_t tag, std::uint32_t length_bytes) {
+  return StoreFixed(StoreFixed(at, tag), length_bytes);
+}
+
+// Calls the function with the tags of the record's blocks that need no decoding, or of the others.
+template <bool kNeedNoDecoding, class Function>
+void ForEachPresentBlock(const CTestdataBase& record, Function&& function) {
+  ForEachBlock([&]<class Block>(const RecordBlock<Block>&) {
+    constexpr const RecordBlock<Block>& kRow = kRowOf<Block>;
+    if constexpr (NeedsNoDecoding(kRow.tag) == kNeedNoDecoding) {
+      if (record.*kRow.member != nullptr) function(kRow.tag);
+    }
+  });
+}
+
+std::uint8_t FaultsOf(const CTestdataBase& record) {
+  return static_cast<std::uint8_t>((record.fails_to_read ? kFaultRead : 0) |
+                                   (record.fails_to_decode ? kFaultDecode : 0));
 }
 
 // Moves `in`, which stands in front of a header's fields, to the time of day.
@@ -162,8 +179,7 @@ void ShiftRecordTime(std::span<std::byte> payload, std::uint64_t position_bytes,
     time.seconds += shift_s;
     if (time.seconds >= kEndOfTimes_s)
       throw FormatError(at_bytes, "a time of day beyond " + std::to_string(static_cast<int>(kEndOfTimes_s)) + " s");
-    std::byte* at = payload.data() + (at_bytes - position_bytes);
-    StoreFixed(at, time);
+    StoreFixed(payload.data() + (at_bytes - position_bytes), time);
     return;
   }
   throw FormatError(position_bytes, "a record without header");
@@ -184,32 +200,44 @@ void NumberRecord(std::span<std::byte> payload, std::uint64_t position_bytes, st
   throw FormatError(position_bytes, "a record without header");
 }
 
+RecordEncoder::RecordEncoder(const CTestdataBase& record) : record_(record) {
+  using namespace records;
+  header_fields_ = std::max(LeadingFields(record), kLeastHeaderFields);
+  header_bytes_ = static_cast<std::uint32_t>(LeadingBytes(record, header_fields_));
+  bytes_ = kElementHeadBytes + header_bytes_;
+  if (FaultsOf(record) != 0) bytes_ += kElementHeadBytes + sizeof(std::uint8_t);
+  const auto add = [&](std::uint16_t tag) {
+    const BlockCodec* const codec = FindBlock(tag);
+    blocks_[block_count_] = {codec, static_cast<std::uint32_t>(codec->encoded_bytes(record))};
+    bytes_ += kElementHeadBytes + blocks_[block_count_++].bytes;
+  };
+  ForEachPresentBlock<true>(record, add);
+  ForEachPresentBlock<false>(record, add);
+}
+
+void RecordEncoder::Store(std::byte* at) const {
+  using namespace records;
+  at = StoreElementHead(at, kTagHeader, header_bytes_);
+  at = StoreLeading(at, record_, header_fields_);
+  if (const std::uint8_t faults = FaultsOf(record_); faults != 0)
+    at = StoreFixed(StoreElementHead(at, kTagFaults, sizeof faults), faults);
+  for (std::size_t i = 0; i < block_count_; ++i) {
+    at = StoreElementHead(at, blocks_[i].codec->tag, blocks_[i].bytes);
+    at = blocks_[i].codec->store(record_, at);
+  }
+}
+
 std::vector<std::byte> EncodeRecord(const CTestdataBase& record) {
   std::vector<std::byte> out;
   AppendRecord(record, out);
   return out;
 }
 
-void AppendRecord(const CTestdataBase& record, std::vector<std::byte>& out_bytes) {
-  using namespace records;
-  ByteWriter out(out_bytes);
-  out.U16(kTagHeader);
-  const std::size_t length_at = out.Size();
-  out.U32(0);
-  EncodeFields(out, record);
-  out.PatchU32(length_at, static_cast<std::uint32_t>(out.Size() - length_at - sizeof(std::uint32_t)));
-  if (record.fails_to_read || record.fails_to_decode) {
-    out.U16(kTagFaults);
-    out.U32(1);
-    out.U8(static_cast<std::uint8_t>((record.fails_to_read ? kFaultRead : 0) |
-                                     (record.fails_to_decode ? kFaultDecode : 0)));
-  }
-  for (const BlockCodec& codec : AllBlocks()) {
-    if (NeedsNoDecoding(codec.tag)) EncodeElement(codec, record, out);
-  }
-  for (const BlockCodec& codec : AllBlocks()) {
-    if (!NeedsNoDecoding(codec.tag)) EncodeElement(codec, record, out);
-  }
+void AppendRecord(const CTestdataBase& record, std::vector<std::byte>& out) {
+  const RecordEncoder encoder(record);
+  const std::size_t at = out.size();
+  out.resize(at + encoder.Bytes());
+  encoder.Store(out.data() + at);
 }
 
 }  // namespace loom

@@ -91,19 +91,22 @@ void LoadFixed(const std::byte*& at, T& value) {
   }
 }
 
+// Returns where the value ends.
 template <class T>
-void StoreFixed(std::byte*& at, const T& value) {
+std::byte* StoreFixed(std::byte* at, const T& value) {
   if constexpr (kIsNumber<T>) {
     T stored = value;
     if constexpr (std::endian::native == std::endian::big) stored = detail::SwapBytes(stored);
     std::memcpy(at, &stored, sizeof(T));
-    at += sizeof(T);
+    return at + sizeof(T);
   } else if constexpr (kIsTime<T>) {
-    StoreFixed(at, value.seconds);
+    return StoreFixed(at, value.seconds);
   } else if constexpr (kIsArray<T>) {
-    for (const auto& entry : value) StoreFixed(at, entry);
+    for (const auto& entry : value) at = StoreFixed(at, entry);
+    return at;
   } else {
-    ForEachField<T>([&](const auto& field) { StoreFixed(at, value.*field.member); });
+    ForEachField<T>([&](const auto& field) { at = StoreFixed(at, value.*field.member); });
+    return at;
   }
 }
 
@@ -112,14 +115,6 @@ void LoadRun(const std::byte* at, T& value) {
   if constexpr (kBegin < kEnd) {
     LoadFixed(at, value.*std::get<kBegin>(kFieldsOf<T>).member);
     LoadRun<kBegin + 1, kEnd>(at, value);
-  }
-}
-
-template <std::size_t kBegin, std::size_t kEnd, class T>
-void StoreRun(std::byte* at, const T& value) {
-  if constexpr (kBegin < kEnd) {
-    StoreFixed(at, value.*std::get<kBegin>(kFieldsOf<T>).member);
-    StoreRun<kBegin + 1, kEnd>(at, value);
   }
 }
 

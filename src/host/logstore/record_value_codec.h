@@ -34,50 +34,143 @@ constexpr std::size_t MinEncodedBytes() {
   }
 }
 
+// Bytes that a value takes.
 template <class T>
-void EncodeValue(ByteWriter& out, const T& value);
-
-template <std::size_t kField = 0, class T>
-void EncodeFields(ByteWriter& out, const T& value) {
-  static_assert(std::is_same_v<T, CTestdataBase> || DescribesAllMembers<T>());
-  constexpr std::size_t kEnd = RunEnd<T, kField>();
-  if constexpr (kEnd > kField) {
-    std::array<std::byte, RunBytes<T, kField, kEnd>()> run;
-    StoreRun<kField, kEnd>(run.data(), value);
-    out.Bytes(run);
-    EncodeFields<kEnd>(out, value);
-  } else if constexpr (kField < kFieldCount<T>) {
-    EncodeValue(out, value.*std::get<kField>(kFieldsOf<T>).member);
-    EncodeFields<kField + 1>(out, value);
+std::size_t EncodedBytes(const T& value) {
+  if constexpr (FixedBytes<T>() > 0) {
+    return FixedBytes<T>();
+  } else if constexpr (kIsText<T>) {
+    return sizeof(std::uint32_t) + value.size();
+  } else if constexpr (kIsBytes<T>) {
+    return sizeof(std::uint32_t) + BytesOf(value).size();
+  } else if constexpr (kIsPart<T>) {
+    return sizeof(std::uint8_t) + (value ? EncodedBytes(*value) : 0);
+  } else if constexpr (kIsList<T> || kIsInlineList<T>) {
+    std::size_t bytes = kIsList<T> ? sizeof(std::uint32_t) : sizeof(std::uint8_t);
+    for (const auto& entry : value) bytes += EncodedBytes(entry);
+    return bytes;
+  } else {
+    static_assert(DescribesAllMembers<T>());
+    std::size_t bytes = 0;
+    ForEachField<T>([&](const auto& field) { bytes += EncodedBytes(value.*field.member); });
+    return bytes;
   }
 }
 
+// Whether a value is what a reader takes for one that is not there.
 template <class T>
-void EncodeValue(ByteWriter& out, const T& value) {
-  if constexpr (DescribedRecordPart<T>) static_assert(DescribesAllMembers<T>());
-  if constexpr (FixedBytes<T>() > 0) {
-    std::array<std::byte, FixedBytes<T>()> bytes;
-    std::byte* at = bytes.data();
-    StoreFixed(at, value);
-    out.Bytes(bytes);
-  } else if constexpr (kIsText<T>) {
-    out.U32(static_cast<std::uint32_t>(value.size()));
-    out.Text(value);
-  } else if constexpr (kIsBytes<T>) {
-    out.U32(static_cast<std::uint32_t>(BytesOf(value).size()));
-    out.Bytes(BytesOf(value));
-  } else if constexpr (kIsList<T>) {
-    out.U32(static_cast<std::uint32_t>(value.size()));
-    for (const auto& entry : value) EncodeValue(out, entry);
-  } else if constexpr (kIsInlineList<T>) {
-    out.U8(value.size);
-    for (const auto& entry : value) EncodeValue(out, entry);
+bool IsAbsent(const T& value, const T& absent) {
+  if constexpr (kIsNumber<T>) {
+    return std::memcmp(&value, &absent, sizeof(T)) == 0;
+  } else if constexpr (kIsTime<T>) {
+    return IsAbsent(value.seconds, absent.seconds);
   } else if constexpr (kIsPart<T>) {
-    out.U8(value ? 1 : 0);
-    if (value) EncodeFields(out, *value);
+    return !value && !absent;
+  } else if constexpr (FixedBytes<T>() == 0 && !DescribedRecordPart<T>) {
+    return EncodedBytes(value) == MinEncodedBytes<T>() && EncodedBytes(absent) == MinEncodedBytes<T>();
+  } else if constexpr (kIsArray<T>) {
+    for (std::size_t i = 0; i < value.size(); ++i)
+      if (!IsAbsent(value[i], absent[i])) return false;
+    return true;
   } else {
-    EncodeFields(out, value);
+    bool is_absent = true;
+    ForEachField<T>(
+        [&](const auto& field) { is_absent = is_absent && IsAbsent(value.*field.member, absent.*field.member); });
+    return is_absent;
   }
+}
+
+// The number of fields up to the last one that is not as in `absent`.
+template <std::size_t kEnd, class T>
+std::size_t LeadingFieldsOf(const T& value, const T& absent) {
+  if constexpr (kEnd > 0) {
+    constexpr auto kMember = std::get<kEnd - 1>(kFieldsOf<T>).member;
+    if (IsAbsent(value.*kMember, absent.*kMember)) return LeadingFieldsOf<kEnd - 1>(value, absent);
+  }
+  return kEnd;
+}
+
+// What a reader has to be told of a header or block: the fields behind the last one that is told are absent.
+template <class T>
+std::size_t LeadingFields(const T& value) {
+  static const T kAbsent = [] {
+    if constexpr (std::is_same_v<T, CTestdataBase>)
+      return CTestdataBase(false, 0);
+    else
+      return T{};
+  }();
+  return LeadingFieldsOf<kFieldCount<T>>(value, kAbsent);
+}
+
+// Where a run of fields of known length ends that starts at kField, at least behind kField.
+template <class T, std::size_t kField>
+inline constexpr std::size_t kStepEnd = RunEnd<T, kField>() > kField ? RunEnd<T, kField>() : kField + 1;
+
+// Bytes of the first `count` fields.
+template <std::size_t kField = 0, class T>
+std::size_t LeadingBytes(const T& value, std::size_t count) {
+  static_assert(std::is_same_v<T, CTestdataBase> || DescribesAllMembers<T>());
+  if constexpr (kField < kFieldCount<T>) {
+    if (count <= kField) return 0;
+    constexpr std::size_t kEnd = kStepEnd<T, kField>;
+    if constexpr (kEnd > kField + 1) {
+      if (count >= kEnd) return RunBytes<T, kField, kEnd>() + LeadingBytes<kEnd>(value, count);
+    }
+    return EncodedBytes(value.*std::get<kField>(kFieldsOf<T>).member) + LeadingBytes<kField + 1>(value, count);
+  }
+  return 0;
+}
+
+inline std::byte* StoreBytes(std::byte* at, std::span<const std::byte> bytes) {
+  at = StoreFixed(at, static_cast<std::uint32_t>(bytes.size()));
+  if (!bytes.empty()) std::memcpy(at, bytes.data(), bytes.size());
+  return at + bytes.size();
+}
+
+// Writes the EncodedBytes of a value and returns where they end.
+template <class T>
+std::byte* StoreValue(std::byte* at, const T& value) {
+  if constexpr (FixedBytes<T>() > 0) {
+    if constexpr (DescribedRecordPart<T>) static_assert(DescribesAllMembers<T>());
+    return StoreFixed(at, value);
+  } else if constexpr (kIsText<T>) {
+    return StoreBytes(at, AsBytes(value));
+  } else if constexpr (kIsBytes<T>) {
+    return StoreBytes(at, BytesOf(value));
+  } else if constexpr (kIsPart<T>) {
+    at = StoreFixed(at, static_cast<std::uint8_t>(value ? 1 : 0));
+    return value ? StoreValue(at, *value) : at;
+  } else if constexpr (kIsList<T> || kIsInlineList<T>) {
+    if constexpr (kIsList<T>)
+      at = StoreFixed(at, static_cast<std::uint32_t>(value.size()));
+    else
+      at = StoreFixed(at, value.size);
+    for (const auto& entry : value) at = StoreValue(at, entry);
+    return at;
+  } else {
+    ForEachField<T>([&](const auto& field) { at = StoreValue(at, value.*field.member); });
+    return at;
+  }
+}
+
+template <std::size_t kField, std::size_t kEnd, class T>
+std::byte* StoreFields(std::byte* at, const T& value) {
+  if constexpr (kField < kEnd)
+    return StoreFields<kField + 1, kEnd>(StoreValue(at, value.*std::get<kField>(kFieldsOf<T>).member), value);
+  else
+    return at;
+}
+
+// Writes the first `count` fields: whole runs at once.
+template <std::size_t kField = 0, class T>
+std::byte* StoreLeading(std::byte* at, const T& value, std::size_t count) {
+  if constexpr (kField < kFieldCount<T>) {
+    if (count <= kField) return at;
+    constexpr std::size_t kEnd = kStepEnd<T, kField>;
+    if (count >= kEnd) return StoreLeading<kEnd>(StoreFields<kField, kEnd>(at, value), value, count);
+    return StoreLeading<kField + 1>(StoreFields<kField, kField + 1>(at, value), value, count);
+  }
+  return at;
 }
 
 template <class T>

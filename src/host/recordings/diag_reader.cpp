@@ -12,6 +12,19 @@ namespace {
 constexpr std::size_t kChecksumBytes = 2;
 constexpr std::size_t kBareBufferBytes = 256U << 10;
 
+// Whether an escape stands in the first kPayloadHeadBytes.
+bool HasEscape(const std::byte* at) {
+  constexpr std::uint64_t kOnes = 0x0101010101010101;
+  std::uint64_t found = 0;
+  for (std::size_t i = 0; i < kPayloadHeadBytes; i += sizeof(std::uint64_t)) {
+    std::uint64_t eight;
+    std::memcpy(&eight, at + i, sizeof eight);
+    eight ^= kOnes * static_cast<std::uint64_t>(kEscape);  // a byte becomes 0
+    found |= (eight - kOnes) & ~eight & kOnes << 7;
+  }
+  return found != 0;
+}
+
 }  // namespace
 
 DiagReader::DiagReader(const InputFile& file, RecordingFormat format, std::uint64_t begin_bytes,
@@ -93,20 +106,17 @@ bool DiagReader::NextBare(DiagPacket& packet) {
 }
 
 bool PeekFrame(std::span<const std::byte> frame, DiagPacket& packet) {
-  constexpr std::size_t kHeadBytes = 24;  // wrap and header
-  if (frame.size() < 16 || (frame[0] != std::byte{0x10} && frame[0] != std::byte{0x98})) return false;
-  std::array<std::byte, kHeadBytes> head{};
+  if (frame.empty() || (frame[0] != std::byte{0x10} && frame[0] != std::byte{0x98})) return false;
+  std::size_t length_bytes = 0;
+  if (frame.size() >= kPayloadHeadBytes && !HasEscape(frame.data())) [[likely]]
+    return ReadPayloadHead(frame.first(kPayloadHeadBytes), packet, length_bytes) == PayloadKind::kLogPacket;
+  std::array<std::byte, kPayloadHeadBytes> head;
   std::size_t count = 0;
-  for (std::size_t at = 0; at < frame.size() && count < kHeadBytes; ++at) {
-    const bool is_escape = frame[at] == std::byte{0x7D} && at + 1 < frame.size();
-    head[count++] = is_escape ? frame[++at] ^ std::byte{0x20} : frame[at];
+  for (std::size_t at = 0; at < frame.size() && count < head.size(); ++at) {
+    const bool is_escape = frame[at] == kEscape && at + 1 < frame.size();
+    head[count++] = is_escape ? frame[++at] ^ kEscapedBit : frame[at];
   }
-  std::span<const std::byte> header(head);
-  if (header[0] == std::byte{0x98}) header = header.subspan(8);
-  if (header[0] != std::byte{0x10} || header[2] != header[4] || header[3] != header[5]) return false;
-  std::array<std::byte, kBareHeaderBytes> bare{std::byte{kBareHeaderBytes}};
-  std::copy_n(header.begin() + 6, bare.size() - 2, bare.begin() + 2);
-  return ReadBarePacket(bare, packet);
+  return ReadPayloadHead(std::span(head).first(count), packet, length_bytes) == PayloadKind::kLogPacket;
 }
 
 }  // namespace loom::recordings

@@ -4,13 +4,15 @@
 #include <bit>
 #include <cstring>
 
+#include "platform/byte_reader.h"
+
 namespace loom::recordings {
 namespace {
 
 constexpr std::uint16_t kPolynomial = 0x8408;
 constexpr std::uint16_t kStart = 0xFFFF;
 constexpr std::uint16_t kResidue = 0xF0B8;  // of every payload with its own checksum, before the final xor
-constexpr std::size_t kSlices = 8;
+constexpr std::size_t kSlices = 16;
 
 using Slices = std::array<std::array<std::uint16_t, 256>, kSlices>;
 
@@ -31,18 +33,32 @@ constexpr Slices MakeTables() {
 }
 constexpr Slices kTables = MakeTables();
 
+// What the bytes of a word do to the checksum, `behind` bytes in front of the end of a slice.
+template <class Word>
+std::uint16_t Slice(std::uint16_t crc, const std::byte* at, std::size_t behind) {
+  Word word;
+  std::memcpy(&word, at, sizeof word);
+  if constexpr (std::endian::native == std::endian::big) word = loom::detail::SwapBytes(word);
+  word ^= crc;
+  std::uint16_t sum = 0;
+  for (std::size_t i = 0; i < sizeof word; ++i) sum ^= kTables[behind + sizeof word - 1 - i][word >> 8 * i & 0xFF];
+  return sum;
+}
+
 std::uint16_t Update(std::uint16_t crc, std::span<const std::byte> bytes) {
   const std::byte* at = bytes.data();
   std::size_t left = bytes.size();
-  for (; left >= kSlices; left -= kSlices, at += kSlices) {
-    std::uint64_t eight;
-    std::memcpy(&eight, at, sizeof eight);
-    if constexpr (std::endian::native == std::endian::big) eight = __builtin_bswap64(eight);
-    eight ^= crc;
-    crc = static_cast<std::uint16_t>(kTables[7][eight & 0xFF] ^ kTables[6][eight >> 8 & 0xFF] ^
-                                     kTables[5][eight >> 16 & 0xFF] ^ kTables[4][eight >> 24 & 0xFF] ^
-                                     kTables[3][eight >> 32 & 0xFF] ^ kTables[2][eight >> 40 & 0xFF] ^
-                                     kTables[1][eight >> 48 & 0xFF] ^ kTables[0][eight >> 56]);
+  for (; left >= kSlices; left -= kSlices, at += kSlices)
+    crc = Slice<std::uint64_t>(crc, at, 8) ^ Slice<std::uint64_t>(0, at + 8, 0);
+  if (left >= 8) {
+    crc = Slice<std::uint64_t>(crc, at, 0);
+    left -= 8;
+    at += 8;
+  }
+  if (left >= 4) {
+    crc = Slice<std::uint32_t>(crc, at, 0);
+    left -= 4;
+    at += 4;
   }
   for (; left > 0; --left, ++at)
     crc = static_cast<std::uint16_t>(crc >> 8 ^ kTables[0][(crc ^ static_cast<std::uint8_t>(*at)) & 0xFF]);

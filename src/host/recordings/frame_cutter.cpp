@@ -7,8 +7,6 @@ namespace loom::recordings {
 namespace {
 
 constexpr std::byte kFlag{0x7E};
-constexpr std::byte kEscape{0x7D};
-constexpr std::byte kEscapedBit{0x20};
 
 const std::byte* Find(const std::byte* from, std::size_t count, std::byte byte) {
   if (count == 0) return nullptr;

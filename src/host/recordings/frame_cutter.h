@@ -9,6 +9,9 @@
 
 namespace loom::recordings {
 
+inline constexpr std::byte kEscape{0x7D};
+inline constexpr std::byte kEscapedBit{0x20};
+
 // What stands between two flags (0x7E) of a stream of HDLC frames, escapes and checksum still in it.
 struct CutFrame {
   std::span<const std::byte> bytes;

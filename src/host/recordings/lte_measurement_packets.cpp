@@ -59,9 +59,9 @@ struct ServingLayout {
   std::uint8_t count_at;      // 0: one cell
   std::uint16_t cells_at;
   std::uint16_t cell_bytes;
-  std::span<const Field> head;
+  PacketFields<Levels> head;
   std::uint8_t levels_at;     // in the cell
-  std::span<const Field> levels;
+  PacketFields<Levels> levels;
 };
 constexpr ServingLayout kServingLayouts[] = {
     {4,  2, 0, 2, 0,   kServingHead, 10, kLevels4},
@@ -101,7 +101,7 @@ constexpr Field kInter2[] = {
 
 struct ListLayout {
   std::uint8_t version;
-  std::span<const Field> serving;
+  PacketFields<Levels> serving;
   std::uint16_t neighbour_earfcn_at;  // 0: that of the serving cell
   std::uint16_t count_at;
   std::uint16_t entries_at;
@@ -176,7 +176,7 @@ PacketResult ReadServingPart(const Part& part, const ServingLayout& layout, LteM
 }
 
 // n entries behind each other.
-bool ReadEntries(std::span<const std::byte> bytes, std::span<const Field> fields, std::size_t entry_bytes,
+bool ReadEntries(std::span<const std::byte> bytes, const PacketFields<Levels>& fields, std::size_t entry_bytes,
                  std::size_t count, LteMeasurements& measurements) {
   if (bytes.size() / entry_bytes < count) return false;
   for (std::size_t i = 0; i < count; ++i) {

@@ -42,7 +42,7 @@ constexpr ChannelCodes kCodes26{1, 3, 6, 7, 8, 9, 10, 11};
 
 struct RrcLayout {
   std::uint8_t version;
-  std::span<const RrcField> fields;
+  PacketFields<LteRrcPacket> fields;
   const ChannelCodes& codes;
 };
 constexpr RrcLayout kRrcLayouts[] = {
@@ -91,7 +91,7 @@ constexpr InfoField kCellInfo2[] = {
 
 struct InfoLayout {
   std::uint8_t version;
-  std::span<const InfoField> fields;
+  PacketFields<Info> fields;
 };
 constexpr InfoLayout kMibLayouts[] = {{1, kMib1}, {2, kMib2}};
 constexpr InfoLayout kServingCellLayouts[] = {{2, kServingCell2}, {3, kServingCell3}};
@@ -121,7 +121,7 @@ PacketResult ReadLteRrc(std::span<const std::byte> body, LteRrcPacket& packet) {
   for (const RrcLayout& layout : kRrcLayouts) {
     if (layout.version != static_cast<std::uint8_t>(body[0])) continue;
     if (!ReadFields(body, layout.fields, packet)) return PacketResult::kTooShort;
-    const auto message = body.subspan(BytesOf(layout.fields));
+    const auto message = body.subspan(layout.fields.bytes);
     if (static_cast<std::size_t>(packet.length) > message.size()) return PacketResult::kTooShort;
     packet.message = message.first(static_cast<std::size_t>(packet.length));
     packet.channel = ChannelOf(layout.codes, packet.channel_code);

@@ -32,27 +32,36 @@ struct PacketField {
   std::int32_t Target::*target;
 };
 
-// Bytes of a part that its table needs.
+// The values of a part.
 template <class Target>
-constexpr std::size_t BytesOf(std::span<const PacketField<Target>> fields) {
-  std::size_t bytes = 0;
-  for (const auto& field : fields)
-    if (const std::size_t end = std::size_t{field.word} + field.bytes; end > bytes) bytes = end;
-  return bytes;
-}
+struct PacketFields {
+  template <std::size_t kCount>
+  constexpr PacketFields(const PacketField<Target> (&table)[kCount]) : fields(table) {
+    for (const auto& field : fields)
+      if (const std::size_t end = std::size_t{field.word} + field.bytes; end > bytes) bytes = end;
+  }
+
+  std::span<const PacketField<Target>> fields;
+  std::size_t bytes = 0;  // of the part that they need
+};
 
 inline std::uint32_t WordAt(const std::byte* at, std::size_t bytes) {
-  std::uint32_t word = 0;
-  for (std::size_t i = 0; i < bytes; ++i) word |= static_cast<std::uint32_t>(at[i]) << 8 * i;
-  return word;
+  const auto byte = [at](std::size_t i) { return static_cast<std::uint32_t>(at[i]) << 8 * i; };
+  switch (bytes) {
+    case 1:
+      return byte(0);
+    case 2:
+      return byte(0) | byte(1);
+    default:
+      return byte(0) | byte(1) | byte(2) | byte(3);
+  }
 }
 
 // Reads the values of a table. False, with nothing read, when the part is shorter than the table.
 template <class Target>
-bool ReadFields(std::span<const std::byte> part, std::span<const PacketField<Target>> fields, Target& target) {
-  for (const auto& field : fields)
-    if (std::size_t{field.word} + field.bytes > part.size()) return false;
-  for (const auto& field : fields) {
+bool ReadFields(std::span<const std::byte> part, const PacketFields<Target>& table, Target& target) {
+  if (part.size() < table.bytes) return false;
+  for (const auto& field : table.fields) {
     const std::uint32_t word = WordAt(part.data() + field.word, field.bytes) >> field.first_bit;
     const std::uint32_t raw = field.bits == 32 ? word : word & ((1U << field.bits) - 1);
     target.*field.target = raw == field.scale.invalid ? kNotTold : static_cast<std::int32_t>(raw) + field.scale.added;

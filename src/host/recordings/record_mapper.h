@@ -102,6 +102,10 @@ class RecordMapper {
   PacketPlace place_;
   std::vector<std::int32_t> events_;  // to follow the next record
 
+  // Of the cell at hand, which changes seldom.
+  CellIdentity coded_identity_;
+  std::array<std::uint8_t, 9> identity_bytes_{};
+
   // Blocks that records borrow.
   LteMeasBlock lte_;
   std::array<LteNeighbour, 64> neighbours_;

@@ -100,7 +100,11 @@ std::uint16_t RecordMapper::Earfcn(std::int32_t earfcn) {
 
 void RecordMapper::FillIdentity(const CellIdentity& identity) {
   LteServingCell& serving = *lte_.serving;
-  serving.identity = IdentityBytes(identity);
+  if (identity != coded_identity_) {
+    coded_identity_ = identity;
+    identity_bytes_ = IdentityBytes(identity);
+  }
+  serving.identity = identity_bytes_;
   if (identity.area >= 0 && identity.area < kAbsent16 - 1) serving.ie33346 = static_cast<std::uint16_t>(identity.area);
   if (identity.cell >= 0) serving.ie33345 = identity.cell;
 }

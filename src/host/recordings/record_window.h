@@ -23,7 +23,8 @@ class RecordWindow {
     std::span<std::byte> payload;  // valid until the next call
   };
 
-  void Put(std::int64_t time_ns, std::span<const std::byte> payload);
+  // Room for the payload of a record, which the caller fills before the next call.
+  std::byte* Put(std::int64_t time_ns, std::size_t payload_bytes);
   // The earliest record, when it is not later than `until_ns` or room is needed.
   std::optional<Record> Take(std::int64_t until_ns);
 
@@ -47,11 +48,14 @@ class RecordWindow {
     std::size_t entries = 0;
   };
 
-  Entry Store(std::int64_t time_ns, std::span<const std::byte> payload);
+  Entry Store(std::int64_t time_ns, std::size_t payload_bytes);
   void Release(const Entry& entry);
+  bool HasRun() const { return run_begin_ < run_.size(); }
   bool TakesFromRun() const;
+  void PopRun();
 
-  std::deque<Entry> run_;  // rising
+  std::vector<Entry> run_;  // rising; those in front of run_begin_ are gone
+  std::size_t run_begin_ = 0;
   std::priority_queue<Entry, std::vector<Entry>, std::greater<>> strays_;
   std::deque<Chunk> chunks_;
   std::uint64_t first_chunk_ = 0;  // number of the front one

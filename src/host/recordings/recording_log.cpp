@@ -46,12 +46,15 @@ void RecordingLog::Put(CTestdataBase& record, std::int64_t time_ns, const Packet
     if (const auto fix = track_.At(time_ns)) {
       record.latitude = fix->latitude;
       record.longitude = fix->longitude;
+      has_positions_ = true;
     }
-  payload_.clear();
-  AppendRecord(record, payload_);
+  first_ns_ = std::min(first_ns_, time_ns);
+  last_ns_ = std::max(last_ns_, time_ns);
   if (time_ns < written_until_ns_) findings_.Add(Finding::kLateRecord, *place.file, place.position_bytes, "");
-  window_.Put(time_ns, payload_);
-  ++records_[record.kind];
+  const RecordEncoder encoder(record);
+  encoder.Store(window_.Put(time_ns, encoder.Bytes()));
+  if (counted_ == nullptr || counted_->first != record.kind) counted_ = &*records_.try_emplace(record.kind).first;
+  ++counted_->second;
 }
 
 void RecordingLog::Open(std::int64_t local_ns) {

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "components/records/testdata.h"
@@ -43,6 +44,9 @@ class RecordingLog {
   // False, with no file written, when there is no record.
   bool Finish();
   const std::map<std::int32_t, std::uint64_t>& records() const { return records_; }  // by kind
+  bool HasPositions() const { return has_positions_; }
+  std::int64_t FirstNs() const { return first_ns_; }  // of the records' times
+  std::int64_t LastNs() const { return last_ns_; }
 
  private:
   void Write(const RecordWindow::Record& record);
@@ -54,13 +58,16 @@ class RecordingLog {
   Findings& findings_;
   RecordWindow window_;
   std::unique_ptr<LogWriter> log_;
-  std::vector<std::byte> payload_;
   std::int64_t offset_ns_ = 0;    // local time less UTC
   std::int64_t midnight_ns_ = 0;  // of the day that coded times count from, local
   std::int64_t shift_s_ = 0;      // from there to the day of the log
   std::int64_t written_until_ns_ = INT64_MIN;
   std::int32_t next_id_ = 1;
+  bool has_positions_ = false;
+  std::int64_t first_ns_ = INT64_MAX;
+  std::int64_t last_ns_ = INT64_MIN;
   std::map<std::int32_t, std::uint64_t> records_;
+  std::pair<const std::int32_t, std::uint64_t>* counted_ = nullptr;  // the one that counted last
 };
 
 // Local time less UTC at a moment, by TZ; seconds.

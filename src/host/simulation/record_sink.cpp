@@ -22,9 +22,8 @@ CTestdataBase RecordSink::Start(std::int32_t kind, std::int8_t device, const Mom
 
 void RecordSink::Put(CTestdataBase& record) {
   record.record_id = next_id_++;
-  payload_.clear();
-  AppendRecord(record, payload_);
-  log_.Append(payload_, record.time.seconds);
+  const RecordEncoder encoder(record);
+  encoder.Store(log_.AppendRoom(encoder.Bytes(), record.time.seconds));
 }
 
 }  // namespace loom::simulation

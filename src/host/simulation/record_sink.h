@@ -30,7 +30,6 @@ class RecordSink {
   LogWriter& log_;
   std::int32_t version_;
   std::int32_t next_id_ = 1;
-  std::vector<std::byte> payload_;
 };
 
 }  // namespace loom::simulation
