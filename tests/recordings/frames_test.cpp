@@ -153,6 +153,32 @@ TEST_F(Frames, APartOfTheTimesAndOneOfTheRadios) {
   options_.radio = 2;
   EXPECT_EQ(3U, MakeLog().skipped.at("another radio"));
   EXPECT_EQ((std::vector{2, 4}), Order());
+  options_.to = LocalMomentFromText("2024-05-17 09:29:59");
+  EXPECT_THROW(MakeLog(), Error);
+}
+
+TEST_F(Frames, AFileThatIsNoRecordingIsRefusedWithItsReason) {
+  const struct {
+    std::string_view bytes;
+    const char* reason;
+  } kCases[] = {
+      {"", "is empty"},
+      {"a text\n", "is no recording: neither log packets of a baseband nor a capture"},
+      {"\x1F\x8B\x08 packed", "is packed by gzip: unpack it first"},
+      {"PK\x03\x04 packed", "is packed by zip: unpack it first"},
+  };
+  for (const auto& c : kCases) {
+    options_.files.clear();
+    EXPECT_EQ(c.reason, Make(Builder().Raw(c.bytes)).files.at(0).refusal);
+  }
+  options_.files.clear();
+  Make(Builder().Put(0xB0C0, 0.0, Message(1)));
+  options_.files = {options_.files[0], options_.files[0], options_.out};
+  options_.out = folder_.File("other.log");
+  const RecordingReport report = MakeLogFromRecordings(options_);
+  EXPECT_EQ("", report.files.at(0).refusal);
+  EXPECT_EQ("is given twice", report.files.at(1).refusal);
+  EXPECT_EQ("is a log already", report.files.at(2).refusal);
 }
 
 TEST(RecordWindow, GivesOutByTimeAndHoldsNoMoreThanItsLimit) {

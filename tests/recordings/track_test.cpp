@@ -70,7 +70,19 @@ TEST_F(Tracks, OfNmea) {
   EXPECT_EQ(3U, notes_.Count("track point that is not used"));
 }
 
-TEST_F(Tracks, WhatIsNoTrackIsRefused) { EXPECT_THROW(Longitudes("no track at all"), FileError); }
+TEST_F(Tracks, OfAnotherTimeIsTold) {
+  const auto longitudes = Longitudes(
+      "<gpx><trk><trkseg><trkpt lat='39.5' lon='116'><time>2024-05-17T01:00:00Z</time></trkpt>"
+      "<trkpt lat='39.5' lon='117'><time>2024-05-17T01:00:10Z</time></trkpt></trkseg></trk></gpx>");
+  EXPECT_EQ(std::vector(4, -255.0), longitudes);
+  ASSERT_EQ(1U, notes_.Count("track point that is not used"));
+  EXPECT_EQ("the track ends 1789 s before the first record", notes_.kinds()[0].places.at(0).what);
+}
+
+TEST_F(Tracks, WhatIsNoTrackIsRefused) {
+  EXPECT_THROW(Longitudes("no track at all"), FileError);
+  EXPECT_THROW(Longitudes("<gpx><trk><trkseg><trkpt lat='39.5' lon='116'/></trkseg></trk></gpx>"), FileError);
+}
 
 }  // namespace
 }  // namespace loom::test

@@ -46,6 +46,15 @@ std::int64_t NanosecondsOf(const LocalMoment& moment, const std::optional<std::i
   return SecondsOf(local) * kSecond_ns + moment.since_midnight_ns % kSecond_ns;
 }
 
+std::string WhyNoPositions(const Track& track, const RecordingLog& log) {
+  const auto seconds = [](std::int64_t ns) { return std::to_string(ns / kSecond_ns) + " s"; };
+  if (track.LastNs() < log.FirstNs())
+    return "the track ends " + seconds(log.FirstNs() - track.LastNs()) + " before the first record";
+  if (track.FirstNs() > log.LastNs())
+    return "the track begins " + seconds(track.FirstNs() - log.LastNs()) + " behind the last record";
+  return "no record lies between two fixes";
+}
+
 // One run over the files of the options.
 class LogMaking {
  public:
@@ -58,6 +67,8 @@ class LogMaking {
     RecordingLog log(LogOptions(), track, findings_);
     if (!stretches_.empty()) ReadAll(log);
     report_.is_written = log.Finish();
+    if (report_.is_written && options_.track && !log.HasPositions())
+      findings_.Add(Finding::kTrackPoint, *options_.track, "all", WhyNoPositions(track, log));
     findings_.TellRest();
     report_.packets = findings_.Packets();
     report_.records = log.records();
@@ -74,6 +85,8 @@ class LogMaking {
       const std::int64_t to_ns = NanosecondsOf(*options_.to, options_.utc_offset_s);
       log.until_ns = to_ns - to_ns % kSecond_ns + kSecond_ns;
     }
+    if (log.from_ns && log.until_ns && *log.until_ns <= *log.from_ns)
+      throw Error("the part of the recordings that is asked for ends before it begins");
     return log;
   }
 
@@ -81,9 +94,11 @@ class LogMaking {
   std::string Open(const CString& path) {
     try {
       if (IsSameFile(path, options_.out)) return "is the log that is to be written";
+      for (const RecordingFile& other : report_.files)
+        if (IsSameFile(path, other.path)) return "is given twice";
       auto file = std::make_unique<InputFile>(path);
       const RecordingFormat format = FormatOf(*file);
-      if (format == RecordingFormat::kNone) return "is no recording: neither log packets of a baseband nor a capture";
+      if (format == RecordingFormat::kNone) return WhyNoRecording(*file);
       return format == RecordingFormat::kCapture ? OpenCapture(path) : OpenDiag(std::move(file), format);
     } catch (const FileError& error) {
       return error.reason();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include "host/logstore/pcapng.h"
@@ -72,14 +73,39 @@ bool IsBarePackets(std::span<const std::byte> head, std::uint64_t file_bytes) {
   std::size_t packets = 0;
   for (DiagPacket packet; packets < kSurePackets && at < head.size(); ++packets) {
     if (!ReadBarePacket(head.subspan(at), packet) || packet.code == 0) return false;
-    constexpr std::uint64_t kPartsOfTick = 49'152;
     if (KindOfStamp(packet.stamp) == StampKind::kNoTime || (packet.stamp & 0xFFFF) >= kPartsOfTick) return false;
     at += kBareHeaderBytes + packet.body.size();
   }
   return packets == kSurePackets || (packets > 0 && at == file_bytes);
 }
 
+// Forms that recordings are handed on in.
+struct Packing {
+  std::string_view begin;
+  std::string_view name;
+};
+constexpr Packing kPackings[] = {
+    {"\x1F\x8B", "gzip"},
+    {"PK\x03\x04", "zip"},
+    {"\xFD"
+     "7zXZ",
+     "xz"},
+    {"BZh", "bzip2"},
+    {"7z\xBC\xAF", "7z"},
+    {"\x28\xB5\x2F\xFD", "zstd"},
+};
+
 }  // namespace
+
+std::string WhyNoRecording(const InputFile& file) {
+  if (file.Size() == 0) return "is empty";
+  const auto head = Head(file, kSurePackets * kMostPacketBytes);
+  for (const Packing& packing : kPackings)
+    if (AsText(head).starts_with(packing.begin))
+      return "is packed by " + std::string(packing.name) + ": unpack it first";
+  if (PcapngLinkType(head) == pcapng::kLinkTypeUser0) return "is a log already";
+  return "is no recording: neither log packets of a baseband nor a capture";
+}
 
 RecordingFormat FormatOf(const InputFile& file) {
   const auto head = Head(file, kSurePackets * kMostPacketBytes);

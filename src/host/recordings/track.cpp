@@ -98,9 +98,8 @@ Track ReadTrack(const CString& path, Findings& findings) {
   if (const InputFile file(path); file.Size() > kMostTrackBytes) throw FileError(path, 0, "is too large for a track");
   const std::string bytes = ReadWholeText(path);
   const std::string_view head = std::string_view(bytes).substr(0, 4096);
-  if (head.find("<gpx") != std::string_view::npos || head.find(":gpx") != std::string_view::npos)
-    return Track(ReadGpx(path, bytes, findings));
-  auto fixes = ReadNmea(path, bytes, findings);
+  const bool is_gpx = head.find("<gpx") != std::string_view::npos || head.find(":gpx") != std::string_view::npos;
+  auto fixes = is_gpx ? ReadGpx(path, bytes, findings) : ReadNmea(path, bytes, findings);
   if (fixes.empty()) throw FileError(path, 0, "is no track: neither GPX nor NMEA with times and positions");
   return Track(std::move(fixes));
 }

@@ -21,6 +21,8 @@ class Track {
   explicit Track(std::vector<TrackFix> fixes);
 
   bool IsEmpty() const { return fixes_.empty(); }
+  std::int64_t FirstNs() const { return fixes_.front().time_ns; }  // of a track that is not empty
+  std::int64_t LastNs() const { return fixes_.back().time_ns; }
   // Straight on between two fixes that are at most 60 s apart; nothing elsewhere.
   std::optional<TrackFix> At(std::int64_t time_ns) const;
 
