@@ -1,5 +1,12 @@
-// Runs a target over its corpus and over mutations of it, the same ones every time: replay CORPUS-FOLDER MUTATIONS
+// Runs a target over its corpus and over mutations of it, the same ones every time:
+//   replay CORPUS-FOLDER MUTATIONS [BYTES]
+// With BYTES, what is mutated of a longer input is a piece of that length from any place. An input that takes longer
+// than 30 s is a hang and ends the run.
+#include <unistd.h>
+
 #include <algorithm>
+#include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -25,6 +32,28 @@ std::vector<Bytes> ReadCorpus(const char* folder) {
     corpus.emplace_back(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
   }
   return corpus;
+}
+
+constexpr unsigned kHang_s = 30;
+long g_input = 0;  // its number, the corpus first
+
+extern "C" void TellHang(int) {
+  char text[64];
+  const int length = std::snprintf(text, sizeof text, "input %ld takes longer than %u s\n", g_input, kHang_s);
+  if (write(STDERR_FILENO, text, static_cast<std::size_t>(length)) < 0) _exit(4);
+  _exit(3);
+}
+
+void Run(const Bytes& bytes) {
+  ++g_input;
+  alarm(kHang_s);
+  LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+}
+
+Bytes PieceOf(const Bytes& bytes, std::size_t most, std::mt19937_64& random) {
+  if (bytes.size() <= most) return bytes;
+  const auto from = bytes.begin() + static_cast<std::ptrdiff_t>(random() % (bytes.size() - most + 1));
+  return {from, from + static_cast<std::ptrdiff_t>(most)};
 }
 
 // One to four small damages: a flipped bit, a strange number, a cut, a piece of another input.
@@ -64,8 +93,8 @@ Bytes Mutate(Bytes bytes, const std::vector<Bytes>& corpus, std::mt19937_64& ran
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 3) {
-    std::fprintf(stderr, "usage: %s CORPUS-FOLDER MUTATIONS\n", argv[0]);
+  if (argc != 3 && argc != 4) {
+    std::fprintf(stderr, "usage: %s CORPUS-FOLDER MUTATIONS [BYTES]\n", argv[0]);
     return 2;
   }
   const auto corpus = ReadCorpus(argv[1]);
@@ -73,12 +102,13 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "%s holds no input\n", argv[1]);
     return 1;
   }
-  for (const Bytes& bytes : corpus) LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+  std::signal(SIGALRM, TellHang);
+  for (const Bytes& bytes : corpus) Run(bytes);
   std::mt19937_64 random(1);
   const long mutations = std::atol(argv[2]);
+  const std::size_t most_bytes = argc == 4 ? std::strtoull(argv[3], nullptr, 10) : SIZE_MAX;
   for (long i = 0; i < mutations; ++i) {
-    const Bytes bytes = Mutate(corpus[random() % corpus.size()], corpus, random);
-    LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+    Run(Mutate(PieceOf(corpus[random() % corpus.size()], most_bytes, random), corpus, random));
   }
   std::printf("%zu inputs, %ld mutations\n", corpus.size(), mutations);
   return 0;
