@@ -26,13 +26,12 @@ struct CodecOf {
   static void Decode(ByteReader value, CTestdataBase& record, std::pmr::memory_resource& arena) {
     DecodeLeadingFields(value, Make(record, arena), arena);
   }
-  static std::size_t Bytes(const CTestdataBase& record) {
-    const Block& block = *BlockOf<Block>(record);
-    return LeadingBytes(block, LeadingFields(block));
+  static std::size_t Fields(const CTestdataBase& record) { return LeadingFields(*BlockOf<Block>(record)); }
+  static std::size_t Bytes(const CTestdataBase& record, std::size_t fields) {
+    return LeadingBytes(*BlockOf<Block>(record), fields);
   }
-  static std::byte* Store(const CTestdataBase& record, std::byte* at) {
-    const Block& block = *BlockOf<Block>(record);
-    return StoreLeading(at, block, LeadingFields(block));
+  static std::byte* Store(const CTestdataBase& record, std::size_t fields, std::byte* at) {
+    return StoreLeading(at, *BlockOf<Block>(record), fields);
   }
   static void FromJson(const Json& value, const JsonPlace& place, CTestdataBase& record,
                        std::pmr::memory_resource& arena) {
@@ -41,7 +40,7 @@ struct CodecOf {
   static Json ToJson(const CTestdataBase& record) { return ValueToJson(*BlockOf<Block>(record)); }
 
   static constexpr BlockCodec kCodec{
-      kRowOf<Block>.tag, kRowOf<Block>.name, Present, Decode, Bytes, Store, FromJson, ToJson};
+      kRowOf<Block>.tag, kRowOf<Block>.name, Present, Decode, Fields, Bytes, Store, FromJson, ToJson};
 };
 
 constexpr std::size_t BlocksBelow(std::uint32_t tag) {

@@ -21,9 +21,11 @@ struct BlockCodec {
   bool (*present)(const CTestdataBase& record);
   // Makes the block from its coded value and hangs it into the record. Throws FormatError.
   void (*decode)(ByteReader value, CTestdataBase& record, std::pmr::memory_resource& arena);
-  // Bytes of the value of a block that is present; writes them, and returns where they end.
-  std::size_t (*encoded_bytes)(const CTestdataBase& record);
-  std::byte* (*store)(const CTestdataBase& record, std::byte* at);
+  // Of a block that is present: the number of its fields that are written, their bytes, and their writing, which
+  // returns where they end.
+  std::size_t (*leading_fields)(const CTestdataBase& record);
+  std::size_t (*leading_bytes)(const CTestdataBase& record, std::size_t fields);
+  std::byte* (*store)(const CTestdataBase& record, std::size_t fields, std::byte* at);
   // The same for JSON objects; from_json throws RecordJsonError.
   void (*from_json)(const nlohmann::ordered_json& value, const JsonPlace& place, CTestdataBase& record,
                     std::pmr::memory_resource& arena);

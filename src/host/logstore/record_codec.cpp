@@ -208,7 +208,9 @@ RecordEncoder::RecordEncoder(const CTestdataBase& record) : record_(record) {
   if (FaultsOf(record) != 0) bytes_ += kElementHeadBytes + sizeof(std::uint8_t);
   const auto add = [&](std::uint16_t tag) {
     const BlockCodec* const codec = FindBlock(tag);
-    blocks_[block_count_] = {codec, static_cast<std::uint32_t>(codec->encoded_bytes(record))};
+    const std::size_t fields = codec->leading_fields(record);
+    blocks_[block_count_] = {codec, static_cast<std::uint32_t>(fields),
+                             static_cast<std::uint32_t>(codec->leading_bytes(record, fields))};
     bytes_ += kElementHeadBytes + blocks_[block_count_++].bytes;
   };
   ForEachPresentBlock<true>(record, add);
@@ -223,7 +225,7 @@ void RecordEncoder::Store(std::byte* at) const {
     at = StoreFixed(StoreElementHead(at, kTagFaults, sizeof faults), faults);
   for (std::size_t i = 0; i < block_count_; ++i) {
     at = StoreElementHead(at, blocks_[i].codec->tag, blocks_[i].bytes);
-    at = blocks_[i].codec->store(record_, at);
+    at = blocks_[i].codec->store(record_, blocks_[i].fields, at);
   }
 }
 

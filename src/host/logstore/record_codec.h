@@ -50,6 +50,7 @@ class RecordEncoder {
  private:
   struct Block {
     const records::BlockCodec* codec;
+    std::uint32_t fields;
     std::uint32_t bytes;
   };
 

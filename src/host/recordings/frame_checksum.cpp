@@ -3,6 +3,7 @@
 #include <array>
 #include <bit>
 #include <cstring>
+#include <utility>
 
 #include "platform/byte_reader.h"
 
@@ -40,9 +41,11 @@ std::uint16_t Slice(std::uint16_t crc, const std::byte* at, std::size_t behind) 
   std::memcpy(&word, at, sizeof word);
   if constexpr (std::endian::native == std::endian::big) word = loom::detail::SwapBytes(word);
   word ^= crc;
-  std::uint16_t sum = 0;
-  for (std::size_t i = 0; i < sizeof word; ++i) sum ^= kTables[behind + sizeof word - 1 - i][word >> 8 * i & 0xFF];
-  return sum;
+  return [&]<std::size_t... kByte>(std::index_sequence<kByte...>) {
+    return static_cast<std::uint16_t>(
+        (... ^ kTables[behind + sizeof(Word) - 1 - kByte][static_cast<std::uint8_t>(word >> 8 * kByte)]));
+  }
+  (std::make_index_sequence<sizeof(Word)>());
 }
 
 std::uint16_t Update(std::uint16_t crc, std::span<const std::byte> bytes) {
