@@ -57,7 +57,26 @@ TEST_F(LogCommands, AnImportedLogIsRegisteredWithItsStreams) {
   EXPECT_EQ(path, outcomes_[0].path);
   EXPECT_EQ(kImporterOutdoorLog, outcomes_[0].type);
   EXPECT_EQ(3u, outcomes_[0].logfile->GetStreams().size());
-  EXPECT_EQ(1u, outcomes_[0].skipped.at("unknown kind"));
+}
+
+TEST_F(LogCommands, WhatALogLeavesOutIsToldWhoeverReadsIt) {
+  struct {
+    CString name;
+    LogHeader header;
+    ImporterTypeEnum node;
+  } const cases[] = {{"out.log", Header(160, 1), kImporterOutdoorLog},
+                     {"in.log", Indoor(), kImporterIndoorLog},
+                     {"auto.log", Header(160, 1, LogKind::kAuto), kImporterOutdoorLog},
+                     {"cm.log", Header(160, 1, LogKind::kCmcc), kImporterChinaMobileLog}};
+  for (const auto& [name, header, node] : cases) {
+    user_.PickFiles({WriteLog(name, {HandsetRecord(), RecordBuilder(3)}, header)});
+    EXPECT_EQ(kBatchDone, manager_.ImportLog(node)) << name;
+    EXPECT_EQ((std::map<std::string_view, std::uint64_t>{{"unknown kind", 1}}), outcomes_.back().skipped) << name;
+  }
+  manager_.SetLogListener({});
+  user_.PickFiles({OutdoorLog("unheard.log")});
+  EXPECT_EQ(kBatchDone, manager_.ImportLog(kImporterOutdoorLog));
+  EXPECT_EQ(std::size(cases), outcomes_.size());
 }
 
 TEST_F(LogCommands, ALogGoesUnderItsOwnNodeOnly) {
