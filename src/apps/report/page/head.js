@@ -47,7 +47,7 @@ export class Head {
     const way = Math.max(0, ...streams.map((stream) => stream.length));
     if (way > 0) parts.push(metres(way));
     const rows = streams.reduce((sum, stream) => sum + stream.rows, 0);
-    parts.push(say(streams.length === 1 ? "oneStream" : "streamCount", {n: streams.length}), say("rowCount", {n: number(rows)}));
+    parts.push(say(streams.length === 1 ? "oneStream" : "streamCount", {n: streams.length}), say(rows === 1 ? "oneRow" : "rowCount", {n: number(rows)}));
     return parts;
   }
 

@@ -26,7 +26,7 @@ const kTexts = {
     thinned: "{name}: {kept} of {rows} rows are drawn. The lowest and highest values stay; figures are of all rows.",
     cut: "{name}: the first {kept} of {total} events and messages are listed.",
     uplink: "uplink", downlink: "downlink", channel: "channel", direction: "direction", row: "row", bytes: "bytes", bytesLeftOut: "bytes left out",
-    streamCount: "{n} streams", oneStream: "1 stream", rowCount: "{n} rows", lost: "lost", mended: "mended", told: "told", untimed: "rows without a time, by their order",
+    streamCount: "{n} streams", oneStream: "1 stream", rowCount: "{n} rows", oneRow: "1 row", lost: "lost", mended: "mended", told: "told", untimed: "rows without a time, by their order",
     served_by: "served by", and_more: "and {n} more",
   },
   zh: {
@@ -54,7 +54,7 @@ const kTexts = {
     thinned: "{name}：绘制 {rows} 行中的 {kept} 行，保留最低与最高值；统计基于全部行。",
     cut: "{name}：列出 {total} 个事件和信令中的前 {kept} 个。",
     uplink: "上行", downlink: "下行", channel: "信道", direction: "方向", row: "行", bytes: "字节", bytesLeftOut: "未包含字节",
-    streamCount: "{n} 个数据流", oneStream: "1 个数据流", rowCount: "{n} 行", lost: "丢失", mended: "修正", told: "提示", untimed: "行没有时间，按顺序显示",
+    streamCount: "{n} 个数据流", oneStream: "1 个数据流", rowCount: "{n} 行", oneRow: "1 行", lost: "丢失", mended: "修正", told: "提示", untimed: "行没有时间，按顺序显示",
     served_by: "服务小区", and_more: "以及另外 {n} 个",
   },
 };
