@@ -70,6 +70,7 @@ TEST_F(RowStartTest, TravelStepsChainFromOneValidPositionToTheNext) {
   const auto expected_m = static_cast<float>(CalDistance(116.31, 39.9, 116.30, 39.9));
   EXPECT_EQ(0.0f, step_m(116.30));
   EXPECT_FLOAT_EQ(expected_m, step_m(116.31));
+  EXPECT_NEAR(expected_m, step_m(116.32), 0.01) << "from the last position, not the first";
   EXPECT_EQ(0.0f, step_m(-255.0));
   EXPECT_EQ(0.0f, step_m(116.30)) << "a new chain";
   EXPECT_FLOAT_EQ(expected_m, step_m(116.31));
@@ -219,6 +220,7 @@ TEST_F(NetworkModeTest, AChangeInvalidatesWhatTheNewRowLacks) {
   EXPECT_EQ(-255, Int(*row, 499));
   EXPECT_EQ(-255.0f, Float(*row, 501));
   EXPECT_EQ(3, Int(*row, 142));
+  EXPECT_EQ(1, std::ranges::count(row->GetParamID(), 2381)) << "what the row holds is not invalid as well";
   EXPECT_EQ(kNotThere, Int(*row, 4)) << "texts have no invalid value";
   EXPECT_EQ(0.0f, Float(*row, 2381)) << "the travel chain starts afresh";
   EXPECT_EQ(kInvalidShort, stream_.primary_rscp);

@@ -1,3 +1,4 @@
+#include <array>
 #include <fstream>
 
 #include "conversion/ie_ids.h"
@@ -78,6 +79,7 @@ TEST_F(LogImportTest, ADualModeHandsetIsMergedIntoAThirdStream) {
   EXPECT_EQ(td->GetRowCount() + gsm->GetRowCount(), merged->GetRowCount());
   EXPECT_EQ(1, td->GetPositionFlag());
   EXPECT_EQ("AND", td->GetFilterOperator());
+  EXPECT_EQ(1, merged->GetPositionFlag()) << "one of its sources lacks positions";
   EXPECT_EQ((std::list<CString>{"CallAttempt"}), merged->GetEventNames());
 }
 
@@ -100,6 +102,35 @@ TEST_F(LogImportTest, EventsOfTheLogAndFileMarksReachEveryStreamThatExists) {
   EXPECT_EQ(4, IntOf(*second.at(4), ie::kMessageId));
   EXPECT_EQ((std::list<CString>{"CallAttempt", "FileMark"}),
             FindStream(*logfile, "drive_RV2230_TD(2)")->GetEventNames());
+}
+
+TEST_F(LogImportTest, SamplesOfARecordAreRowsOfItsStream) {
+  const std::array samples{TdSample{.ie5132 = 1}, TdSample{.ie5132 = 2}, TdSample{.ie5132 = 3}};
+  const ILogfile* logfile =
+      Import(importer_, WriteLog("drive.log", {Sample(1).With(TdSamples{.count = 3, .samples = samples}), Sample(2)}));
+  RowMap& rows = *logfile->GetStreams().front()->GetRows();
+  ASSERT_EQ(4u, rows.size());
+  for (const int number : {1, 2, 3}) {
+    EXPECT_EQ(number, IntOf(*rows.at(number), ie::kMessageId));
+    EXPECT_EQ(number, IntOf(*rows.at(number), 5132));
+    EXPECT_EQ(1, IntOf(*rows.at(number), ie::kRecordId));
+  }
+  EXPECT_EQ(2, IntOf(*rows.at(4), ie::kRecordId));
+}
+
+TEST_F(LogImportTest, TheStatisticsOfAScannerEndWithTheRunThatTheLogEndsIn) {
+  const auto scan = [](std::uint8_t cell_parameter_id) {
+    const std::array entries{
+        ScanPccpch{.carrier_hz = 2010800000, .cell_parameter_id = cell_parameter_id, .rscp = -80.0f}};
+    return RecordBuilder(kRecordScanner)
+        .With(ScanBlock{.scan_type = 3, .carriers = ScanCarriers{.pccpch_count = 1, .pccpch = entries}});
+  };
+  const ILogfile* logfile = Import(importer_, WriteLog("drive.log", {scan(1), scan(1), scan(2)}));
+  const auto& runs = logfile->GetStreams().front()->GetStatResult()->PccpchRuns();
+  ASSERT_EQ(2u, runs.size());
+  EXPECT_EQ(2, runs[0].last_row);
+  EXPECT_EQ(3, runs[1].first_row);
+  EXPECT_EQ(1, runs[1].row_count);
 }
 
 TEST_F(LogImportTest, WhatIsSkippedIsCountedByReasonAndNotedWithItsPlace) {

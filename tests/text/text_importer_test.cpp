@@ -107,6 +107,12 @@ TEST_F(TextImporterTest, AnInvalidTimeChangesNoBoundAndIsNoted) {
   EXPECT_EQ("'soon' does not fit seconds", notes_.kinds()[0].places[0].what);
 }
 
+TEST_F(TextImporterTest, ALineThatEndsBeforeItsTimeHasNone) {
+  const ILogfile* log = Import("n,t\n5,100000\n6\n7,100001\n", {{0, "Number"}, {1, "RecordTime"}});
+  EXPECT_EQ(kInvalidDouble, RowOf(log, 2).GetRecordTime());
+  EXPECT_EQ(100001.0, RowOf(log, 3).GetRecordTime());
+}
+
 TEST_F(TextImporterTest, WhatIsStoredOtherThanMeantIsNotedWithItsLine) {
   const ColumnMap columns{{0, "RecordTime"}, {1, "Number"}, {2, "Text"}};
   const struct {

@@ -13,6 +13,7 @@
 #include "tests/support/temp_folder.h"
 #include "text/dialect/converter.h"
 #include "text/dialect/finder.h"
+#include "text/dialect/instant_reader.h"
 #include "text/dialect/layout_reader.h"
 #include "text/dialect/position_cell.h"
 #include "text/dialect/time_cell.h"
@@ -233,6 +234,27 @@ TEST(TimeCells, AreReadInManyLayouts) {
   }
   for (const char* text : {"0-0-0", "00:11:22:33:44:55", "10.0.0.1", "HSPA+", "2021-02-30 10:00:00"})
     EXPECT_FALSE(ParseTimeText(text)) << text;
+}
+
+TEST(TimeCells, MeanTheSameInstantInEveryZoneAndOnEitherClock) {
+  const struct {
+    const char* layout;
+    const char* zone;
+    const char* cell;
+    double seconds;
+  } kCases[] = {{"yyyy-MM-dd HH:mm:ss", "UTC", "2021-05-13 12:58:50", 1620910730},
+                {"yyyy-MM-dd HH:mm:ss", "+08:00", "2021-05-13 20:58:50", 1620910730},
+                {"yyyy-MM-dd'T'HH:mm:ssXXX", "", "2021-05-13T05:28:50-07:30", 1620910730},
+                {"M/d/yyyy, h:mm:ss a", "UTC", "5/13/2021, 12:58:50 PM", 1620910730},
+                {"M/d/yyyy, h:mm:ss a", "UTC", "5/13/2021, 12:58:50 AM", 1620867530},
+                {"M/d/yyyy, h:mm:ss a", "UTC", "5/13/2021, 1:58:50 PM", 1620914330},
+                {"epoch ms", "", "1620910730250", 1620910730.25},
+                {"days since 1899-12-30", "UTC", "44329.5", 1620907200}};
+  for (const auto& [layout, zone, cell, seconds] : kCases) {
+    const auto read = InstantReader({0}, layout, zone, '.').Read({cell});
+    ASSERT_TRUE(read) << cell;
+    EXPECT_EQ(seconds, *read) << layout << ' ' << cell;
+  }
 }
 
 TEST(Degrees, AreReadInManyForms) {
