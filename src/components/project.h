@@ -92,8 +92,8 @@ class CProjectTxtFile {
   const CString& GetTxtPath() const { return path_; }
   void SetSeparate(const CString& separator) { separator_ = separator; }
   const CString& GetSeparate() const { return separator_; }
-  void SetDataFormat(const CString& name) { data_format_ = name; }
-  const CString& GetDataFormat() const { return data_format_; }
+  void SetDataFormat(const CString& name) { time_layout_ = name; }
+  const CString& GetDataFormat() const { return time_layout_; }
   void SetHeadLineIsIgnore(bool ignored) { head_line_ignored_ = ignored; }
   bool GetHeadLineIsIgnore() const { return head_line_ignored_; }
   void SetStreamType(std::int32_t type) { stream_type_ = type; }
@@ -109,7 +109,7 @@ class CProjectTxtFile {
   CString name_;
   CString path_;
   CString separator_;
-  CString data_format_;
+  CString time_layout_;
   bool head_line_ignored_ = false;
   std::int32_t stream_type_ = -255;  // 0 downlink, 1 uplink, 2 scan, -255 = cannot be imported again
   std::map<CString, CProjectStream> streams_;
@@ -123,8 +123,8 @@ class CProject {
  public:
   virtual ~CProject() = default;
 
-  virtual std::int32_t GetIEID(const CString& name) const = 0;       // -255 when unknown
-  virtual CString GetIEName(std::int32_t id) const = 0;              // empty when unknown
+  virtual std::int32_t GetIEID(const CString& name) const = 0;  // -255 when unknown
+  virtual CString GetIEName(std::int32_t id) const = 0;         // empty when unknown
   virtual MemTableFieldTypeEnum GetIEMemType(std::int32_t id) const = 0;
   virtual const CIEEntry* GetIEByName(const CString& name) const = 0;  // null when unknown
   virtual CString GetIEUnitByIEName(const CString& name) const = 0;

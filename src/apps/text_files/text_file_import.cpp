@@ -74,9 +74,9 @@ TextImportSettings SettingsFor(const CString& path, const dialect::Converted& co
   settings.path = path;
   settings.stream_name = Utf8ToGbk(file.wishes.stream_name);
   settings.stream_type = file.wishes.stream_type;
-  settings.data_format = time && !time->has_date ? dialect::kClockLayout : kFreeForm;
+  settings.time_layout = time && !time->has_date ? dialect::kClockLayout : kFreeForm;
   settings.separator = CString(std::string_view(converted.separator));
-  settings.first_line_flag = 1;
+  settings.has_header_line = 1;
   for (const auto& [column, element] : converted.elements) settings.columns[column] = element;
   return settings;
 }

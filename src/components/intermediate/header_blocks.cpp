@@ -93,7 +93,7 @@ std::optional<HostFileFields> ReadFileHeaderBlock(std::span<const std::byte> blo
   HostFileFields fields;
   ByteReader reader = FileReaderAt(block, kFileFieldsAt);
   fields.log_version = reader.I32();
-  fields.handset_type = reader.I32();
+  fields.model_code = reader.I32();
   fields.is_indoor = reader.I32() != 0;
   fields.bounds = ReadBounds(reader);
   return fields;
@@ -121,7 +121,7 @@ void WriteFileHeaderBlock(const HostFileFields& fields, ByteWriter& out) {
   block.At(kFileMarkAt).U32(kHostMark);
   block.At(layout::kVersionAt).U32(layout::kFormatVersion);
   block.At(kFileFieldsAt).I32(fields.log_version);
-  out.I32(fields.handset_type);
+  out.I32(fields.model_code);
   out.I32(fields.is_indoor ? 1 : 0);
   WriteBounds(fields.bounds, out);
   block.At(layout::kFileHeaderAt + layout::kFileHeaderBytes);

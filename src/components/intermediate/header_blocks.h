@@ -18,7 +18,7 @@ namespace loom {
 // What the host keeps in the file header block.
 struct HostFileFields {
   std::int32_t log_version = 0;
-  std::int32_t handset_type = 0;
+  std::int32_t model_code = 0;
   bool is_indoor = false;
   PositionBounds bounds;
 };

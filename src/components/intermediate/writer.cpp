@@ -150,7 +150,7 @@ class Writer {
     ByteWriter& bytes = out.Bytes();
     for (const std::uint8_t byte : layout::kMagic) bytes.U8(byte);
     WriteFileHeaderBlock({.log_version = logfile_.GetVersion(),
-                          .handset_type = logfile_.GetHandsetType(),
+                          .model_code = logfile_.GetHandsetType(),
                           .is_indoor = logfile_.IsIndoor(),
                           .bounds = BoundsOf(logfile_)},
                          bytes);

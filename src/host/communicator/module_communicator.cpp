@@ -70,7 +70,7 @@ void ModuleCommunicator::TakeFileHeader(ILogfile* logfile, std::span<const std::
   const std::optional<HostFileFields> fields = ReadFileHeaderBlock(file_header);
   if (!fields) return;
   logfile->SetVersion(fields->log_version);
-  logfile->SetHandsetType(fields->handset_type);
+  logfile->SetHandsetType(fields->model_code);
   logfile->SetOutdoor(fields->is_indoor ? 0 : 1);
   SetBounds(fields->bounds, *logfile);
   log_has_bounds_ = true;

@@ -56,7 +56,7 @@ void CTextImportWizPage2::OnInitDialog() {
 void CTextImportWizPage2::DoDataExchange(CDataExchange& exchange) {
   exchange.Text(kEditStreamName, settings_.stream_name);
   exchange.ComboIndex(kComboStreamType, settings_.stream_type);
-  exchange.Check(kCheckFirstLineIsNames, settings_.first_line_flag);
+  exchange.Check(kCheckFirstLineIsNames, settings_.has_header_line);
 }
 
 bool CTextImportWizPage2::OnSetActive() {
@@ -116,7 +116,7 @@ void CTextImportWizPage2::OnCustomEdited() {
 void CTextImportWizPage2::TakeFormat() {
   const int chosen = GetDlgItem<CComboBox>(kComboTimeFormat).GetCurSel();
   const bool is_listed = chosen >= 0 && chosen < static_cast<int>(kTimeLayouts.size());
-  settings_.data_format = kTimeLayouts[is_listed ? static_cast<std::size_t>(chosen) : 0].name;
+  settings_.time_layout = kTimeLayouts[is_listed ? static_cast<std::size_t>(chosen) : 0].name;
 }
 
 bool CTextImportWizPage2::OnKillActive() {

@@ -26,7 +26,7 @@ CProjectTxtFile ConfigOf(const TextImportSettings& settings) {
 }  // namespace
 
 TextImportSettings::TextImportSettings() {
-  data_format = kTimeLayouts[0].name;
+  time_layout = kTimeLayouts[0].name;
   separator = "\t";
 }
 

@@ -107,13 +107,13 @@ int CTextImporter::ImportFile(Run& run) {
 
 int CTextImporter::ReadLines(Run& run, TextLines& lines) {
   RowNotes notes(run.path);
-  TextRowBuilder builder(Columns(), settings_.separator, settings_.data_format, notes);
+  TextRowBuilder builder(Columns(), settings_.separator, settings_.time_layout, notes);
   RowMap& rows = *run.stream->GetRows();
   RowMap& key_rows = *run.stream->GetKeyRows();
   CMemDataRow row;
   std::string_view line;
   std::uint64_t line_number = 0;
-  if (settings_.first_line_flag != 0 && lines.Next(line)) {
+  if (settings_.has_header_line != 0 && lines.Next(line)) {
     notes.SetLine(++line_number);
     NoteByteOrderMark(run.path, line);
     builder.ReadTitles(line);
@@ -247,7 +247,7 @@ CMemDataRow* CTextImporter::BuildRow(CString line, int row_number, double* minim
   RowNotes notes{CString()};
   ValueRange time_s{*maximum_time_s, *minimum_time_s};
   auto row = std::make_unique<CMemDataRow>();
-  TextRowBuilder(Columns(), settings_.separator, settings_.data_format, notes).Fill(*row, line, row_number, time_s);
+  TextRowBuilder(Columns(), settings_.separator, settings_.time_layout, notes).Fill(*row, line, row_number, time_s);
   *minimum_time_s = time_s.minimum;
   *maximum_time_s = time_s.maximum;
   return row.release();

@@ -28,9 +28,9 @@ class CTextImporter : public CImporter {
   void SetSettings(TextStreamSettings settings) { settings_ = std::move(settings); }
   // The settings one by one.
   virtual void SetSpareText(const CString& text) { settings_.spare_text = text; }
-  virtual void SetDataFormat(const CString& name) { settings_.data_format = name; }
+  virtual void SetDataFormat(const CString& name) { settings_.time_layout = name; }
   virtual void SetSeparate(const CString& separator) { settings_.separator = separator; }
-  virtual void SetHeadLineIsIgnore(std::int32_t ignored) { settings_.first_line_flag = ignored; }
+  virtual void SetHeadLineIsIgnore(std::int32_t ignored) { settings_.has_header_line = ignored; }
   virtual void SetColumnMapIE(ColumnMap map) { settings_.columns = std::move(map); }
   virtual void SetStreamFullName(const CString& name) { settings_.stream_full_name = name; }
   virtual void SetStreamName(const CString& name) { settings_.stream_name = name; }

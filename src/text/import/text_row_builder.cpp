@@ -52,13 +52,13 @@ std::string TimeText(double seconds) {
 
 }  // namespace
 
-TextRowBuilder::TextRowBuilder(std::vector<TextColumn> columns, const CString& separator, const CString& data_format,
+TextRowBuilder::TextRowBuilder(std::vector<TextColumn> columns, const CString& separator, const CString& time_layout,
                                RowNotes& notes)
     : columns_(std::move(columns)),
       is_regular_(!HasRepeatedFields(columns_)),
       splitter_(separator),
-      time_(data_format),
-      data_format_(data_format),
+      time_(time_layout),
+      time_layout_(time_layout),
       notes_(notes) {
   line_end_ = Trimmed(splitter_.Separator());
   if (!columns_.empty()) most_cells_ = columns_.back().number + 1;
@@ -215,12 +215,12 @@ void TextRowBuilder::SetTime(CMemDataRow& row, std::string_view cell, ValueRange
 
 void TextRowBuilder::NoteTime(std::string_view cell, double seconds) {
   if (seconds == kInvalidDouble) {
-    notes_.Add(RowFlaw::kTime, [&] { return QuotedCell(cell) + " does not fit " + GbkToUtf8(data_format_); });
+    notes_.Add(RowFlaw::kTime, [&] { return QuotedCell(cell) + " does not fit " + GbkToUtf8(time_layout_); });
     return;
   }
   const RowFlaw flaw = IsQuoted(cell) ? RowFlaw::kQuoted : FlawOf(time_.Flaw());
   notes_.Add(flaw,
-             [&] { return QuotedCell(cell) + " in " + GbkToUtf8(data_format_) + ", read as " + TimeText(seconds); });
+             [&] { return QuotedCell(cell) + " in " + GbkToUtf8(time_layout_) + ", read as " + TimeText(seconds); });
 }
 
 bool TextRowBuilder::TruthOf(const TextColumn& column, std::string_view cell) {

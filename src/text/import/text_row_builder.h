@@ -26,7 +26,7 @@ struct TextColumn {
 class TextRowBuilder {
  public:
   // Columns in ascending order. `notes` outlives the builder.
-  TextRowBuilder(std::vector<TextColumn> columns, const CString& separator, const CString& data_format,
+  TextRowBuilder(std::vector<TextColumn> columns, const CString& separator, const CString& time_layout,
                  RowNotes& notes);
 
   // The line of titles, when the file has one: no other line should have more cells.
@@ -58,7 +58,7 @@ class TextRowBuilder {
   bool is_regular_ = true;      // no information element is there twice: fields and their ids run in step
   LineSplitter splitter_;
   TimeTextConverter time_;
-  CString data_format_;
+  CString time_layout_;
   RowNotes& notes_;
   std::string_view line_end_;            // what the separator leaves at the end of a line
   std::vector<std::string_view> cells_;  // of the newest line; those of columns trimmed

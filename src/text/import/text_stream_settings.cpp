@@ -8,15 +8,15 @@ namespace loom {
 void TextStreamSettings::PutInto(CProjectTxtFile& record) const {
   record.SetColumnMapIE(columns);
   record.SetSeparate(separator);
-  record.SetDataFormat(data_format);
-  record.SetHeadLineIsIgnore(first_line_flag != 0);
+  record.SetDataFormat(time_layout);
+  record.SetHeadLineIsIgnore(has_header_line != 0);
 }
 
 void TextStreamSettings::TakeFrom(const CProjectTxtFile& record) {
   columns = record.GetColumnMapIE();
   separator = record.GetSeparate();
-  data_format = record.GetDataFormat();
-  first_line_flag = record.GetHeadLineIsIgnore() ? 1 : 0;
+  time_layout = record.GetDataFormat();
+  has_header_line = record.GetHeadLineIsIgnore() ? 1 : 0;
 }
 
 std::int32_t StreamKindOf(std::int32_t text_stream_type) {

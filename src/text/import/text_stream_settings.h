@@ -14,9 +14,9 @@ struct TextStreamSettings {
   CString stream_full_name;  // title of the file, underscore, stream name
   CString stream_name;
   CString spare_text;  // not read by the import
-  CString data_format;
+  CString time_layout;
   CString separator;
-  std::int32_t first_line_flag = 1;  // nonzero: the first line holds names
+  std::int32_t has_header_line = 1;  // nonzero: the first line holds names
   ColumnMap columns;
   std::int32_t stream_type = 0;  // 0 downlink, 1 uplink, 2 scan
 
