@@ -39,10 +39,7 @@ std::unique_ptr<CMemDataRow> CLTEConverter::StartLteRow(const CTestdataBase& rec
 }
 
 void CLTEConverter::WriteLTEHeader(const CTestdataBase& record) {
-  writer_.Put(6, std::int32_t{record.ie6});
-  if (record.ie7 > 0) writer_.Put(7, record.ie7);
-  if (record.model_code != 0) writer_.Put(ie::kModelCode, std::int32_t{static_cast<std::uint16_t>(record.model_code)});
-  writer_.Put(ie::kRecordKind, record.kind);
+  WriteRecordNumbersFrom6(record);
   writer_.Put(ie::kNetworkMode, record.network_mode);
 }
 

@@ -134,6 +134,10 @@ std::unique_ptr<CMemDataRow> CRecordConverter::StartRow(const RowStart& start, c
 
 void CRecordConverter::WriteRecordNumbers(const CTestdataBase& record) {
   writer_.Put(5, std::int32_t{record.ie5});
+  WriteRecordNumbersFrom6(record);
+}
+
+void CRecordConverter::WriteRecordNumbersFrom6(const CTestdataBase& record) {
   writer_.Put(6, std::int32_t{record.ie6});
   if (record.ie7 > 0) writer_.Put(7, record.ie7);
   if (record.model_code != 0) writer_.Put(ie::kModelCode, std::int32_t{static_cast<std::uint16_t>(record.model_code)});

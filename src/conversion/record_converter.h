@@ -80,6 +80,7 @@ class CRecordConverter {
   void WriteRecordHeader(const CTestdataBase& record);
   // IEs 5 to 9, in all handset rows.
   void WriteRecordNumbers(const CTestdataBase& record);
+  void WriteRecordNumbersFrom6(const CTestdataBase& record);
 
   // A change of network mode makes the old mode's values invalid: Begin... before the row is started keeps what the
   // stream has so far, Invalidate... when it is filled writes invalid values for what of that the row lacks.

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "components/stream_manager.h"
+#include "host/streams/bounded.h"
 #include "platform/bulk_memory.h"
 
 namespace loom {
@@ -14,7 +15,7 @@ namespace loom {
 // A stream with its rows in memory. The nodes of both row collections, the rows and all that rows hold come from the
 // stream's own memory resource and go with it in one release: no row is destroyed one by one. Rows must therefore take
 // all of their memory from that resource, as StoreRow makes them do.
-class DataStream final : public IDataStream {
+class DataStream final : public Bounded<IDataStream> {
  public:
   DataStream(const CString& name, std::int32_t stream_type);
   DataStream(const DataStream&) = delete;
@@ -41,14 +42,6 @@ class DataStream final : public IDataStream {
   void SetEarliestTime(double time_s) override { earliest_time_s_ = time_s; }
   double GetLatestTime() const override { return latest_time_s_; }
   void SetLatestTime(double time_s) override { latest_time_s_ = time_s; }
-  double GetLongitudeMaximum() const override { return longitude_maximum_; }
-  void SetLongitudeMaximum(double degrees) override { longitude_maximum_ = degrees; }
-  double GetLongitudeMinimum() const override { return longitude_minimum_; }
-  void SetLongitudeMinimum(double degrees) override { longitude_minimum_ = degrees; }
-  double GetLatitudeMaximum() const override { return latitude_maximum_; }
-  void SetLatitudeMaximum(double degrees) override { latitude_maximum_ = degrees; }
-  double GetLatitudeMinimum() const override { return latitude_minimum_; }
-  void SetLatitudeMinimum(double degrees) override { latitude_minimum_ = degrees; }
   std::int32_t GetRowCount() const override { return row_count_; }
   void SetRowCount(std::int32_t count) override { row_count_ = count; }
   CString GetProtocol() const override { return protocol_; }
@@ -85,10 +78,6 @@ class DataStream final : public IDataStream {
   CStatResult statistics_;
   double earliest_time_s_ = kInvalidDouble;
   double latest_time_s_ = kInvalidDouble;
-  double longitude_maximum_ = kInvalidDouble;
-  double longitude_minimum_ = kInvalidDouble;
-  double latitude_maximum_ = kInvalidDouble;
-  double latitude_minimum_ = kInvalidDouble;
   std::int32_t stream_type_;
   std::int32_t stream_class_ = kStreamClassNone;
   std::int32_t device_number_ = 0;
