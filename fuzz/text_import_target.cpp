@@ -11,6 +11,7 @@
 #include "fuzz/memory_file.h"
 #include "fuzz/target.h"
 #include "host/application.h"
+#include "platform/characters.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
 #include "platform/notes.h"
@@ -97,7 +98,7 @@ std::int32_t CountLines(const CString& path, const LineSplitter& splitter) {
     for (std::size_t at = 0; at < cells.size(); ++at) {
       if (expected[at].view() != cells[at]) std::abort();
       CString trimmed = expected[at];
-      if (trimmed.Trim().view() != TrimmedCell(cells[at])) std::abort();
+      if (trimmed.Trim().view() != Trimmed(cells[at])) std::abort();
     }
   }
   if (lines.Position() != lines.FileSize()) std::abort();
