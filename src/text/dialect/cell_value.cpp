@@ -114,7 +114,9 @@ std::string Lower(std::string_view text) {
 }
 
 bool IsNullWord(std::string_view cell) {
-  return !cell.empty() && cell.size() <= 6 && std::ranges::find(kNullWords, cell) != kNullWords.end();
+  constexpr std::string_view kFirstOfAny = "-Nn#\\?*(<.";
+  if (cell.empty() || cell.size() > 6 || kFirstOfAny.find(cell.front()) == std::string_view::npos) return false;
+  return std::ranges::find(kNullWords, cell) != kNullWords.end();
 }
 
 std::string_view UnitName(std::string_view unit) {
@@ -122,51 +124,96 @@ std::string_view UnitName(std::string_view unit) {
   return found != kUnits.end() ? found->second : std::string_view();
 }
 
-std::optional<NumberCell> ParseNumber(std::string_view cell, char decimal) {
-  NumberCell number;
-  std::size_t at = 0;
-  if (at < cell.size() && (cell[at] == '-' || cell[at] == '+')) ++at;
-  const std::size_t digits_at = at;
+namespace {
+
+constexpr std::size_t kExactDigits = 15;  // so many make a whole number that a double holds
+constexpr auto kTenTo =
+    std::to_array<double>({1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15});
+
+// The number at the start of a cell.
+struct NumberScan {
+  std::size_t end = 0;
+  std::size_t digits = 0;
+  std::size_t decimals = 0;
+  char mark = 0;
+  bool has_exponent = false;
+};
+
+void PassExponent(std::string_view cell, NumberScan& scan) {
+  if (scan.end + 1 >= cell.size() || (cell[scan.end] | 0x20) != 'e') return;
+  std::size_t exponent = scan.end + 1;
+  if (cell[exponent] == '-' || cell[exponent] == '+') ++exponent;
+  const std::size_t start = exponent;
+  while (exponent < cell.size() && IsDigit(cell[exponent])) ++exponent;
+  if (exponent == start || exponent - start > 3) return;
+  scan.end = exponent;
+  scan.has_exponent = true;
+}
+
+NumberScan ScanNumber(std::string_view cell, char decimal) {
+  NumberScan scan;
+  std::size_t at = !cell.empty() && (cell[0] == '-' || cell[0] == '+') ? 1 : 0;
+  const std::size_t start = at;
   while (at < cell.size() && IsDigit(cell[at])) ++at;
-  std::size_t digits = at - digits_at;
-  number.is_integer = true;
-  char text[48];
-
+  scan.digits = at - start;
   if (at < cell.size() && (cell[at] == '.' || (cell[at] == ',' && decimal == ','))) {
-    const std::size_t mark = at++;
+    scan.mark = cell[at++];
+    const std::size_t first = at;
     while (at < cell.size() && IsDigit(cell[at])) ++at;
-    digits += at - mark - 1;
-    number.is_integer = false;
-    number.has_comma = cell[mark] == ',';
+    scan.decimals = at - first;
+    scan.digits += scan.decimals;
   }
-  if (digits == 0) return std::nullopt;
-  if (at + 1 < cell.size() && (cell[at] == 'e' || cell[at] == 'E')) {
-    std::size_t exponent = at + 1;
-    if (cell[exponent] == '-' || cell[exponent] == '+') ++exponent;
-    const std::size_t start = exponent;
-    while (exponent < cell.size() && IsDigit(cell[exponent])) ++exponent;
-    if (exponent > start && exponent - start <= 3) {
-      at = exponent;
-      number.is_integer = false;
-    }
-  }
-  const std::size_t number_end = at;
-  if (at < cell.size()) {
-    const bool has_blank = cell[at] == ' ';
-    const std::string_view rest = Trimmed(cell.substr(at));
-    if (rest.empty() || UnitName(rest).empty() || (NeedsBlank(rest) && !has_blank)) return std::nullopt;
-    number.unit = rest;
-  }
-  const char* from = cell.data() + (cell[0] == '+' ? 1 : 0);
-  const char* to = cell.data() + number_end;
-  if (number.has_comma && number_end < sizeof(text)) {
-    std::memcpy(text, cell.data(), number_end);
-    *static_cast<char*>(std::memchr(text, ',', number_end)) = '.';
-    from = text + (cell[0] == '+' ? 1 : 0);
-    to = text + number_end;
-  }
+  scan.end = at;
+  if (scan.digits > 0) PassExponent(cell, scan);
+  return scan;
+}
 
-  std::from_chars(from, to, number.value);
+bool TakeForm(std::string_view cell, const NumberScan& scan, NumberForm& form) {
+  if (scan.digits == 0) return false;
+  form.is_integer = scan.mark == 0 && !scan.has_exponent;
+  form.has_comma = scan.mark == ',';
+  form.decimals = scan.decimals;
+  if (scan.end >= cell.size()) return true;
+  const std::string_view rest = Trimmed(cell.substr(scan.end));
+  if (rest.empty() || UnitName(rest).empty() || (NeedsBlank(rest) && cell[scan.end] != ' ')) return false;
+  form.unit = rest;
+  return true;
+}
+
+double ValueOf(std::string_view cell, const NumberScan& scan) {
+  std::string_view number = cell.substr(0, scan.end);
+  if (scan.digits <= kExactDigits && !scan.has_exponent) {
+    std::uint64_t mantissa = 0;
+    for (const char c : number) {
+      if (IsDigit(c)) mantissa = mantissa * 10 + static_cast<std::uint64_t>(c - '0');
+    }
+    const double value = static_cast<double>(mantissa) / kTenTo[scan.decimals];
+    return cell[0] == '-' ? -value : value;
+  }
+  char text[48];
+  if (scan.mark == ',' && number.size() < sizeof(text)) {
+    std::ranges::copy(number, text);
+    *static_cast<char*>(std::memchr(text, ',', number.size())) = '.';
+    number = std::string_view(text, number.size());
+  }
+  if (number[0] == '+') number.remove_prefix(1);
+  double value = 0;
+  std::from_chars(number.data(), number.data() + number.size(), value);
+  return value;
+}
+
+}  // namespace
+
+std::optional<NumberForm> FormOfNumber(std::string_view cell, char decimal) {
+  NumberForm form;
+  return TakeForm(cell, ScanNumber(cell, decimal), form) ? std::optional(form) : std::nullopt;
+}
+
+std::optional<NumberCell> ParseNumber(std::string_view cell, char decimal) {
+  const NumberScan scan = ScanNumber(cell, decimal);
+  NumberCell number;
+  if (!TakeForm(cell, scan, number)) return std::nullopt;
+  number.value = ValueOf(cell, scan);
   return number;
 }
 

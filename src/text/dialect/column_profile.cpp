@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "text/dialect/cell_value.h"
-
 namespace loom::dialect {
 namespace {
 
@@ -20,26 +18,37 @@ bool MayBeTime(std::string_view text) {
   return digits >= 3 && digits * 4 >= static_cast<int>(text.size());
 }
 
+bool MayBeNumber(std::string_view text) {
+  const char c = text.front();
+  return IsDigit(c) || c == '-' || c == '+' || c == '.' || c == ',';
+}
+
 }  // namespace
 
 void ColumnProfile::Add(std::string_view cell, char decimal, std::uint64_t line) {
   const std::string_view text = Trimmed(cell);
-  if (text.empty()) {
-    ++empty_;
-    return;
+  if (text.empty() || (given_nulls_ != nullptr && IsGivenNull(text))) return AddNothing(text);
+  if (MayBeNumber(text)) {
+    if (const auto number = ParseNumber(text, decimal)) {
+      AddValue(text, *number);
+      return AddNumber(*number);
+    }
   }
-  const char c = text.front();
-  const bool may_be_number = IsDigit(c) || c == '-' || c == '+' || c == '.' || c == ',';
-  if (may_be_number) {
-    if (const auto number = ParseNumber(text, decimal))
-      return AddNumber(text, number->value, number->is_integer, number->has_comma, number->unit);
+  AddOther(text, line);
+}
+
+void ColumnProfile::Count(std::string_view cell, char decimal, std::uint64_t line) {
+  const std::string_view text = Trimmed(cell);
+  if (text.empty() || (given_nulls_ != nullptr && IsGivenNull(text))) return AddNothing(text);
+  if (MayBeNumber(text)) {
+    if (const auto form = FormOfNumber(text, decimal)) return AddNumber(*form);
   }
-  if (IsNullWord(text)) {
-    ++nulls_;
-    if (null_words_.size() < kNullWordsKept && std::ranges::find(null_words_, text) == null_words_.end())
-      null_words_.emplace_back(text);
-    return;
-  }
+  AddOther(text, line);
+}
+
+// No number.
+void ColumnProfile::AddOther(std::string_view text, std::uint64_t line) {
+  if (given_nulls_ == nullptr && IsNullWord(text)) return AddNothing(text);
   if (MayBeTime(text)) {
     if (const auto time = ParseTimeText(text)) return AddTime(*time);
   }
@@ -47,9 +56,19 @@ void ColumnProfile::Add(std::string_view cell, char decimal, std::uint64_t line)
   if (text_places_.size() < kTextPlacesKept) text_places_.push_back({line, -1, std::string(text.substr(0, 80))});
 }
 
-void ColumnProfile::AddNumber(std::string_view text, double value, bool is_integer, bool has_comma,
-                              std::string_view unit) {
-  if (is_integer && unit.empty()) {
+bool ColumnProfile::IsGivenNull(std::string_view text) const {
+  return std::ranges::find(*given_nulls_, text) != given_nulls_->end();
+}
+
+void ColumnProfile::AddNothing(std::string_view text) {
+  ++(text.empty() ? empty_ : nulls_);
+  if (text.empty() || null_words_.size() >= kNullWordsKept) return;
+  if (std::ranges::find(null_words_, text) == null_words_.end()) null_words_.emplace_back(text);
+}
+
+void ColumnProfile::AddValue(std::string_view text, const NumberCell& number) {
+  const double value = number.value;
+  if (number.is_integer && number.unit.empty()) {
     const std::size_t digits = text.size() - (text.front() == '-' || text.front() == '+' ? 1 : 0);
     shortest_ = std::min(shortest_, digits);
     longest_ = std::max(longest_, digits);
@@ -62,18 +81,20 @@ void ColumnProfile::AddNumber(std::string_view text, double value, bool is_integ
     if (value < last_) never_falls_ = false;
   }
   last_ = value;
-  ++(is_integer ? integers_ : numbers_);
-  if (!is_integer) {
-    ++(has_comma ? commas_ : points_);
-    const auto mark = text.find(has_comma ? ',' : '.');
-    if (mark != std::string_view::npos && text.size() - mark > 3) ++long_fractions_;
-  }
-  if (unit.empty()) return;
+  if (number.is_integer) return;
+  ++(number.has_comma ? commas_ : points_);
+  if (number.decimals >= 3) ++long_fractions_;
+  if (number.decimals != 3) ++other_than_thousands_;
+}
+
+void ColumnProfile::AddNumber(const NumberForm& number) {
+  ++(number.is_integer ? integers_ : numbers_);
+  if (number.unit.empty()) return;
   ++with_unit_;
   if (raw_unit_.empty()) {
-    raw_unit_ = unit;
-    unit_ = UnitName(unit);
-  } else if (unit != raw_unit_ && UnitName(unit) != unit_) {
+    raw_unit_ = number.unit;
+    unit_ = UnitName(number.unit);
+  } else if (number.unit != raw_unit_ && UnitName(number.unit) != unit_) {
     ++other_units_;
   }
 }

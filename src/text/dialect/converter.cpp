@@ -10,63 +10,12 @@
 #include "text/dialect/cell_value.h"
 #include "text/dialect/degree_reader.h"
 #include "text/dialect/instant_reader.h"
-#include "text/dialect/table_reader.h"
+#include "text/dialect/table_output.h"
 
 namespace loom::dialect {
 namespace {
 
-constexpr std::size_t kOutputBytes = std::size_t{1} << 20;
 constexpr std::string_view kImportSeparators = "\t|;^~`#@\x01\x02\x03\x04\x05\x06\x0E\x0F";
-
-// Text that goes out in blocks.
-class Output {
- public:
-  explicit Output(const CString& path) : file_(path) { text_.reserve(kOutputBytes + 4096); }
-  std::string& text() { return text_; }
-  void EndLine(std::string_view end) {
-    text_ += end;
-    if (text_.size() >= kOutputBytes) Flush();
-  }
-  void Flush() {
-    file_.Write(text_);
-    text_.clear();
-  }
-  void Finish() {
-    Flush();
-    file_.Commit();
-  }
-
- private:
-  AtomicFile file_;
-  std::string text_;
-};
-
-// Characters that a cell of RFC 4180 cannot have outside of quotes.
-constexpr auto kNeedsQuotes = [] {
-  std::array<bool, 256> needs{};
-  for (const char c : {',', '"', '\n', '\r'}) needs[static_cast<unsigned char>(c)] = true;
-  return needs;
-}();
-
-void AppendCsvCell(std::string& out, std::string_view cell) {
-  const bool needs = std::ranges::any_of(cell, [](char c) { return kNeedsQuotes[static_cast<unsigned char>(c)]; });
-  if (!needs) {
-    out += cell;
-    return;
-  }
-  out += '"';
-  for (const char c : cell) {
-    if (c == '"') out += '"';
-    out += c;
-  }
-  out += '"';
-}
-
-TableReader OpenTable(const InputFile& file, const Findings& found) {
-  Form form = found.form;
-  if (form.quote == 0) form.quote = '"';  // none was found: they are characters like others, as when it was inspected
-  return {std::make_unique<FileSource>(file, form.encoding), form, found.columns.size()};
-}
 
 struct ColumnPlan {
   std::size_t column = 0;
@@ -136,7 +85,7 @@ class ImportWriter {
     }
     for (auto* const reader : {longitude_ ? &*longitude_ : nullptr, latitude_ ? &*latitude_ : nullptr}) {
       if (reader == nullptr) continue;
-      if (const auto degrees = reader->Read(cells)) AppendNumber(out, *degrees);
+      AppendDegrees(out, *reader, cells);
       out += separator_;
     }
     for (const ColumnPlan& plan : plans_) {
@@ -178,13 +127,29 @@ class ImportWriter {
         plan.offset = one.offset;
         is_element_[at] = true;
       }
-      plan.converts = plan.factor != 1 || plan.offset != 0 || plan.is_whole;
+      plan.converts = plan.factor != 1 || plan.offset != 0;
       plans_.push_back(plan);
     }
   }
 
+  bool IsGivenNothing(std::size_t column, const std::vector<std::string_view>& cells) const {
+    const auto& nulls = found_.columns[column].nulls;
+    return column < cells.size() && std::ranges::find(nulls, Trimmed(cells[column])) != nulls.end();
+  }
+
+  void AppendDegrees(std::string& out, DegreeReader& reader, const std::vector<std::string_view>& cells) {
+    const std::size_t column = reader.columns()[0];
+    const std::optional<double> degrees = IsGivenNothing(column, cells) ? std::nullopt : reader.Read(cells);
+    if (!degrees) return;
+    if (reader.IsPlain())
+      out += Trimmed(cells[column]);
+    else
+      AppendNumber(out, *degrees);
+  }
+
   void AppendTime(std::string& out, const std::vector<std::string_view>& cells) {
-    const std::optional<double> seconds = time_->Read(cells);
+    const std::optional<double> seconds =
+        IsGivenNothing(time_->columns()[0], cells) ? std::nullopt : time_->Read(cells);
     if (!seconds) return;
     if (!time_->HasDate() || time_form_ == TimeForm::kLayout) {
       if (!time_->HasDate()) {
@@ -212,17 +177,18 @@ class ImportWriter {
       return AppendText(out, text, line, static_cast<std::int64_t>(plan.column));
     }
     if (IsNothing(text, plan)) return;
-    const std::optional<NumberCell> number = ParseNumber(text, found_.form.decimal);
-    if (!number) {
+    const std::optional<NumberForm> form = FormOfNumber(text, found_.form.decimal);
+    if (!form) {
       if (!plan.is_bound) return AppendText(out, text, line, static_cast<std::int64_t>(plan.column));
       result_.remarks["no number, left out"_note].Add(line, static_cast<std::int64_t>(plan.column), text);
       return;
     }
-    if (!plan.converts && number->unit.empty() && !number->has_comma) {
+    const bool is_kept = !plan.converts && (form->is_integer || !plan.is_whole);
+    if (is_kept && form->unit.empty() && !form->has_comma) {
       out += text;
       return;
     }
-    double value = number->value * plan.factor + plan.offset;
+    double value = ParseNumber(text, found_.form.decimal)->value * plan.factor + plan.offset;
     if (plan.is_whole && value != std::round(value)) {
       result_.remarks["rounded to a whole number, which the element takes"_note].Add(
           line, static_cast<std::int64_t>(plan.column), text);
@@ -289,49 +255,6 @@ char FreeSeparator(const InputFile& file, const Findings& found) {
 }
 
 }  // namespace
-
-Converted ConvertToCsv(const CString& path, const Findings& found, const CString& out) {
-  const InputFile file(path);
-  Converted result;
-  Output output(out);
-  const std::size_t width = found.columns.size();
-  if (found.form.header_rows > 0) {
-    for (std::size_t at = 0; at < width; ++at) {
-      if (at > 0) output.text() += ',';
-      AppendCsvCell(output.text(), found.columns[at].name);
-    }
-    output.EndLine("\r\n");
-  }
-  TableReader table = OpenTable(file, found);
-  Record record;
-  std::size_t empty_cells = 0;  // at the end of the record so far
-  while (result.rows < found.rows && table.Next(record)) {
-    std::string& text = output.text();
-    if (record.first_cell == 0) empty_cells = 0;
-    for (std::size_t at = 0; at < record.cells.size(); ++at) {
-      const std::size_t number = record.first_cell + at;
-      // An empty cell behind the last column is no cell.
-      if (number >= width && record.cells[at].empty()) {
-        ++empty_cells;
-        continue;
-      }
-      if (number > 0) text.append(empty_cells + 1, ',');
-      empty_cells = 0;
-      AppendCsvCell(text, record.cells[at]);
-    }
-    if (record.goes_on) {
-      output.EndLine("");
-      continue;
-    }
-    const std::size_t cells = record.first_cell + record.cells.size();
-    if (cells < width) text.append(width - cells, ',');
-    output.EndLine("\r\n");
-    ++result.rows;
-  }
-  output.Finish();
-  file.RequireUnchanged();
-  return result;
-}
 
 Converted ConvertToImport(const CString& path, const Findings& found, const ElementMapping& mapping, TimeForm time_form,
                           const CString& out) {

@@ -1,6 +1,5 @@
 #include "text/dialect/degree_reader.h"
 
-#include <charconv>
 #include <cmath>
 
 #include "text/dialect/cell_value.h"
@@ -11,10 +10,10 @@ std::optional<double> DegreeReader::Read(const std::vector<std::string_view>& ce
   if (columns_[0] >= cells.size()) return std::nullopt;
   const std::string_view cell = Trimmed(cells[columns_[0]]);
   if (cell.empty()) return std::nullopt;
-  double degrees = 0;
-  const auto [end, error] = std::from_chars(cell.data(), cell.data() + cell.size(), degrees);
-  const bool is_plain = error == std::errc() && end == cell.data() + cell.size() && !is_nmea_;
-  if (!is_plain) {
+  const std::optional<NumberCell> number = is_nmea_ ? std::nullopt : ParseNumber(cell, '.');
+  double degrees = number ? number->value : 0;
+  is_plain_ = number && number->unit.empty() && cell.front() != '+';
+  if (!number || !number->unit.empty()) {
     const auto parsed = ParseDegrees(cell, decimal_, is_nmea_);
     if (!parsed) return std::nullopt;
     degrees = parsed->degrees;
@@ -22,7 +21,7 @@ std::optional<double> DegreeReader::Read(const std::vector<std::string_view>& ce
     has_letter_ = has_letter_ || parsed->letter != 0;
   }
   if (columns_.size() > 1 && columns_[1] < cells.size() && HemisphereSign(cells[columns_[1]]) < 0)
-    degrees = -std::abs(degrees);
+    degrees = -std::abs(degrees), is_plain_ = false;
   if (!(std::abs(degrees) <= limit_)) return std::nullopt;
   return degrees;
 }

@@ -16,6 +16,8 @@ class DegreeReader {
 
   std::optional<double> Read(const std::vector<std::string_view>& cells);
   const std::vector<std::size_t>& columns() const { return columns_; }
+  // The newest cell is the number as it stands.
+  bool IsPlain() const { return is_plain_; }
   const char* FormName() const { return DegreeFormName(form_, has_letter_); }
 
  private:
@@ -25,6 +27,7 @@ class DegreeReader {
   double limit_;
   DegreeForm form_ = DegreeForm::kDecimal;  // of the newest cell
   bool has_letter_ = false;
+  bool is_plain_ = false;
 };
 
 }  // namespace loom::dialect

@@ -11,6 +11,7 @@ namespace loom::dialect {
 namespace {
 
 constexpr double kZeroShareOfUtf16 = 0.25;
+constexpr std::size_t kEnoughSyllables = 20;
 
 struct HighBytes {
   std::size_t all = 0;
@@ -19,6 +20,8 @@ struct HighBytes {
   std::size_t single = 0;  // between ASCII bytes
   std::size_t gbk_pairs = 0;
   std::size_t common_pairs = 0;  // of the characters in daily use
+  std::size_t low_trails = 0;    // second bytes that characters in daily use do not have
+  std::size_t high_leads = 0;    // first bytes behind the range of Korean syllables
   std::size_t gbk_faults = 0;
 };
 
@@ -51,6 +54,8 @@ HighBytes CountHighBytes(std::string_view bytes, bool is_whole) {
       continue;
     }
     ++count.gbk_pairs;
+    if (trail < 0xA1) ++count.low_trails;
+    if (lead > 0xC8) ++count.high_leads;
     if (lead >= 0xB0 && lead <= 0xD7 && trail >= 0xA1) ++count.common_pairs;
     ++at;
   }
@@ -92,8 +97,10 @@ EncodingFound FindEncoding(std::string_view bytes, bool is_whole) {
   if (count.bad_utf8 == 0) return {"UTF-8", false, count.good_utf8 > 1 ? 0.97 : 0.9};
   if (count.good_utf8 >= 2 * count.bad_utf8) return {"UTF-8", false, 0.9};
   const bool is_gbk = count.gbk_faults == 0 && count.gbk_pairs > 0 && count.single * 10 <= count.all;
-  if (is_gbk && count.common_pairs * 10 >= count.gbk_pairs * 6) return {"GBK", false, 0.92};
   const std::string guess = Normalised(GuessEncoding(bytes));
+  const bool is_korean = count.high_leads == 0 && count.gbk_pairs >= kEnoughSyllables && Lower(guess) == "uhc";
+  const bool is_other = count.low_trails * 10 > count.gbk_pairs || is_korean;
+  if (is_gbk && !is_other && count.common_pairs * 10 >= count.gbk_pairs * 6) return {"GBK", false, 0.92};
   const bool is_one_byte = guess.starts_with("Windows-") || guess.starts_with("WINDOWS-") ||
                            Lower(guess).starts_with("iso-8859") || Lower(guess).starts_with("koi8") ||
                            Lower(guess).starts_with("mac") || Lower(guess).starts_with("ibm");

@@ -17,6 +17,7 @@ constexpr std::size_t kSampleBytes = std::size_t{1} << 20;
 constexpr std::size_t kFirstCells = 400;        // of a column
 constexpr std::size_t kFirstCellsAll = 400000;  // of all columns
 constexpr double kAmbiguous = 0.5;
+constexpr std::size_t kLongDigits = 9;
 
 // Everything that is known while a file is looked at.
 struct Inspection {
@@ -26,6 +27,7 @@ struct Inspection {
   Shape shape;
   Roles roles;
   Findings found;
+  std::vector<bool> has_long_number = {};  // of columns: whole numbers of more digits than a count of seconds has
 };
 
 std::string Sample(const InputFile& file, const std::string& encoding) {
@@ -57,8 +59,9 @@ struct FirstRows {
   FirstCells cells;
 };
 
-FirstRows ReadFirstRows(const std::string& sample, const Form& form, std::size_t width, char decimal) {
-  FirstRows first{std::vector<ColumnProfile>(width), FirstCells(width)};
+FirstRows ReadFirstRows(const std::string& sample, const Form& form, std::size_t width, char decimal,
+                        const std::vector<std::string>* nulls) {
+  FirstRows first{std::vector<ColumnProfile>(width, ColumnProfile(nulls)), FirstCells(width)};
   TableReader table(std::make_unique<MemorySource>(sample), form, width);
   const std::size_t kept = std::clamp(kFirstCellsAll / std::max<std::size_t>(width, 1), std::size_t{20}, kFirstCells);
   Record record;
@@ -76,7 +79,6 @@ FirstRows ReadFirstRows(const std::string& sample, const Form& form, std::size_t
 // A comma where at least one column writes it so, and points are rarer.
 char DecimalOf(const FirstRows& first, const Form& form, const Overrides& overrides) {
   if (overrides.decimal) return *overrides.decimal;
-  if (form.separator == ",") return '.';
   std::uint64_t commas = 0;
   std::uint64_t points = 0;
   bool has_column = false;
@@ -84,7 +86,9 @@ char DecimalOf(const FirstRows& first, const Form& form, const Overrides& overri
     const ColumnProfile& one = first.profiles[column];
     commas += one.Commas();
     points += one.Points();
-    has_column = has_column || (one.Commas() > 0 && one.FitsMostly(one.Numbers()));
+    // In quotes between commas they could be thousands.
+    const bool may_be_decimal = form.separator != "," || one.OtherThanThousands() * 2 > one.Commas();
+    has_column = has_column || (one.Commas() > 0 && may_be_decimal && one.FitsMostly(one.Numbers()));
     for (const std::string& cell : first.cells[column]) {
       // 1°14,04'
       if (one.Texts() > 0 && cell.find(',') != std::string::npos && ParseDegrees(cell, ',', false))
@@ -101,7 +105,9 @@ void SetForm(Inspection& work, const RecordReader& records, const Proof& proof) 
           ? LineEnd::kCrLf
       : records.CrCount() > records.LfCount() ? LineEnd::kCr
                                               : LineEnd::kLf;
-  if (!work.overrides.quote && proof.quoted() == 0) form.quote = 0;
+  form.looked_for_quote = form.quote;
+  if (!work.overrides.quote && proof.quoted() == 0 && !work.shape.has_quoted_head) form.quote = 0;
+  form.ends_open = proof.open_ended() * 2 > proof.rows();
   form.footer_rows = static_cast<std::int64_t>(proof.footer_rows());
 }
 
@@ -215,8 +221,25 @@ double RowsConfidence(const Proof& proof) {
   return ragged > 0.02 || proof.stray() > 0 || proof.footer_rows() > 0 ? 0.85 : 1;
 }
 
+// Less sure where a name tells of a time or position, and nothing was read from its cells.
+double UnlessUnread(const Inspection& work, const Proof& proof, double confidence, bool was_found,
+                    int (*rank_of)(std::string_view)) {
+  constexpr int kTellingRank = 75;
+  for (std::size_t at = 0; !was_found && at < work.shape.names.size(); ++at) {
+    const bool is_unread = proof.profiles()[at].PlainKind() == Kind::kText || work.has_long_number[at];
+    if (is_unread && rank_of(work.shape.names[at]) >= kTellingRank) return std::min(confidence, 0.8);
+  }
+  return confidence;
+}
+
 // An answer is as sure as its weakest part.
 void SetConfidence(Inspection& work, const Proof& proof, double time, double latitude, double longitude) {
+  const Overrides& given = work.overrides;
+  if (!given.time_columns) time = UnlessUnread(work, proof, time, work.found.time.has_value(), &TimeRank);
+  if (!given.latitude_columns)
+    latitude = UnlessUnread(work, proof, latitude, work.found.latitude.has_value(), &LatitudeRank);
+  if (!given.longitude_columns)
+    longitude = UnlessUnread(work, proof, longitude, work.found.longitude.has_value(), &LongitudeRank);
   const Doubt answers[] = {{Subject::kEncoding, work.encoding.confidence},
                            {Subject::kSeparator, work.shape.separator_confidence},
                            {Subject::kHeader, work.shape.header_confidence},
@@ -242,7 +265,7 @@ void NoteSource(const FileSource& source, const TableReader& table, Findings& fo
 
 Findings InspectAs(const InputFile& file, const Overrides& overrides, const EncodingFound& encoding,
                    std::uint64_t& odd_byte) {
-  Inspection work{file, overrides, encoding, {}, {}, {}};
+  Inspection work{file, overrides, encoding, {}, {}, {}, {}};
   const std::string sample = Sample(file, encoding.name);
   Form known;
   known.encoding = encoding.name;
@@ -250,15 +273,20 @@ Findings InspectAs(const InputFile& file, const Overrides& overrides, const Enco
   work.shape = FindShape(sample, known, overrides);
   Form& form = work.shape.form;
   if (overrides.footer_rows) form.footer_rows = *overrides.footer_rows;
-  const bool may_be_comma = overrides.decimal ? *overrides.decimal == ',' : form.separator != ",";
-  FirstRows first = ReadFirstRows(sample, form, work.shape.width, may_be_comma ? ',' : '.');
+  const bool may_be_comma = overrides.decimal ? *overrides.decimal == ',' : form.separator != "," || form.quote != 0;
+  const std::vector<std::string>* const nulls = overrides.nulls ? &*overrides.nulls : nullptr;
+  FirstRows first = ReadFirstRows(sample, form, work.shape.width, may_be_comma ? ',' : '.', nulls);
   form.decimal = DecimalOf(first, form, overrides);
-  if (may_be_comma && form.decimal == '.') first = ReadFirstRows(sample, form, work.shape.width, '.');
+  if (may_be_comma && form.decimal == '.') first = ReadFirstRows(sample, form, work.shape.width, '.', nulls);
+  for (const ColumnProfile& profile : first.profiles) {
+    const bool is_integer = profile.LongestDigits() >= kLongDigits && profile.PlainKind() == Kind::kInteger;
+    work.has_long_number.push_back(is_integer);
+  }
   work.roles = FindRoles(work.shape.names, first.profiles, first.cells, form.decimal, overrides);
   work.found.form = form;
   work.found.alternatives = work.shape.alternatives;
 
-  Proof proof(work.shape.width, form.decimal, work.roles, !overrides.footer_rows);
+  Proof proof(work.shape.width, form.decimal, work.roles, !overrides.footer_rows, nulls);
   auto source = std::make_unique<FileSource>(file, encoding.name);
   const FileSource& bytes = *source;
   TableReader table(std::move(source), form, work.shape.width);

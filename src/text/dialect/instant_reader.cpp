@@ -35,10 +35,7 @@ std::optional<double> InstantReader::Read(const std::vector<std::string_view>& c
   }
   const std::optional<ReadTime> time = layout_.Read(text);
   if (!time) return std::nullopt;
-  if (!time->day) {
-    if (time->offset_s && layout_.IsInstant()) return time->second_of_day;
-    return time->second_of_day;
-  }
+  if (!time->day) return time->second_of_day;
   if (time->offset_s) ++offsets_[*time->offset_s];
   const std::optional<std::int32_t> offset = time->offset_s ? time->offset_s : zone_s_;
   if (offset) return static_cast<double>(*time->day * kDay_s) + time->second_of_day - *offset;

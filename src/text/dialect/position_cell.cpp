@@ -107,8 +107,8 @@ std::optional<DegreeCell> ParseDegrees(std::string_view cell, char decimal, bool
     }
     if (!cell.empty() && !has_mark) return std::nullopt;
   }
-  if (count == 0 || (count > 1 && (numbers[1] >= 60 || numbers[0] != std::floor(numbers[0])))) return std::nullopt;
-  if (count > 2 && (numbers[2] >= 60 || numbers[1] != std::floor(numbers[1]))) return std::nullopt;
+  if (count == 0 || (count > 1 && (numbers[1] > 60 || numbers[0] != std::floor(numbers[0])))) return std::nullopt;
+  if (count > 2 && (numbers[2] > 60 || numbers[1] != std::floor(numbers[1]))) return std::nullopt;
   if (count == 1 && is_nmea) {
     const double whole = std::floor(numbers[0] / kNmeaHundred);
     const double minutes = numbers[0] - whole * kNmeaHundred;

@@ -32,12 +32,15 @@ struct DegreeTrack {
 // Goes over all rows and keeps what they show.
 class Proof {
  public:
-  Proof(std::size_t width, char decimal, const Roles& roles, bool finds_footer);
+  // `nulls`: the words that stand for nothing where a person has said them, else null.
+  Proof(std::size_t width, char decimal, const Roles& roles, bool finds_footer,
+        const std::vector<std::string>* nulls = nullptr);
 
   void Read(TableReader& table, Remarks& remarks);
 
   std::uint64_t rows() const { return rows_; }
   std::uint64_t footer_rows() const { return footer_rows_; }
+  std::uint64_t open_ended() const { return open_ended_; }  // rows with nothing behind a last separator
   std::uint64_t ragged() const { return ragged_; }
   std::uint64_t quoted() const { return quoted_; }
   std::uint64_t stray() const { return stray_; }
@@ -53,6 +56,11 @@ class Proof {
     std::vector<std::string> cells;
   };
   bool MayBeFooter(const Record& record) const;
+  bool IsNothing(std::string_view cell) const;
+  void AddCells(const Record& record, std::size_t cells);
+  void CheckWidth(const Record& record, Remarks& remarks);
+  void ReadPosition(std::optional<DegreeTrack>& track, const Record& record, const NoteKind& kind, Remarks& remarks);
+  void ReadTime(const Record& record, Remarks& remarks);
   void Take(const Record& record, Remarks& remarks);
   void TakeHeld(Remarks& remarks);
   void NoteUnread(const Record& record, const std::vector<std::size_t>& columns, const NoteKind& kind,
@@ -62,12 +70,15 @@ class Proof {
   char decimal_;
   bool finds_footer_;
   bool has_time_ = false;
+  const std::vector<std::string>* nulls_;
   std::vector<ColumnProfile> profiles_;
+  std::vector<std::optional<LayoutReader>> layouts_;  // of columns that hold times
+  std::vector<char> is_known_;                        // columns whose cell of the newest row is counted already
   std::vector<InstantTrack> instants_;
   std::optional<DegreeTrack> latitude_, longitude_;
   std::vector<Held> held_;
   std::vector<std::vector<std::string>> first_rows_;
-  std::uint64_t rows_ = 0, footer_rows_ = 0, ragged_ = 0, quoted_ = 0, stray_ = 0;
+  std::uint64_t rows_ = 0, footer_rows_ = 0, ragged_ = 0, open_ended_ = 0, quoted_ = 0, stray_ = 0;
 };
 
 }  // namespace loom::dialect

@@ -19,8 +19,10 @@ struct Record {
   bool goes_on = false;          // the next part belongs to the same record
   bool is_blank = false;         // nothing but blanks in its line
   bool is_comment = false;
-  bool has_quoted = false;  // a cell stood in quotes
-  bool has_stray = false;   // a quote that opens or closes nothing
+  bool has_quoted = false;           // a cell stood in quotes
+  bool has_stray = false;            // a quote that opens or closes nothing
+  std::size_t padded_quotes = 0;     // cells in quotes that stand behind blanks
+  std::string_view plain_line = {};  // as it stands in the text, where it was cut at separators only
 
   // Cells without the empty one behind a separator that ends the line.
   std::size_t CountWithoutEnd() const {
@@ -58,20 +60,39 @@ class RecordReader {
     bool is_known = false;
   };
 
+  // A line of the buffer: its text, and where the next one starts.
+  struct Line {
+    std::size_t begin;
+    std::size_t end;
+    std::size_t next;
+  };
+
+  static bool IsBlank(char c) { return c == ' ' || c == '\t'; }
   bool FillTo(std::size_t needed_bytes);
   void Refill();
   std::size_t Seek(Seeker& seeker, std::size_t from);
   std::size_t LineEnd(std::size_t from, std::size_t& next_line);
-  void SplitPlain(std::size_t begin, std::size_t end);
-  void SplitBlanks(std::size_t begin, std::size_t end);
-  std::size_t SplitQuoted(std::size_t begin, std::size_t end, Quoting quoting);
-  std::size_t SplitWithQuotes(std::size_t begin, std::size_t end);
-  std::size_t CloseOf(std::size_t open, std::size_t limit, Quoting quoting, std::size_t* loose_end) const;
-  bool IsCellEnd(std::size_t at) const;
-  bool LooksLikeLines(std::size_t cell_begin, std::size_t end);
-  bool FitsWidth() const;
+  Line FindLine();
+  void Cut(Record& record, Line& line);
+  void CutPlain(std::string_view line, std::vector<std::string_view>& cells) const;
+  static void CutBlanks(std::string_view line, std::vector<std::string_view>& cells);
+  static void Trim(std::vector<std::string_view>& cells);
+  void CutOffPart(Record& record, Line& line);
   void TakePart(Record& record);
+  bool FindPart(Record& record, Line& line);
+
+  std::size_t SplitWithQuotes(std::size_t begin, std::size_t end);
+  std::size_t SplitQuoted(std::size_t begin, std::size_t end, Quoting quoting);
+  std::size_t FindClose(std::size_t begin, std::size_t open, std::size_t end, Quoting quoting);
+  std::size_t CloseOf(std::size_t open, std::size_t limit, Quoting quoting, bool& has_loose_end) const;
+  std::size_t PassLineEnds(std::size_t end, std::size_t close);
+  std::size_t TakeQuoted(std::size_t open, std::size_t close, std::size_t end);
+  bool IsCellEnd(std::size_t at) const;
+  bool IsEscaped(std::size_t open, std::size_t at, char escape) const;
+  bool LooksLikeLines(std::size_t cell_begin, std::size_t end);
+  bool FitsWidth(bool may_end_open) const;
   void HandOver(Record& record);
+  void Unescape(Span& span);
 
   ByteSource& source_;
   char separator_ = 0;  // 0: one column
@@ -93,8 +114,9 @@ class RecordReader {
   std::uint64_t extra_lines_ = 0;  // line ends within the newest record
   std::size_t cells_before_ = 0;   // of the record that goes on
   bool saw_stray_ = false;
-  std::uint64_t consumed_ = 0;  // bytes of records so far
-  std::uint64_t wasted_ = 0;    // bytes looked at in vain
+  std::size_t padded_quotes_ = 0;  // of the newest split
+  std::uint64_t consumed_ = 0;     // bytes of records so far
+  std::uint64_t wasted_ = 0;       // bytes looked at in vain
   std::uint64_t lf_count_ = 0;
   std::uint64_t crlf_count_ = 0;
   std::uint64_t cr_count_ = 0;

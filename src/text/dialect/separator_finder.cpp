@@ -16,6 +16,7 @@ constexpr std::size_t kTypedRecords = 400;
 constexpr std::size_t kTypedCells = 20000;
 constexpr double kWrappedShare = 0.6;
 constexpr double kSomeWrapped = 0.1;
+constexpr double kOnlyWords = 0.2;  // words between blanks are rather one text
 
 struct Candidate {
   const char* separator;
@@ -50,6 +51,7 @@ struct Counts {
   std::vector<bool> ends_open;      // a separator ends the record
   double clean_sum = 0;
   std::size_t clean_cells = 0;
+  std::size_t typed_cells = 0;  // numbers, times, words for nothing, values with a name
   std::size_t quoted_cells = 0;
   std::size_t blank_started = 0;
   std::size_t behind_separator = 0;
@@ -72,12 +74,15 @@ Counts CountCells(std::string_view sample, const Form& form, std::size_t width) 
     if (counts.widths.size() > kTypedRecords || counts.clean_cells > kTypedCells) continue;
     for (std::size_t at = 0; at < record.cells.size(); ++at) {
       const std::string_view cell = record.cells[at];
-      counts.clean_sum += Cleanness(cell, form.separator, record.has_quoted);
+      const double clean = Cleanness(cell, form.separator, record.has_quoted);
+      counts.clean_sum += clean;
+      counts.typed_cells += clean == 1.0 || cell.find('=') != std::string_view::npos ? 1 : 0;
       ++counts.clean_cells;
       if (at == 0 || cell.empty()) continue;
       ++counts.behind_separator;
       if (cell.front() == ' ') ++counts.blank_started;
     }
+    counts.blank_started += record.padded_quotes;
   }
   return counts;
 }
@@ -174,6 +179,8 @@ CutScore ScoreOne(std::string_view sample, const Form& form) {
   const Counts counts = CountCells(sample, form, rough);
   cut.width = UsualWidth(counts);
   cut.score = ScoreOf(counts, cut.width);
+  const bool is_cut_at_blanks = form.separator == kBlanks || form.separator == " ";
+  if (is_cut_at_blanks && counts.typed_cells == 0) cut.score *= kOnlyWords;
   cut.has_quoted = counts.quoted_cells > 0;
   cut.trims_blanks = form.separator != kBlanks && form.separator != "\t" && counts.behind_separator > 0 &&
                      static_cast<double>(counts.blank_started) > 0.9 * static_cast<double>(counts.behind_separator);

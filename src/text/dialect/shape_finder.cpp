@@ -30,6 +30,7 @@ struct SeenRecord {
   std::size_t filled = 0;
   std::uint64_t line = 0;
   bool is_blank = false;
+  bool has_quoted = false;
 };
 
 CellType TypeOf(std::string_view cell) {
@@ -54,6 +55,7 @@ std::vector<SeenRecord> SeeRecords(std::string_view sample, const Form& form, st
     one.line = record.line;
     one.is_blank = record.is_blank;
     if (record.is_blank) continue;
+    one.has_quoted = record.has_quoted;
     one.width = record.CountWithoutEnd();
     one.raw_width = record.cells.size();
     for (std::size_t at = 0; at < std::min(record.cells.size(), kCellsSeen); ++at) {
@@ -190,7 +192,8 @@ Layout FindLayout(const std::vector<SeenRecord>& records, std::size_t width) {
   // The names are the row with most texts; rows above it that are narrower or nearly empty stand before the table.
   std::size_t top = behind - 1;
   for (std::size_t at = behind; at-- > names;) {
-    if (records[at].filled >= records[top].filled && AreNames(records[at])) top = at;
+    const bool is_too_wide = records[at].width > width && records[top].width == width && AreNames(records[top]);
+    if (!is_too_wide && records[at].filled >= records[top].filled && AreNames(records[at])) top = at;
   }
   for (std::size_t at = top; at-- > names;) {
     const SeenRecord& above = records[at];
@@ -326,6 +329,8 @@ Shape FindShape(std::string_view sample, const Form& known, const Overrides& ove
   shape.form.preamble_rows = overrides.preamble_rows.value_or(static_cast<std::int64_t>(layout.header));
   shape.header_confidence = layout.confidence;
   shape.width = std::min(WidthOf(records, layout, usual), kMaxColumns);
+  for (std::size_t at = layout.header; at < layout.data; ++at)
+    shape.has_quoted_head = shape.has_quoted_head || records[at].has_quoted;
   if (layout.header_count > 0) {
     for (std::size_t column = 0; column < shape.width; ++column) shape.names.push_back(NameOf(records, layout, column));
   }

@@ -13,6 +13,7 @@ struct Shape {
   Form form;
   std::size_t width = 1;  // cells of a record
   std::vector<std::string> names;
+  bool has_quoted_head = false;  // names stand in quotes
   double separator_confidence = 0;
   double header_confidence = 0;
   std::vector<Alternative> alternatives;

@@ -23,10 +23,12 @@ struct Form {
   LineEnd line_end = LineEnd::kLf;
   std::string separator = ",";  // one character, kBlanks, or empty: one column
   char quote = 0;               // 0: none
+  char looked_for_quote = 0;    // where there was none: what would have been one
   char escape = 0;              // stands before a quote inside of quotes; 0: the quote is doubled
   std::string comment;          // what a comment line starts with; empty: there are none
   char decimal = '.';
   bool trims_blanks = false;       // blanks behind separators belong to no cell
+  bool ends_open = false;          // a separator ends the rows
   std::int64_t preamble_rows = 0;  // lines before the header, comments not counted
   std::int64_t header_rows = 1;
   std::int64_t footer_rows = 0;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdio>
 #include <utility>
 
 #include "text/dialect/calendar_words.h"
@@ -105,17 +104,18 @@ bool ParseNamedDate(Reader& in, TimeText& out) {
     if (month == 0) return in.Return(start), false;
     shape.date = DateForm::kDayMonthName;
   }
+  out.parts[0] = shape.date == DateForm::kDayMonthName ? day : month;
+  out.parts[1] = shape.date == DateForm::kDayMonthName ? month : day;
   const std::size_t before_year = in.At();
   skip_marks();
   const std::size_t digits = in.Digits();
-  if ((digits == 4 || digits == 2) && in.Peek(digits) != ':') {
-    out.parts[2] = in.Number(digits);
-    shape.has_short_year = digits == 2;
-  } else {
-    return in.Return(before_year), in.Return(start), false;
+  if (digits == 2 && in.Peek(digits) == ':' && shape.date == DateForm::kMonthNameDay) {
+    shape.has_year_last = true;
+    return in.Return(before_year), true;
   }
-  out.parts[0] = shape.date == DateForm::kDayMonthName ? day : month;
-  out.parts[1] = shape.date == DateForm::kDayMonthName ? month : day;
+  if ((digits != 4 && digits != 2) || in.Peek(digits) == ':') return in.Return(start), false;
+  out.parts[2] = in.Number(digits);
+  shape.has_short_year = digits == 2;
   return true;
 }
 
@@ -127,56 +127,63 @@ std::string_view ChineseMark(Reader& in) {
   return {};
 }
 
-bool ParseNumberDate(Reader& in, TimeText& out) {
-  const std::size_t start = in.At();
+void TakeCompactDate(Reader& in, TimeText& out) {
+  out.parts[0] = in.Number(4);
+  out.parts[1] = in.Number(2);
+  out.parts[2] = in.Number(2);
+  out.shape.date = DateForm::kCompact8;
+  out.shape.is_year_first = true;
+}
+
+// The mark between the parts of a date; 0 for none. Stays in front of it.
+char DateMark(Reader& in) {
+  if (!ChineseMark(in).empty()) return kChineseDateMark;
+  const char mark = in.Peek();
+  return mark == '-' || mark == '/' || mark == '.' || mark == '_' || mark == ':' ? mark : '\0';
+}
+
+bool PassDateMark(Reader& in, char mark) {
+  const bool is_there = mark == kChineseDateMark ? !ChineseMark(in).empty() : in.Peek() == mark;
+  if (is_there) in.Skip(mark == kChineseDateMark ? 3 : 1);
+  return is_there;
+}
+
+// Three numbers with a mark between them.
+bool ParseMarkedDate(Reader& in, TimeText& out) {
   TimeShape& shape = out.shape;
-  const std::size_t first = in.Digits();
-  if (first == 8 && !IsDigit(in.Peek(8))) {
-    out.parts[0] = in.Number(4);
-    out.parts[1] = in.Number(2);
-    out.parts[2] = in.Number(2);
-    shape.date = DateForm::kCompact8;
-    shape.is_year_first = true;
-    return true;
-  }
-  if (first == 14) {
-    out.parts[0] = in.Number(4);
-    out.parts[1] = in.Number(2);
-    out.parts[2] = in.Number(2);
-    shape.date = DateForm::kCompact8;
-    shape.is_year_first = true;
-    return true;
-  }
-  if (first != 1 && first != 2 && first != 4) return false;
-  out.parts[0] = in.Number(first);
-  std::size_t lengths[3] = {first, 0, 0};
-  const std::string_view chinese = ChineseMark(in);
-  char mark = chinese.empty() ? in.Peek() : '\xE5';
-  if (chinese.empty() && mark != '-' && mark != '/' && mark != '.' && mark != '_' && mark != ':')
-    return in.Return(start), false;
+  std::size_t lengths[3] = {in.Digits(), 0, 0};
+  if (lengths[0] != 1 && lengths[0] != 2 && lengths[0] != 4) return false;
+  out.parts[0] = in.Number(lengths[0]);
+  const char mark = DateMark(in);
+  if (mark == 0) return false;
   for (int part = 1; part < 3; ++part) {
-    if (!chinese.empty()) {
-      if (ChineseMark(in).empty()) return in.Return(start), false;
-      in.Skip(3);
-    } else {
-      if (in.Peek() != mark) return in.Return(start), false;
-      in.Skip();
-    }
+    if (!PassDateMark(in, mark)) return false;
     lengths[part] = in.Digits();
-    const bool may_be = lengths[part] == 1 || lengths[part] == 2 || (lengths[part] == 4 && part == 2 && first != 4);
-    if (!may_be) return in.Return(start), false;
+    const bool is_last_year = lengths[part] == 4 && part == 2 && lengths[0] != 4;
+    if (lengths[part] != 1 && lengths[part] != 2 && !is_last_year) return false;
     out.parts[part] = in.Number(lengths[part]);
   }
-  if (!chinese.empty() && !ChineseMark(in).empty()) in.Skip(3);
-  if (mark == ':' && first != 4 && lengths[2] != 4) return in.Return(start), false;
+  if (mark == kChineseDateMark) PassDateMark(in, mark);
+  if (mark == ':' && lengths[0] != 4 && lengths[2] != 4) return false;
   shape.date = DateForm::kNumbers;
   shape.date_mark = mark;
-  shape.is_year_first = first == 4;
-  shape.has_short_year = first != 4 && lengths[2] != 4;
-  shape.is_padded = first != 1 && lengths[1] == 2 && lengths[2] != 1;
+  shape.is_year_first = lengths[0] == 4;
+  shape.has_short_year = lengths[0] != 4 && lengths[2] != 4;
+  shape.is_padded = lengths[0] != 1 && lengths[1] == 2 && lengths[2] != 1;
   const bool is_doubtful = shape.has_short_year && (lengths[2] != 2 || (!shape.is_padded && mark != '/'));
-  if (is_doubtful) return in.Return(start), false;
-  return true;
+  return !is_doubtful;
+}
+
+bool ParseNumberDate(Reader& in, TimeText& out) {
+  const std::size_t digits = in.Digits();
+  if (digits == 8 || digits == 14) {
+    TakeCompactDate(in, out);
+    return true;
+  }
+  const std::size_t start = in.At();
+  if (ParseMarkedDate(in, out)) return true;
+  in.Return(start);
+  return false;
 }
 
 bool ParseHalf(Reader& in, TimeText& out, int& hour) {
@@ -208,43 +215,63 @@ bool ParseFraction(Reader& in, TimeText& out, double& seconds) {
   return true;
 }
 
+// The mark between hours and minutes; 0 for none. Stays in front of it.
+char ClockMark(Reader& in, bool has_date) {
+  if (in.Rest().starts_with("\xE6\x97\xB6")) return kChineseClockMark;  // 时
+  const char mark = in.Peek();
+  return mark == ':' || (has_date && (mark == '.' || mark == '-' || mark == '_')) ? mark : '\0';
+}
+
+bool PassClockMark(Reader& in, char mark, std::string_view chinese) {
+  const bool is_chinese = mark == kChineseClockMark;
+  const bool is_there = is_chinese ? in.Rest().starts_with(chinese) : in.Peek() == mark && mark != 0;
+  if (is_there) in.Skip(is_chinese ? chinese.size() : 1);
+  return is_there;
+}
+
+bool ParseMarkedClock(Reader& in, TimeText& out, int& hour, int& minute, double& seconds) {
+  TimeShape& shape = out.shape;
+  const std::size_t digits = in.Digits();
+  if (digits != 1 && digits != 2) return false;
+  hour = in.Number(digits);
+  shape.clock_mark = ClockMark(in, shape.date != DateForm::kNone);
+  if (!PassClockMark(in, shape.clock_mark, "\xE6\x97\xB6") || in.Digits() != 2) return false;
+  minute = in.Number(2);
+  shape.clock = ClockForm::kMarks;
+  const std::size_t behind_minute = in.At();
+  const bool goes_on = PassClockMark(in, shape.clock_mark, "\xE5\x88\x86");  // 分
+  if (goes_on && in.Digits() > 0) {
+    if (in.Digits() != 2) return false;
+    seconds = in.Number(2);
+    shape.has_seconds = true;
+    return shape.clock_mark != kChineseClockMark || PassClockMark(in, kChineseClockMark, "\xE7\xA7\x92");  // 秒
+  }
+  in.Return(behind_minute);
+  return shape.clock_mark == ':';
+}
+
 bool ParseClock(Reader& in, TimeText& out) {
   const std::size_t start = in.At();
   TimeShape& shape = out.shape;
-  const std::size_t digits = in.Digits();
   int hour = 0;
   int minute = 0;
   double seconds = 0;
-  if (digits == 6 && shape.date == DateForm::kCompact8) {
+  bool is_clock = true;
+  if (in.Digits() == 6 && shape.date == DateForm::kCompact8) {
     hour = in.Number(2);
     minute = in.Number(2);
     seconds = in.Number(2);
     shape.clock = ClockForm::kCompact;
     shape.has_seconds = true;
   } else {
-    if (digits != 1 && digits != 2) return false;
-    hour = in.Number(digits);
-    shape.clock_mark = in.Peek();
-    const bool may_be_marked =
-        shape.clock_mark == ':' || ((shape.clock_mark == '.' || shape.clock_mark == '-' || shape.clock_mark == '_') &&
-                                    shape.date != DateForm::kNone);
-    if (!may_be_marked) return in.Return(start), false;
-    in.Skip();
-    if (in.Digits() != 2) return in.Return(start), false;
-    minute = in.Number(2);
-    shape.clock = ClockForm::kMarks;
-    if (in.Peek() == shape.clock_mark && in.Digits() == 0 && IsDigit(in.Peek(1))) {
-      in.Skip();
-      if (in.Digits() != 2) return in.Return(start), false;
-      seconds = in.Number(2);
-      shape.has_seconds = true;
-    } else if (shape.clock_mark != ':') {
-      return in.Return(start), false;
-    }
+    is_clock = ParseMarkedClock(in, out, hour, minute, seconds);
   }
-  if (shape.has_seconds && !ParseFraction(in, out, seconds)) return in.Return(start), false;
-  if (!ParseHalf(in, out, hour) && shape.has_half) return in.Return(start), false;
-  if (hour > 23 || minute > 59 || seconds >= 61) return in.Return(start), false;
+  is_clock = is_clock && (!shape.has_seconds || ParseFraction(in, out, seconds));
+  is_clock = is_clock && (ParseHalf(in, out, hour) || !shape.has_half);
+  if (!is_clock || hour > 23 || minute > 59 || seconds >= 61) {
+    in.Return(start);
+    return false;
+  }
   out.second_of_day = hour * 3600.0 + minute * 60.0 + seconds;
   return true;
 }
@@ -278,13 +305,53 @@ bool ParseDate(Reader& in, TimeText& out) {
   return ParseNumberDate(in, out) || ParseNamedDate(in, out);
 }
 
-}  // namespace
-
-bool TimeShape::IsAkin(const TimeShape& other) const {
-  return date == other.date && is_year_first == other.is_year_first && has_short_year == other.has_short_year &&
-         date_mark == other.date_mark && clock == other.clock && clock_mark == other.clock_mark &&
-         clock_first == other.clock_first && joint == other.joint && has_half == other.has_half;
+// What follows the clock of a date that has told no year: a zone and the year.
+bool ParseYearBehind(Reader& in, TimeText& out) {
+  if (in.Peek() != ' ') return false;
+  in.Skip();
+  if (!IsDigit(in.Peek())) {
+    out.zone = in.Rest().substr(0, in.Rest().find(' '));
+    const std::optional<std::int32_t> offset = ParseZone(out.zone);
+    if (!offset) return false;
+    out.offset_s = *offset;
+    out.shape.zone = IsLetter(out.zone.front()) && out.zone != "Z" ? ZoneForm::kWord : ZoneForm::kOffset;
+    in.Skip(out.zone.size());
+    if (in.Peek() != ' ') return false;
+    in.Skip();
+  }
+  if (in.Digits() != 4) return false;
+  out.parts[2] = in.Number(4);
+  return in.IsAtEnd();
 }
+
+// A date, and what follows it.
+bool ParseDateFirst(Reader& in, TimeText& out) {
+  if (in.IsAtEnd()) return !out.shape.has_year_last;
+  const std::size_t before = in.At();
+  if (!ParseJoint(in, out.shape)) return false;
+  const bool has_clock = ParseClock(in, out);
+  if (out.shape.has_year_last) return has_clock && ParseYearBehind(in, out);
+  if (!has_clock) {
+    in.Return(before);
+    out.shape.joint.clear();
+  }
+  if (!ParseZoneEnd(in, out) || !in.IsAtEnd()) return false;
+  return out.shape.clock != ClockForm::kNone || out.shape.zone == ZoneForm::kNone;
+}
+
+bool ParseClockFirst(Reader& in, TimeText& out) {
+  if (!ParseClock(in, out)) return false;
+  if (in.IsAtEnd()) return true;
+  const std::size_t behind_clock = in.At();
+  if (ParseZoneEnd(in, out)) return true;
+  in.Return(behind_clock);
+  out.shape.zone_has_blank = false;
+  out.shape.clock_first = true;
+  if (!ParseJoint(in, out.shape) || out.shape.joint.empty() || !ParseDate(in, out)) return false;
+  return !out.shape.has_year_last && ParseZoneEnd(in, out) && in.IsAtEnd();
+}
+
+}  // namespace
 
 std::optional<std::int32_t> ParseZone(std::string_view text) {
   for (const auto& [word, minutes] : kZoneWords) {
@@ -314,118 +381,26 @@ std::optional<std::int32_t> ParseZone(std::string_view text) {
   return sign * (hours * 3600 + minutes * 60);
 }
 
-std::string OffsetText(std::int32_t offset_s) {
-  if (offset_s == 0) return "UTC";
-  char text[16];
-  const std::int32_t minutes = std::abs(offset_s) / 60;
-  std::snprintf(text, sizeof(text), "%c%02d:%02d", offset_s < 0 ? '-' : '+', minutes / 60 % 100, minutes % 60);
-  return text;
-}
-
 std::optional<TimeText> ParseTimeText(std::string_view cell) {
   if (cell.size() < 5 || cell.size() > 48) return std::nullopt;
   TimeText out;
+  if (cell.front() == '[' && cell.back() == ']') {
+    cell = cell.substr(1, cell.size() - 2);
+    out.shape.has_brackets = true;
+  }
+  const bool has_brackets = out.shape.has_brackets;
   Reader in(cell);
+  bool is_time = false;
   if (ParseDate(in, out)) {
-    if (in.IsAtEnd()) return out.OrderMask() != 0 ? std::optional(out) : std::nullopt;
-    const std::size_t before = in.At();
-    if (!ParseJoint(in, out.shape)) return std::nullopt;
-    if (!ParseClock(in, out)) {
-      in.Return(before);
-      out.shape.joint.clear();
-    }
-    if (!ParseZoneEnd(in, out) || !in.IsAtEnd()) return std::nullopt;
-    if (out.shape.clock == ClockForm::kNone && out.shape.zone != ZoneForm::kNone) return std::nullopt;
-    return out.OrderMask() != 0 ? std::optional(out) : std::nullopt;
+    is_time = ParseDateFirst(in, out);
+  } else {
+    out = TimeText();
+    out.shape.has_brackets = has_brackets;
+    in.Return(0);
+    is_time = ParseClockFirst(in, out);
   }
-  out = TimeText();
-  in.Return(0);
-  if (!ParseClock(in, out)) return std::nullopt;
-  if (in.IsAtEnd()) return out;
-  const std::size_t behind_clock = in.At();
-  if (ParseZoneEnd(in, out)) return out;
-  in.Return(behind_clock);
-  out.shape.clock_first = true;
-  if (!ParseJoint(in, out.shape) || out.shape.joint.empty() || !ParseDate(in, out)) return std::nullopt;
-  if (!ParseZoneEnd(in, out) || !in.IsAtEnd()) return std::nullopt;
-  return out.OrderMask() != 0 ? std::optional(out) : std::nullopt;
-}
-
-std::optional<CalendarDay> DayOf(const TimeText& text, DateOrder order) {
-  const TimeShape& shape = text.shape;
-  CalendarDay day{};
-  switch (shape.date) {
-    case DateForm::kNone:
-      return std::nullopt;
-    case DateForm::kDayMonthName:
-      day = {text.parts[2], text.parts[1], text.parts[0]};
-      break;
-    case DateForm::kMonthNameDay:
-      day = {text.parts[2], text.parts[0], text.parts[1]};
-      break;
-    default:
-      if (shape.is_year_first || order == DateOrder::kYmd) {
-        if (order != DateOrder::kYmd) return std::nullopt;
-        day = {text.parts[0], text.parts[1], text.parts[2]};
-      } else if (order == DateOrder::kDmy) {
-        day = {text.parts[2], text.parts[1], text.parts[0]};
-      } else {
-        day = {text.parts[2], text.parts[0], text.parts[1]};
-      }
-      if (!shape.is_year_first && order == DateOrder::kYmd && !shape.has_short_year) return std::nullopt;
-  }
-  if (shape.has_short_year) {
-    if (day.year > 99) return std::nullopt;
-    day.year += day.year < kShortYearPivot ? 2000 : 1900;
-  }
-  if (!IsOnCalendar(day) || day.year < 1900 || day.year > 2100) return std::nullopt;
-  return day;
-}
-
-int TimeText::OrderMask() const {
-  int mask = 0;
-  for (const DateOrder order : {DateOrder::kYmd, DateOrder::kDmy, DateOrder::kMdy}) {
-    const bool by_name = shape.date == DateForm::kDayMonthName || shape.date == DateForm::kMonthNameDay;
-    if (by_name && order != DateOrder::kDmy) continue;
-    if (DayOf(*this, order)) mask |= 1 << static_cast<int>(order);
-  }
-  return mask;
-}
-
-std::string LayoutText(const TimeShape& shape, DateOrder order) {
-  std::string date;
-  const std::string year = shape.has_short_year ? "yy" : "yyyy";
-  const std::string month = shape.is_padded ? "MM" : "M";
-  const std::string day = shape.is_padded ? "dd" : "d";
-  const auto join = [&](const std::string& a, const std::string& b, const std::string& c) {
-    if (shape.date_mark == '\xE5') return a + "年" + b + "月" + c + "日";
-    const std::string mark = shape.date_mark != 0 ? std::string(1, shape.date_mark) : "";
-    return a + mark + b + mark + c;
-  };
-  if (shape.date == DateForm::kCompact8) date = "yyyyMMdd";
-  if (shape.date == DateForm::kCompact6 || shape.date == DateForm::kNumbers) {
-    date = order == DateOrder::kYmd   ? join(year, month, day)
-           : order == DateOrder::kDmy ? join(day, month, year)
-                                      : join(month, day, year);
-  }
-  if (shape.date == DateForm::kDayMonthName) date = join("dd", "MMM", year);
-  if (shape.date == DateForm::kMonthNameDay)
-    date = std::string("MMM dd") + (shape.date_mark == ',' ? ", " : " ") + year;
-  if (shape.has_weekday) date = "EEE " + date;
-  std::string clock;
-  if (shape.clock == ClockForm::kCompact) clock = "HHmmss";
-  if (shape.clock == ClockForm::kMarks) {
-    const std::string mark(1, shape.clock_mark);
-    clock = std::string(shape.has_half ? "h" : "HH") + mark + "mm" + (shape.has_seconds ? mark + "ss" : "");
-  }
-  if (shape.fraction_mark != 0) clock += std::string(1, shape.fraction_mark) + "SSS";
-  if (shape.has_half) clock += " a";
-  std::string joint;
-  for (const char c : shape.joint) joint += c == 'T' ? std::string("'T'") : std::string(1, c);
-  std::string layout = shape.clock_first ? clock + joint + date : date + joint + clock;
-  if (shape.zone != ZoneForm::kNone)
-    layout += std::string(shape.zone_has_blank ? " " : "") + (shape.zone == ZoneForm::kWord ? "z" : "XXX");
-  return layout;
+  if (!is_time || (out.shape.date != DateForm::kNone && out.OrderMask() == 0)) return std::nullopt;
+  return out;
 }
 
 }  // namespace loom::dialect

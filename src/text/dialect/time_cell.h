@@ -14,13 +14,19 @@ enum class DateOrder : std::uint8_t { kYmd, kDmy, kMdy };
 enum class ZoneForm : std::uint8_t { kNone, kOffset, kWord };
 enum class ClockForm : std::uint8_t { kNone, kMarks, kCompact };  // 13:03:22, 130322
 
+// In place of a mark: 年 月 日, 时 分 秒 behind each number.
+inline constexpr char kChineseDateMark = '\xE5';
+inline constexpr char kChineseClockMark = '\xE6';
+
 // How one time text is written; equal for every text of a layout.
 struct TimeShape {
   DateForm date = DateForm::kNone;
   bool is_year_first = false;
   bool has_short_year = false;
   bool has_weekday = false;
-  bool is_padded = true;  // two digits for day and month
+  bool has_year_last = false;  // behind the clock: Thu May 13 12:58:50 2021
+  bool has_brackets = false;   // around the whole
+  bool is_padded = true;       // two digits for day and month
   char date_mark = 0;
   ClockForm clock = ClockForm::kNone;
   char clock_mark = 0;

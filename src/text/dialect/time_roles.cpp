@@ -1,8 +1,8 @@
 #include "text/dialect/time_roles.h"
 
 #include <algorithm>
-#include <cmath>
 #include <ctime>
+#include <tuple>
 
 #include "platform/calendar.h"
 #include "text/dialect/cell_value.h"
@@ -26,12 +26,14 @@ struct TimeColumn {
   int rank;
 };
 
+std::int64_t Today() { return WholeDays(std::time(nullptr)); }
+
 // Share of the cells that a layout reads, and whether their years are believable.
 double ReadShare(const std::vector<std::string>& cells, const std::string& layout, char decimal = '.') {
   LayoutReader reader(layout, decimal);
   std::size_t seen = 0;
   std::size_t read = 0;
-  const std::int64_t today = WholeDays(std::time(nullptr));
+  const std::int64_t today = Today();
   for (const std::string& cell : cells) {
     const std::string_view text = Trimmed(cell);
     if (text.empty() || IsNullWord(text)) continue;
@@ -96,6 +98,7 @@ std::optional<TimeColumn> NumberTime(std::size_t column, const ColumnProfile& pr
     time.layouts.push_back(layout);
   };
   if (is_integer && longest == profile.ShortestDigits()) {
+    if (longest == 17) try_layout("yyyyMMddHHmmssSSS", Part::kWhole);
     if (longest == 14) try_layout("yyyyMMddHHmmss", Part::kWhole);
     if (longest == 12) try_layout("yyyyMMddHHmm", Part::kWhole);
     if (longest == 8) try_layout("yyyyMMdd", Part::kDate);
@@ -165,32 +168,42 @@ bool IsInAmerica(const Roles& roles, const std::vector<ColumnProfile>& profiles)
   return latitude.Minimum() > 24 && latitude.Maximum() < 50 && longitude.Minimum() > -126 && longitude.Maximum() < -66;
 }
 
-// Days that follow each other closely speak for an order; then what is usual.
+struct DaySpan {
+  std::int64_t earliest = INT64_MAX;
+  std::int64_t latest = INT64_MIN;
+  std::int64_t Length() const { return latest < earliest ? 0 : latest - earliest; }
+};
+
+DaySpan SpanOf(const std::string& layout, const std::vector<std::string>& cells) {
+  LayoutReader reader(layout);
+  DaySpan span;
+  for (const std::string& cell : cells) {
+    const auto time = reader.Read(Trimmed(cell));
+    if (!time || !time->day) continue;
+    span.earliest = std::min(span.earliest, *time->day);
+    span.latest = std::max(span.latest, *time->day);
+  }
+  return span;
+}
+
+// Days that follow each other closely speak for an order; with two digits of the year the newest past one; then what is
+// usual.
 void SortOrders(std::vector<std::string>& layouts, const std::vector<std::string>& cells, bool is_in_america) {
   if (layouts.size() < 2) return;
-  const auto span = [&](const std::string& layout) {
-    LayoutReader reader(layout);
-    std::int64_t earliest = INT64_MAX;
-    std::int64_t latest = INT64_MIN;
-    for (const std::string& cell : cells) {
-      const auto time = reader.Read(Trimmed(cell));
-      if (!time || !time->day) continue;
-      earliest = std::min(earliest, *time->day);
-      latest = std::max(latest, *time->day);
-    }
-    return latest < earliest ? 0 : latest - earliest;
-  };
-  const auto usual = [&](const std::string& layout) {
+  const std::int64_t today = Today();
+  const auto unusual = [&](const std::string& layout) {
     const bool is_month_first = layout.starts_with("M") || layout.find("M/") < layout.find("d");
     const bool is_american = is_in_america || layout.find(" a") != std::string::npos ||
                              layout.find("M/d") != std::string::npos || layout.find("d/M/") != std::string::npos;
     return is_month_first == is_american ? 0 : 1;
   };
-  std::ranges::stable_sort(layouts, [&](const std::string& a, const std::string& b) {
-    const std::int64_t span_a = span(a);
-    const std::int64_t span_b = span(b);
-    return span_a != span_b ? span_a < span_b : usual(a) < usual(b);
-  });
+  const auto key_of = [&](const std::string& layout) {
+    const DaySpan span = SpanOf(layout, cells);
+    const bool has_long_year = layout.find("yyyy") != std::string::npos;
+    const std::int64_t age = has_long_year ? 0 : span.latest > today ? INT64_MAX : today - span.latest;
+    return std::tuple(span.Length(), age, unusual(layout));
+  };
+  std::ranges::stable_sort(layouts, std::less(), key_of);
 }
 
 std::vector<std::string> Joined(const std::vector<std::string>& a, const std::vector<std::string>& b) {

@@ -93,20 +93,24 @@ std::string StrayQuotes() {
 
 INSTANTIATE_TEST_SUITE_P(
     Tables, DialectForms,
-    ::testing::Values(FormCase{"Tab", "id\ttime\tname\n" + Rows("\t"), "\t", 0, 0, 1, 0, 12},
-                      FormCase{"NoHeader", Rows(","), ",", 0, 0, 0, 0, 12},
-                      FormCase{"Preamble", "Report of today\nunit: 5\n\nid;time;name\n" + Rows(";"), ";", 0, 3, 1, 0,
-                               12},
-                      FormCase{"UnitsBelowNames", "id,time,name\n(no),(UTC),(text)\n" + Rows(","), ",", 0, 0, 2, 0, 12},
-                      FormCase{"Footer", "id,time,name\n" + Rows(",") + "Total: twelve\n", ",", 0, 0, 1, 1, 12},
-                      FormCase{"CutOffRow", "id,time,name\n" + Rows(",") + "99,2021-0", ",", 0, 0, 1, 0, 13},
-                      FormCase{"Comments", "# a, b, c\n# d\nid,time,name\n" + Rows(","), ",", 0, 0, 1, 0, 12},
-                      FormCase{"QuotedLists", QuotedLists(), ",", '"', 0, 1, 0, 9},
-                      FormCase{"StrayQuotes", StrayQuotes(), ",", 0, 0, 1, 0, 40},
-                      FormCase{"QuotedLineEnds", "id,text\n1,\"a\nb\"\n2,\"c\n\nd\"\n3,e\n", ",", '"', 0, 1, 0, 3},
-                      FormCase{"OneColumn", "rsrp\n-80\n-81\n-82\n", "", 0, 0, 1, 0, 3},
-                      FormCase{"HeaderOnly", "id,name,lat\n", ",", 0, 0, 1, 0, 0},
-                      FormCase{"Empty", "", "", 0, 0, 0, 0, 0}),
+    ::testing::Values(
+        FormCase{"Tab", "id\ttime\tname\n" + Rows("\t"), "\t", 0, 0, 1, 0, 12},
+        FormCase{"NoHeader", Rows(","), ",", 0, 0, 0, 0, 12},
+        FormCase{"Preamble", "Report of today\nunit: 5\n\nid;time;name\n" + Rows(";"), ";", 0, 3, 1, 0, 12},
+        FormCase{"UnitsBelowNames", "id,time,name\n(no),(UTC),(text)\n" + Rows(","), ",", 0, 0, 2, 0, 12},
+        FormCase{"Footer", "id,time,name\n" + Rows(",") + "Total: twelve\n", ",", 0, 0, 1, 1, 12},
+        FormCase{"CutOffRow", "id,time,name\n" + Rows(",") + "99,2021-0", ",", 0, 0, 1, 0, 13},
+        FormCase{"Comments", "# a, b, c\n# d\nid,time,name\n" + Rows(","), ",", 0, 0, 1, 0, 12},
+        FormCase{"QuotedLists", QuotedLists(), ",", '"', 0, 1, 0, 9},
+        FormCase{"UnescapedInnerQuote", "id,a,b\n1,\"x, 5\" y\",2\n2,\"z, w\"\",3\n3,u,4\n4,v,5\n", ",", '"', 0, 1, 0,
+                 4},
+        FormCase{"BlanksBeforeQuotes", "id, a, b\n1, \"x, y\", 2\n2, \"z\", 3\n3, u, 4\n", ",", '"', 0, 1, 0, 3},
+        FormCase{"WordsInOneColumn", "site name\nSite A\nSite B\nSite C\nSite D\n", "", 0, 0, 1, 0, 4},
+        FormCase{"WiderLineBeforeTheHeader", "tool=1,b=2,c=3,d=4,e=5\nid,time,name\n" + Rows(","), ",", 0, 1, 1, 0, 12},
+        FormCase{"StrayQuotes", StrayQuotes(), ",", 0, 0, 1, 0, 40},
+        FormCase{"QuotedLineEnds", "id,text\n1,\"a\nb\"\n2,\"c\n\nd\"\n3,e\n", ",", '"', 0, 1, 0, 3},
+        FormCase{"OneColumn", "rsrp\n-80\n-81\n-82\n", "", 0, 0, 1, 0, 3},
+        FormCase{"HeaderOnly", "id,name,lat\n", ",", 0, 0, 1, 0, 0}, FormCase{"Empty", "", "", 0, 0, 0, 0, 0}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST_F(DialectTest, CarriageReturnsAloneEndLines) {
@@ -149,6 +153,32 @@ TEST_F(DialectTest, DayAndMonthThatCannotBeToldApartAreNotSure) {
   EXPECT_EQ("dd/MM/yyyy HH:mm:ss", clear.time->layout);
 }
 
+// 13 May 2021 in both; read the other way they lie in the past or the future.
+TEST_F(DialectTest, ShortYearsAreTheNewestThatHavePassed) {
+  for (const auto& [layout, text] :
+       {std::pair{"dd.MM.yy HH:mm:ss", "13.05.21 10:00:00"}, {"yy/MM/dd HH:mm:ss", "21/05/13 10:00:00"}}) {
+    const Findings found = InspectText("date,v\n" + std::string(text) + ",1\n" + text + ",2\n" + text + ",3\n");
+    ASSERT_TRUE(found.time);
+    EXPECT_EQ(layout, found.time->layout);
+    EXPECT_LE(found.confidence, 0.5);
+  }
+}
+
+// The reader remembers where the newest text had its seconds.
+TEST(LayoutReaders, ReadTextsThatFollowEachOther) {
+  LayoutReader reader("H:mm:ss.SSS");
+  const std::pair<const char*, double> kCases[] = {{"9:59:59.5", 35999.5},    {"9:59:60", 36000},
+                                                   {"10:00:00.25", 36000.25}, {"10:00:01", 36001},
+                                                   {"1:00:02.125", 3602.125}, {"10:00", 36000}};
+  for (const auto& [text, seconds] : kCases) EXPECT_DOUBLE_EQ(seconds, reader.Read(text).value().second_of_day) << text;
+  EXPECT_FALSE(reader.Read("10:00:0x"));
+  LayoutReader digits("HHmmss");
+  EXPECT_DOUBLE_EQ(45530, digits.Read("123850").value().second_of_day);
+  EXPECT_DOUBLE_EQ(754, digits.Read("1234").value().second_of_day);
+  LayoutReader whole("yyyyMMddHHmmssSSS");
+  EXPECT_DOUBLE_EQ(46730.25, whole.Read("20210513125850250").value().second_of_day);
+}
+
 TEST_F(DialectTest, SecondsSinceStartStayNumbers) {
   const Findings found = InspectText("time,v\n0.0,1.5\n0.1,2.5\n0.2,3.5\n86000,1\n");
   EXPECT_FALSE(found.time);
@@ -182,12 +212,25 @@ TEST_F(DialectTest, CsvKeepsEveryCell) {
   EXPECT_EQ("a,b,c\r\n1,\"x;\"\"y\"\"\",3\r\n2,z,\r\n3,u,v,w\r\n4,\"two\nlines\",5\r\n5,6,7\r\n", ToCsv(found));
 }
 
+TEST_F(DialectTest, QuotesThatAPersonRulesOutAreCharacters) {
+  Overrides overrides;
+  overrides.quote = "";
+  const Findings found = InspectText("a,b\n\"1\n2\",3\n\"4,5\n6,7\n", overrides);
+  EXPECT_EQ(4u, found.rows);
+  EXPECT_EQ("a,b\r\n\"\"\"1\",\r\n\"2\"\"\",3\r\n\"\"\"4\",5\r\n6,7\r\n", ToCsv(found));
+}
+
+TEST_F(DialectTest, EmptyCellsBehindTheLastColumnStayUnlessEveryRowHasThem) {
+  EXPECT_EQ("a,b\r\n1,2\r\n3,4,\r\n5,6\r\n", ToCsv(InspectText("a,b\n1,2\n3,4,\n5,6\n")));
+  EXPECT_EQ("a,b\r\n1,2\r\n3,4\r\n5,6\r\n", ToCsv(InspectText("a,b,\n1,2,\n3,4,\n5,6,\n")));
+}
+
 TEST_F(DialectTest, LineOfManyCellsComesInParts) {
   std::string text = "a,b,c\n1,2,3\n4,5,6\n7,8,9\n";
   for (int cell = 0; cell < 300000; ++cell) text += "12345678901234567890,";
   const Findings found = InspectText(text + "\n1,2,3\n");
   EXPECT_EQ(5u, found.rows);
-  EXPECT_EQ(text.size() + 12, ToCsv(found).size());
+  EXPECT_EQ(text.size() + 13, ToCsv(found).size());  // its last cell is empty
 }
 
 TEST_F(DialectTest, EverySampleIsFoundAndComesOutWhole) {
@@ -222,6 +265,10 @@ TEST(TimeCells, AreReadInManyLayouts) {
                                                         {"2020-12-10 17:10:38.558 EST", "yyyy-MM-dd HH:mm:ss.SSS z"},
                                                         {"13-May-2021 12:58:50", "dd-MMM-yyyy HH:mm:ss"},
                                                         {"1/16/2021, 4:04 PM", "M/d/yyyy, h:mm a"},
+                                                        {"Mon May 13 12:58:50 2021", "EEE MMM dd HH:mm:ss yyyy"},
+                                                        {"May 13 12:58:50 UTC 2021", "MMM dd HH:mm:ss z yyyy"},
+                                                        {"[2021-05-13 12:58:50 +0200]", "[yyyy-MM-dd HH:mm:ss XXX]"},
+                                                        {"2021年05月13日12时58分50秒", "yyyy年MM月dd日HH时mm分ss秒"},
                                                         {"14:15:57", "HH:mm:ss"}};
   for (const auto& [text, layout] : kCases) {
     const auto time = ParseTimeText(text);
