@@ -100,6 +100,7 @@ int TextCommands::ImportNew(const TextImportSettings& chosen, const CString& pro
   }
   TextStreamSettings settings = chosen;
   settings.stream_full_name = TitleOf(path) + "_" + settings.stream_name;
+  settings.protocol_is_given = !protocol.IsEmpty();
   ILogfile* logfile = nullptr;
   const int result = Import(path, settings, logfile);
   if (result != kImportDone) return result;

@@ -44,14 +44,15 @@ class TemporaryFolder {
   std::filesystem::path path_;
 };
 
+CString FolderOfThisRun() {
+  static const TemporaryFolder folder;
+  return folder.Path();
+}
+
 // Beside the project, under the title of the source; another number where the name belongs to another file.
 CString ConvertedPath(StoredProject& project, const CString& source) {
-  if (project.IsTemporary()) {
-    static const TemporaryFolder folder;
-    return JoinPath(folder.Path(), TitleOf(source) + kExtension);
-  }
   if (const auto known = FindConverted(project, source)) return known->converted;
-  const CString folder = AbsoluteFolderOf(project.FilePath());
+  const CString folder = project.IsTemporary() ? FolderOfThisRun() : AbsoluteFolderOf(project.FilePath());
   for (int number = 1;; ++number) {
     const CString title = number == 1 ? TitleOf(source) : TitleOf(source) + "-" + CString(std::to_string(number));
     const CString path = JoinPath(folder, title + kExtension);
@@ -85,6 +86,7 @@ TextImportSettings SettingsFor(const CString& path, const dialect::Converted& co
 std::string SettingsText(const InspectedTextFile& file) {
   Json json{{"dialect", DialectJson(file.found)}, {"map", Json::object()}};
   json["dialect"].erase("footer_rows");
+  if (!file.wishes.overrides.quote && file.found.form.quote == 0) json["dialect"].erase("quote");
   for (const auto& [column, element] : file.wishes.elements) json["map"][std::to_string(column)] = element;
   return json.dump(-1, ' ', true);
 }

@@ -133,7 +133,7 @@ int CTextImporter::ReadLines(Run& run, TextLines& lines) {
     if (run.row_count == 1 || run.row_count % kKeyRowStep == 0) StoreRow(key_rows, run.row_count, row);
   }
   NoteColumns(run.path);
-  NoteProtocol(run.path);
+  if (!settings_.protocol_is_given) NoteProtocol(run.path);
   notes.HandOver(CurrentNotes());
   return kImportDone;
 }

@@ -18,7 +18,8 @@ struct TextStreamSettings {
   CString separator;
   std::int32_t has_header_line = 1;  // nonzero: the first line holds names
   ColumnMap columns;
-  std::int32_t stream_type = 0;  // 0 downlink, 1 uplink, 2 scan
+  std::int32_t stream_type = 0;    // 0 downlink, 1 uplink, 2 scan
+  bool protocol_is_given = false;  // by the caller, afterwards: what the import would say of it is not told
 
   // What the project's record of a text file and a configuration have in common: columns, separator, time layout and
   // what the first line is.
