@@ -17,14 +17,17 @@ SEES = {
 }
 # Libraries that only these folders may know.
 LIBRARIES = {
-    "sqlite3.h": ("src/host/project", "src/host/netdb"),
+    "sqlite3.h": ("src/host/project", "src/host/netdb", "src/host/sinks/geopackage"),
     "pugixml.hpp": ("src/host",),
     "minizip/": ("src/host/workbook",),
-    "expat.h": ("src/host/workbook", "src/host/recordings"),
+    "expat.h": ("src/host/workbook", "src/host/recordings", "src/host/sinks/text_layers"),
     "pcap/": ("src/host/recordings",),
     "uchardet/": ("src/host/encodings",),
     "freexl.h": ("src/host/workbook",),
-    "nlohmann/": ("src/host/logstore", "src/host/simulation", "src/apps"),
+    "nlohmann/": ("src/host/logstore", "src/host/simulation", "src/host/sinks/text_layers", "src/apps"),
+    "ogr": ("src/host/sinks/gdal",),
+    "gdal": ("src/host/sinks/gdal",),
+    "cpl_": ("src/host/sinks/gdal",),
     "isa-l/": ("src/host/workbook",),
     "CLI/": ("src/apps",),
     "Q": ("src/apps/qloom-desktop",),
@@ -36,7 +39,9 @@ ROOMS = [
     ({"host/basics", "host/encodings", "host/logstore", "host/streams", "host/catalogue", "host/markup", "host/workbook"},
      {"host/decoder", "host/autotest", "host/communicator", "host/simulation", "host/recordings", "host/project"},
      {"host/netdb"},
-     {"host/subjects", "host/analysis"}),
+     {"host/subjects", "host/analysis"},
+     {"host/sinks"}),
+    ({"sinks/geopackage", "sinks/text_layers", "sinks/gdal"},),
     ({"text/navigator"}, {"text/dialect", "text/import", "text/selection"}, {"text/export"}),
     ({"apps/text_files", "apps/report"}, {"apps/qloom", "apps/qloom-desktop"}),
 ]

@@ -6,10 +6,10 @@
 namespace loom {
 
 // Each adds the commands of one subject; those of intermediate files need the group `log`.
-void AddLogCommands(Command& program, CommandLine& line);      // import, import-by-name, open-log, open-recent, rows
-void AddStoreCommands(Command& program, CommandLine& line);    // log info, make, dump, simulate
+void AddLogCommands(Command& program, CommandLine& line);    // import, import-by-name, open-log, open-recent, rows
+void AddStoreCommands(Command& program, CommandLine& line);  // log info, make, dump, simulate
 void AddRecordingCommands(Command& program, CommandLine& line);
-void AddProjectCommands(Command& program, CommandLine& line);  // project show, net list, net put, ies
+void AddProjectCommands(Command& program, CommandLine& line);       // project show, net list, net put, ies
 void AddIntermediateCommands(Command& program, CommandLine& line);  // import-intermediate, log to-intermediate
 void AddOpenCommand(Command& program, CommandLine& line);           // open
 void AddNavigatorCommands(Command& program, CommandLine& line);     // navigator tree, navigator lists
@@ -18,6 +18,7 @@ void AddTextImportCommands(Command& program, CommandLine& line);    // import-te
 void AddTextCommands(Command& program, CommandLine& line);          // text inspect, text convert
 void AddExportTextCommand(Command& program, CommandLine& line);     // export-text
 void AddExportExcelCommand(Command& program, CommandLine& line);    // export-excel
+void AddExportLayerCommand(Command& program, CommandLine& line);    // export-layer
 void AddNetImportCommand(Command& program, CommandLine& line);      // import-net
 void AddReportCommand(Command& program, CommandLine& line);         // report
 void AddUiCommand(Command& program, CommandLine& line);             // ui

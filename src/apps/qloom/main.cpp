@@ -13,10 +13,10 @@ int Run(int argc, char** argv) {
   Program program("Import and export of drive-test logs", "qloom", "qloom " QLOOM_VERSION);
   CommandLine& line = program.line();
   Command commands = program.commands();
-  for (const auto add :
-       {&AddLogCommands, &AddStoreCommands, &AddRecordingCommands, &AddProjectCommands, &AddIntermediateCommands,
-        &AddOpenCommand, &AddNavigatorCommands, &AddLogToolCommands, &AddTextImportCommands, &AddTextCommands,
-        &AddExportTextCommand, &AddExportExcelCommand, &AddNetImportCommand, &AddReportCommand, &AddUiCommand})
+  for (const auto add : {&AddLogCommands, &AddStoreCommands, &AddRecordingCommands, &AddProjectCommands,
+                         &AddIntermediateCommands, &AddOpenCommand, &AddNavigatorCommands, &AddLogToolCommands,
+                         &AddTextImportCommands, &AddTextCommands, &AddExportTextCommand, &AddExportExcelCommand,
+                         &AddExportLayerCommand, &AddNetImportCommand, &AddReportCommand, &AddUiCommand})
     add(commands, line);
   if (const std::optional<int> failed = program.Parse(argc, argv)) {
     if (*failed == 0) return kExitDone;

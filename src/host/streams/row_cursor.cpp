@@ -1,6 +1,8 @@
 #include "host/streams/row_cursor.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 #include "components/project.h"
 #include "host/streams/value_text.h"
@@ -140,6 +142,33 @@ void RowCursor::AppendValues(std::span<const std::uint32_t> columns, const RowLa
     room -= cell_room;
   }
   out.SetEnd(end);
+}
+
+double RowCursor::Number(std::uint32_t column) const {
+  constexpr double kMissing = std::numeric_limits<double>::quiet_NaN();
+  const Cell& cell = cells_[column];
+  if (cell.row == nullptr || cell.row != row_) return kMissing;
+  switch (cell.kind) {
+    case Kind::kInt:
+      return cell.value.int_value != kInvalidInt ? cell.value.int_value : kMissing;
+    case Kind::kShort:
+      return cell.value.short_value != kInvalidShort ? static_cast<std::int16_t>(cell.value.short_value) : kMissing;
+    case Kind::kFloat:
+      return cell.value.float_value != kInvalidFloat ? DecimalOf(cell.value.float_value) : kMissing;
+    case Kind::kBool:
+      return cell.value.bool_value != 0 ? 1 : 0;
+    case Kind::kRecordTime:
+      return row_->GetRecordTime() != kInvalidDouble && std::isfinite(row_->GetRecordTime()) ? row_->GetRecordTime()
+                                                                                             : kMissing;
+    default:
+      return kMissing;
+  }
+}
+
+std::string_view RowCursor::Text(std::uint32_t column) const {
+  const Cell& cell = cells_[column];
+  if (cell.kind != Kind::kText || cell.row == nullptr || cell.row != row_) return {};
+  return cell.row->GetText(cell.value.text);
 }
 
 }  // namespace loom

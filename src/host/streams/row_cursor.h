@@ -22,6 +22,13 @@ class RowCursor final : public IRowCursor {
   std::optional<double> GetRecordTime() const override;
   void AppendValues(std::span<const std::uint32_t> columns, const RowLayout& layout, TextBuffer& out) override;
 
+  // The same values for machines, of the current row. A number is the decimal one that its text shows; NaN: the row
+  // lacks it, or it is the invalid value or not finite. A text is in the system code page, empty where there is none.
+  double Number(std::uint32_t column) const;
+  std::string_view Text(std::uint32_t column) const;
+  // Null in a stream without rows.
+  const CMemDataRow* Row() const { return row_; }
+
  private:
   enum class Kind : std::int32_t { kAbsent, kInt, kShort, kFloat, kBool, kText, kRecordTime };
 

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <string_view>
 
 #include "platform/digits.h"
@@ -88,6 +89,22 @@ char* PutNumber(float value, char* out) {
 }
 
 char* PutNumber(double value, char* out) { return PutShortest(value, out); }
+
+// The quotient of a whole number and a power of ten, both exact, is the double nearest to that decimal number.
+double DecimalOf(float value) {
+  constexpr double kMostExact = 1ll << 53;
+  if (!std::isfinite(value)) return std::numeric_limits<double>::quiet_NaN();
+  const double exact = value;
+  for (double power = 1; power <= 1e9; power *= 10) {
+    const double scaled = std::nearbyint(exact * power);
+    if (std::abs(scaled) >= kMostExact) break;
+    if (static_cast<float>(scaled / power) == value) return scaled / power;
+  }
+  char text[kNumberRoom];
+  double decimal = 0;
+  std::from_chars(text, PutNumber(value, text), decimal);
+  return decimal;
+}
 
 char* PutNumber(std::int32_t value, char* out) {
   const auto bits = static_cast<std::uint32_t>(value);

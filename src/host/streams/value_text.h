@@ -14,4 +14,7 @@ char* PutNumber(float value, char* out);
 char* PutNumber(double value, char* out);
 char* PutNumber(std::int32_t value, char* out);
 
+// The double that the text of a float reads back to: 0.1f is 0.1. NaN for what is not finite.
+double DecimalOf(float value);
+
 }  // namespace loom
