@@ -197,6 +197,20 @@ TEST_F(Desktop, StreamsOfASelectedLogBecomeAReport) {
   EXPECT_TRUE(text.ends_with("</html>\n"));
 }
 
+TEST_F(Desktop, StreamsOfASelectedLogBecomeLayersByTheNameOfTheFile) {
+  window->ImportFiles(kImporterOutdoorLog, {MakeLog("merged_600")});
+  Tree().topLevelItem(0)->child(0)->setSelected(true);
+  const CString package = folder.File("drive.gpkg");
+  person.Then("name", [=] {
+    Person::Find<QLineEdit>("fileNameEdit")->setText(PathToQt(package));
+    qobject_cast<QDialog*>(Person::Window())->accept();
+  });
+  Action("export_layer").trigger();
+  const std::vector<std::byte> bytes = ReadWholeFile(package);
+  ASSERT_GT(bytes.size(), 1000u);
+  EXPECT_EQ(std::byte{'S'}, bytes[0]);
+}
+
 TEST_F(Desktop, LogsAreCombinedInTheirOwnWindow) {
   person.Then("look", [] { EXPECT_EQ("合并日志文件", Person::Window()->windowTitle()); }).Click(kIdCancel);
   Action("combine_logs").trigger();

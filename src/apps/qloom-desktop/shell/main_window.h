@@ -77,6 +77,7 @@ class MainWindow final : public QMainWindow {
   void ImportText() { session_.manager().ImportTxt(); }
   void ExportText() { session_.manager().ExportTxt(); }
   void ExportExcel();
+  void ExportLayer();
   void WriteReport();
   std::vector<IDataStream*> StreamsToExport() const;  // those selected in the project, else the one in front
   void ImportNetwork();

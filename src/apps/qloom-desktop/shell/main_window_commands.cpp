@@ -14,9 +14,12 @@
 #include "apps/qloom-desktop/shell/stream_tab.h"
 #include "apps/report/report.h"
 #include "host/recordings/make_log.h"
+#include "host/sinks/export_layers.h"
+#include "host/sinks/stream_layer.h"
 #include "host/subjects/stream_subject.h"
 #include "host/workbook/workbook_server.h"
 #include "platform/encoding.h"
+#include "platform/file.h"
 #include "platform/path.h"
 #include "platform/ui/file_dialog.h"
 #include "platform/ui/message_box.h"
@@ -85,6 +88,7 @@ void MainWindow::MakeMenus() {
                             {shell::kExportText, "export_text", "", &M::ExportText, &M::HasTextExport},
                             {shell::kExportExcel, "export_excel", "", &M::ExportExcel, &M::HasExcelExport},
                             {shell::kReport, "report", "", &M::WriteReport, &M::HasReports},
+                            {shell::kExportLayer, "export_layer", "", &M::ExportLayer, nullptr},
                             {shell::kImportNetwork, "import_network", "", &M::ImportNetwork, &M::HasNetworkImport},
                         });
   QMenu* const texts = AddListMenu(
@@ -308,6 +312,29 @@ void MainWindow::WriteReport() {
   if (dialog.DoModal() != kIdOk) return;
   WriteReportOf(session_, streams, dialog.GetPathName());
   Tell(PathToQt(dialog.GetPathName()));
+}
+
+// The dialog has asked for the file that was named; files of single layers have names of their own.
+void MainWindow::ExportLayer() {
+  const std::vector<IDataStream*> streams = StreamsToExport();
+  if (streams.empty()) {
+    ShowMessageBox(FromQt(Text(shell::kSelectStreams)), MessageIcon::kInformation);
+    return;
+  }
+  CFileDialog dialog(false, "gpkg", CString(), CFileDialog::kOverwritePrompt, Filter(shell::kLayers));
+  if (dialog.DoModal() != kIdOk) return;
+  std::vector<std::unique_ptr<ILayerSource>> layers;
+  std::vector<std::string> names;
+  for (IDataStream* const stream : streams) {
+    layers.push_back(std::make_unique<StreamLayer>(*stream, stream->GetName(), std::span<const CString>()));
+    names.push_back(layers.back()->Schema().name);
+  }
+  for (const CString& file : FilesOfLayers(dialog.GetPathName(), names)) {
+    if (file == dialog.GetPathName() || !FileExists(file)) continue;
+    const CString question = FromQt(Text(shell::kReplaceFile).arg(PathToQt(file)));
+    if (ShowMessageBox(question, MessageIcon::kQuestion, MessageButtons::kYesNo) != MessageAnswer::kYes) return;
+  }
+  for (const ExportedFile& file : ExportLayers(layers, {.out = dialog.GetPathName()})) Tell(PathToQt(file.path));
 }
 
 void MainWindow::ImportNetwork() {

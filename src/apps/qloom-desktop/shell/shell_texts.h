@@ -49,6 +49,7 @@ inline constexpr ShellText kOpenText           {"重新打开文本文件(&O)", 
 inline constexpr ShellText kExportText         {"导出文本文件(&E)...", "&Export text file..."};
 inline constexpr ShellText kExportExcel        {"导出到 Excel(&X)...", "Export to E&xcel..."};
 inline constexpr ShellText kReport             {"报告(&R)...", "&Report..."};
+inline constexpr ShellText kExportLayer        {"导出图层(&L)...", "Export &layer..."};
 inline constexpr ShellText kImportNetwork      {"导入网元信息(&N)...", "Import &network elements..."};
 inline constexpr ShellText kAbout              {"关于(&A)", "&About"};
 inline constexpr ShellText kRemoveLog          {"从项目中移除", "Remove from project"};
@@ -67,6 +68,8 @@ inline constexpr ShellText kProjectFiles       {"项目文件 (*.qlp)", "Project
 inline constexpr ShellText kLogFiles           {"日志文件 (*.log)", "Log files (*.log)"};
 inline constexpr ShellText kReports            {"网页 (*.html)", "Web pages (*.html)"};
 inline constexpr ShellText kWorkbooks          {"工作簿 (*.xlsx)", "Workbooks (*.xlsx)"};
+inline constexpr ShellText kLayers             {"图层 (*.gpkg;*.fgb;*.geojson;*.kml;*.kmz;*.gpx;*.tab;*.mif;*.shp)", "Layers (*.gpkg;*.fgb;*.geojson;*.kml;*.kmz;*.gpx;*.tab;*.mif;*.shp)"};
+inline constexpr ShellText kReplaceFile        {"文件 %1 已存在，是否替换？", "The file %1 is there already. Replace it?"};
 inline constexpr ShellText kRecordings         {"手机记录 (*.qmdl;*.mi2log;*.dlf;*.pcap;*.pcapng)", "Handset recordings (*.qmdl;*.mi2log;*.dlf;*.pcap;*.pcapng)"};
 inline constexpr ShellText kAllFiles           {"所有文件 (*)", "All files (*)"};
 inline constexpr ShellText kSelectStreams      {"请在项目中选择要导出的日志或数据流。", "Select logs or streams in the project to export."};
