@@ -276,6 +276,66 @@ TEST_F(ProjectTest, ALogImportedAgainWithEverythingLosesItsSelection) {
   EXPECT_FALSE(g_project->GetImpSettingByLogFile("/logs/b.log").empty());
 }
 
+CImportSetting Batch(const std::vector<CString>& paths, const CString& ie) {
+  CImportSetting batch;
+  for (const CString& path : paths) batch.AddLogFile(path);
+  batch.SetParamSetting({{ie, {ie, -100, 0}}});
+  return batch;
+}
+
+TEST_F(ProjectTest, ItIsChangedWhenItsContentIs) {
+  SaveProjectWithOneLog();
+  const auto application = Start();
+  StoredProject& project = application->project();
+  EXPECT_FALSE(project.HasChanged());
+  g_project->AddProjectLogFile(Log("/logs/a.log", 3));
+  g_project->modified = 1;
+  EXPECT_FALSE(project.HasChanged());
+  g_project->AddProjectLogFile(Log("/logs/a.log", 4));
+  EXPECT_TRUE(project.HasChanged());
+  project.Save();
+  EXPECT_FALSE(project.HasChanged());
+  const auto cell = [](std::int64_t ci) { return NetworkRow{{"CI", ci}, {"CellName", CString("a")}}; };
+  EXPECT_THROW(application->network().PutRows("tbl_Cell", {cell(1), {{"CI", std::int64_t{2}}, {"", 1.0}}}), Error);
+  EXPECT_FALSE(project.HasChanged());
+  application->network().PutRows("tbl_Cell", {cell(1)});
+  EXPECT_TRUE(project.HasChanged());
+}
+
+TEST_F(ProjectTest, WhatIsPutBackStandsWhereItStoodWithItsSettings) {
+  const auto application = Start();
+  StoredProject& project = application->project();
+  for (const char* path : {"a", "b", "c", "d"}) {
+    g_project->AddProjectLogFile(Log(path, 1));
+    struct_BinningSetting binning;
+    binning.grid_width_m = path[0];
+    g_project->AddBinningSetting(path, binning);
+  }
+  g_project->AddImpSetting(Batch({"a", "b"}, "CI"));
+  g_project->AddImpSetting(Batch({"c", "d"}, "LAC"));
+  for (const char* name : {"s", "t"}) {
+    CProjectTxtFile text;
+    text.SetTxtName(name);
+    g_project->AddTxtFile(text);
+  }
+  project.SaveAs(path_);
+  const ProjectContent before = project.Content();
+  for (const char* path : {"a", "b", "c"}) g_project->RemoveLogFile(path);
+  g_project->RemoveTxtFile("s");
+  project.PutBack(before, [](const CString& path) { return path != "b"; });
+  std::string order;
+  for (const CProjectLogfile& log : project.Content().logs) order += log.GetLogFilePath().str();
+  EXPECT_EQ("acd", order);
+  EXPECT_EQ(1u, g_project->GetImpSettingByLogFile("a").size());
+  EXPECT_EQ(0u, g_project->GetImpSettingByLogFile("b").size());
+  struct_BinningSetting binning;
+  g_project->GetBinningSetting("c", binning);
+  EXPECT_EQ('c', binning.grid_width_m);
+  EXPECT_TRUE(project.HasChanged());
+  project.PutBack(before, [](const CString&) { return true; });
+  EXPECT_FALSE(project.HasChanged());
+}
+
 TEST_F(ProjectTest, AFileThatIsNoWholeProjectIsRefusedWithItsReason) {
   SaveProjectWithOneLog();
   const std::string whole = ReadWholeText(path_);

@@ -161,6 +161,8 @@ bool Database::HasTable(const CString& name) {
   return statement.BindText(1, name).Step();
 }
 
+std::int64_t Database::ChangeCount() const { return sqlite3_total_changes64(connection_.get()) - undone_changes_; }
+
 std::string Database::Image() {
   sqlite3_int64 size = 0;
   struct Free {
@@ -173,6 +175,7 @@ std::string Database::Image() {
 
 Transaction::~Transaction() {
   if (!is_open_) return;
+  database_.undone_changes_ += database_.ChangeCount() - changes_before_;
   try {
     database_.Execute("ROLLBACK");
   } catch (const Error& error) {

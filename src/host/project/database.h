@@ -71,6 +71,8 @@ class Database {
   std::int64_t ReadInt(std::string_view sql);  // first column of the first row, 0 without one
   std::int64_t LastRowId() const;
   bool HasTable(const CString& name);
+  // Grows with every row that is stored, changed or removed; what a transaction undoes does not count.
+  std::int64_t ChangeCount() const;
 
   // The bytes of a database file with this content.
   std::string Image();
@@ -79,13 +81,17 @@ class Database {
   struct Close {
     void operator()(sqlite3* connection) const;
   };
+  friend class Transaction;
   std::unique_ptr<sqlite3, Close> connection_;
+  std::int64_t undone_changes_ = 0;
 };
 
 // Everything done during its lifetime is undone unless Commit() was called. Do not nest.
 class Transaction {
  public:
-  explicit Transaction(Database& database) : database_(database) { database_.Execute("BEGIN"); }
+  explicit Transaction(Database& database) : database_(database), changes_before_(database.ChangeCount()) {
+    database_.Execute("BEGIN");
+  }
   Transaction(const Transaction&) = delete;
   Transaction& operator=(const Transaction&) = delete;
   ~Transaction();
@@ -93,6 +99,7 @@ class Transaction {
 
  private:
   Database& database_;
+  std::int64_t changes_before_;
   bool is_open_ = true;
 };
 

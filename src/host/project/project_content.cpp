@@ -225,4 +225,13 @@ void WriteProjectContent(Database& database, const ProjectContent& content) {
   for (const CString& path : content.recent_logs) insert.BindText(1, path).Run();
 }
 
+std::size_t ProjectContentStamp(const ProjectContent& content) {
+  Database database;
+  CreateProjectTables(database);
+  Transaction transaction(database);
+  WriteProjectContent(database, content);
+  transaction.Commit();
+  return std::hash<std::string>()(database.Image());
+}
+
 }  // namespace loom

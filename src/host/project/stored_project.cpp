@@ -62,7 +62,9 @@ CString AbsoluteFolderOf(const CString& file_path) {
 }
 
 StoredProject::StoredProject(const IECatalogue& catalogue, const CString& folder)
-    : catalogue_(catalogue), folder_(folder), database_(NewProjectDatabase()) {}
+    : catalogue_(catalogue), folder_(folder), database_(NewProjectDatabase()) {
+  CountAsUnchanged();
+}
 
 StoredProject::StoredProject(const IECatalogue& catalogue, const CString& path, ProjectFile file)
     : catalogue_(catalogue),
@@ -71,7 +73,28 @@ StoredProject::StoredProject(const IECatalogue& catalogue, const CString& path, 
       stamp_(file.stamp),
       database_(std::move(file.database)),
       content_(ReadContent(path, database_)) {
+  IndexLogs();
+  CountAsUnchanged();
+}
+
+void StoredProject::IndexLogs() {
+  log_by_path_.clear();
   for (auto log = content_.logs.begin(); log != content_.logs.end(); ++log) log_by_path_[log->GetLogFilePath()] = log;
+}
+
+void StoredProject::CountAsUnchanged() {
+  unchanged_content_ = ProjectContentStamp(content_);
+  unchanged_count_ = database_.ChangeCount();
+  modified = 0;
+}
+
+bool StoredProject::HasChanged() const {
+  return database_.ChangeCount() != unchanged_count_ || ProjectContentStamp(content_) != unchanged_content_;
+}
+
+void StoredProject::PutBack(const ProjectContent& earlier, const std::function<bool(const CString&)>& wanted) {
+  PutBackEntries(content_, earlier, wanted);
+  IndexLogs();
 }
 
 std::unique_ptr<StoredProject> StoredProject::Open(const IECatalogue& catalogue, const CString& path,
@@ -224,7 +247,7 @@ void StoredProject::Write(const CString& path) {
   WriteProjectContent(database_, content_);
   transaction.Commit();
   stamp_ = WriteProjectFile(path, database_);
-  modified = 0;
+  CountAsUnchanged();
 }
 
 }  // namespace loom

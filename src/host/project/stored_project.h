@@ -72,6 +72,11 @@ class StoredProject final : public CProject, private CNTLog {
   // The same to another file, which is the project's from then on and held; ProjectInUse when another process holds it.
   void SaveAs(const CString& path);
 
+  // Whether the content differs from that of the file, or of a new project; the network elements' count.
+  bool HasChanged() const;
+  // Logs and texts that are missing of an earlier content and that `wanted` names are listed again.
+  void PutBack(const ProjectContent& earlier, const std::function<bool(const CString& path)>& wanted);
+
   bool IsTemporary() const { return path_.IsEmpty(); }
   // Why Save() is refused, UTF-8; empty when it is not.
   const std::string& ReadOnlyReason() const { return read_only_reason_; }
@@ -84,6 +89,8 @@ class StoredProject final : public CProject, private CNTLog {
  private:
   StoredProject(const IECatalogue& catalogue, const CString& path, ProjectFile file);
   void RequireFileThatWasRead() const;
+  void IndexLogs();
+  void CountAsUnchanged();
   void Write(const CString& path);
   const CProjectLogfile* GetProjectLogFileByPath(const CString& path) const override;
   std::vector<const CProjectLogfile*> GetProjectLogFiles() const override;
@@ -98,6 +105,8 @@ class StoredProject final : public CProject, private CNTLog {
   Database database_;
   ProjectContent content_;
   std::map<CString, std::list<CProjectLogfile>::iterator> log_by_path_;
+  std::size_t unchanged_content_ = 0;  // stamp
+  std::int64_t unchanged_count_ = 0;   // of the database's changes
 };
 
 }  // namespace loom
