@@ -8,6 +8,7 @@
 #include "platform/completes.h"
 #include "platform/error.h"
 #include "platform/file.h"
+#include "platform/interrupt.h"
 #include "platform/path.h"
 #include "platform/ui/file_dialog.h"
 #include "platform/ui/message_box.h"
@@ -179,7 +180,15 @@ bool CLogfilePartitionDlg::Cut() const {
 void CLogfilePartitionDlg::OnOK() {
   if (!UpdateData(true) || !Check()) return;
   constexpr int kThrew = -1;
-  const int cut = ResultOr(kThrew, [&] { return Cut() ? 1 : 0; });
+  constexpr int kCancelled = 2;
+  const int cut = ResultOr(kThrew, [&] {
+    try {
+      return Cut() ? 1 : 0;
+    } catch (const Interrupted&) {
+      return kCancelled;
+    }
+  });
+  if (cut == kCancelled) return;
   if (cut == kThrew) return Complain("日志截取过程出现异常！请确认日志是否有效。"_gbk);
   const bool is_done = cut == 1;
   const MessageIcon icon = is_done ? MessageIcon::kNone : MessageIcon::kInformation;

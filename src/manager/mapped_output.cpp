@@ -56,10 +56,11 @@ void MappedOutput::Check() const {
   if (!manager_.FileMapFailure().empty()) throw FileError(path_, offset_, manager_.FileMapFailure());
 }
 
-IntermediateSummary SaveIntermediateFile(CIOManager& manager, const ILogfile& logfile, const CString& path,
+IntermediateSummary SaveIntermediateFile(CIOManager& manager, const ILogfile& logfile,
+                                         const std::list<IDataStream*>& streams, const CString& path,
                                          const EventIds& event_ids) {
   const CString target = TargetOf(path);
-  return WriteIntermediateFile(logfile, target, event_ids, [&](std::uint32_t size_bytes) {
+  return WriteIntermediateFile(logfile, streams, target, event_ids, [&](std::uint32_t size_bytes) {
     return std::make_unique<MappedOutput>(manager, target, size_bytes);
   });
 }

@@ -32,9 +32,10 @@ class MappedOutput final : public IntermediateOutput {
   std::uint32_t offset_ = 0;  // of what was handed to the facade
 };
 
-// The streams of an imported log as an intermediate file at `path`, links followed; a folder or a device is refused.
+// Streams of an imported log as an intermediate file at `path`, links followed; a folder or a device is refused.
 // `path` is complete or as it was.
-IntermediateSummary SaveIntermediateFile(CIOManager& manager, const ILogfile& logfile, const CString& path,
+IntermediateSummary SaveIntermediateFile(CIOManager& manager, const ILogfile& logfile,
+                                         const std::list<IDataStream*>& streams, const CString& path,
                                          const EventIds& event_ids);
 
 }  // namespace loom

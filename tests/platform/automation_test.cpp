@@ -2,6 +2,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 
@@ -69,6 +70,35 @@ TEST(VariantTest, ObjectsLiveAsLongAsWhatRefersToThem) {
     EXPECT_EQ(1, Counted::alive);
   }
   EXPECT_EQ(0, Counted::alive);
+}
+
+TEST(SafeArrayTest, ALargeTableHoldsWhatASmallOneHolds) {
+  COleSafeArray table;
+  table.Create(VT_VARIANT, std::array{3000u, 300u});
+  const std::string longer(100, 'x');
+  for (std::int32_t row = 0; row < 3000; ++row) {
+    const std::span<VARIANT> cells = table.Row(row);
+    cells[0] = VARIANT::I4(row);
+    cells[299] = VARIANT(std::string_view(longer));
+  }
+  const VARIANT others[] = {VARIANT::R8(-0.5), VARIANT::Bool(true), VARIANT::I2(-7), VARIANT("")};
+  std::ranges::copy(others, table.Row(7).subspan(10).begin());
+  COleSafeArray copy = table;
+  copy.Row(8)[1] = VARIANT("b");
+  table.Row(8)[1] = VARIANT("a");
+  EXPECT_EQ("a", std::as_const(table).Row(8)[1].Text());
+  EXPECT_EQ("b", std::as_const(copy).Row(8)[1].Text());
+  for (const COleSafeArray* const array : {&table, &copy}) {
+    const std::span<const VARIANT> row = array->Row(7);
+    EXPECT_EQ(-0.5, row[10].Real());
+    EXPECT_TRUE(row[11].Boolean());
+    EXPECT_EQ(-7, row[12].Integer());
+    EXPECT_EQ("", row[13].Text());
+    EXPECT_TRUE(row[14].IsEmpty());
+    EXPECT_EQ(2999, array->Row(2999)[0].Integer());
+    EXPECT_EQ(longer, array->Row(1500)[299].Text());
+  }
+  EXPECT_THROW(table.Row(3000), AutomationError);
 }
 
 TEST(SafeArrayTest, RowsLieWithinTheBounds) {

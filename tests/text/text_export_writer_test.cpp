@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "components/dt_time.h"
+#include "platform/interrupt.h"
 #include "platform/log.h"
 #include "tests/text/export_streams.h"
 
@@ -55,6 +56,29 @@ TEST_F(TextExportWriter, ColumnsHaveTheirOrderWhateverThePersonChose) {
   EXPECT_EQ("RecordTime", names_.front());
   EXPECT_EQ(3, user_.wait_cursor_count());
   EXPECT_EQ(0, user_.wait_cursor_depth());
+}
+
+TEST_F(TextExportWriter, WhoeverWatchesHearsOfTheRowsAndMayEndIt) {
+  struct Watch : WorkWatch {
+    void Look(std::uint64_t done, std::uint64_t whole) override {
+      seen.emplace_back(done, whole);
+      if (seen.size() == most) throw Interrupted();
+    }
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> seen;
+    std::size_t most = 0;
+  } watch;
+  IDataStream& stream = *AddTdStream();
+  for (int row = 0; row < 1000; ++row) AddRow(stream, 100000.0 + row, {{kUarfcnIe, uniFieldValue(10054)}});
+  WorkWatch* const before = SetWorkWatch(&watch);
+  EXPECT_EQ(1, Write(stream, {"UARFCN"}));
+  const std::string whole = Written();
+  const std::vector<std::pair<std::uint64_t, std::uint64_t>> expected{{256, 1000}, {512, 1000}, {768, 1000}};
+  EXPECT_EQ(expected, watch.seen);
+  watch = {};
+  watch.most = 2;
+  EXPECT_THROW(Write(stream, {"LAC"}), Interrupted);
+  SetWorkWatch(before);
+  EXPECT_EQ(whole, Written());
 }
 
 TEST_F(TextExportWriter, AStreamWithoutRowsGivesOneLineOfBlanks) {

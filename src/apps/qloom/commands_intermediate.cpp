@@ -49,8 +49,9 @@ int RunToIntermediate(const CommandLine& line, const IntermediateOptions& option
   Session session(line.common, std::move(answers), log, ProjectUse::kRead);
   const ILogfile* const logfile = ImportOneLog(session, log);
   if (logfile == nullptr) return session.Finish({{"result", 0}, {"out", JsonName(options.out)}}, kExitFailed);
-  const IntermediateSummary summary = SaveIntermediateFile(session.manager(), *logfile, NamedPath(options.out),
-                                                           session.host().catalogue().EventIds());
+  const IntermediateSummary summary =
+      SaveIntermediateFile(session.manager(), *logfile, logfile->GetStreams(), NamedPath(options.out),
+                           session.host().catalogue().EventIds());
   if (!line.common.json) {
     std::cout << options.out << ": " << summary.rows << " rows in " << summary.streams << " streams, " << summary.bytes
               << " bytes\n";

@@ -12,6 +12,7 @@
 #include "platform/byte_reader.h"
 #include "platform/encoding.h"
 #include "platform/error.h"
+#include "platform/interrupt.h"
 
 namespace loom {
 namespace {
@@ -69,8 +70,9 @@ class Buffered {
 
 class Writer {
  public:
-  Writer(const EventIds& event_ids, const ILogfile& logfile, const CString& path)
-      : logfile_(logfile), path_(path), event_ids_(event_ids) {}
+  Writer(const EventIds& event_ids, const ILogfile& logfile, const std::list<IDataStream*>& streams,
+         const CString& path)
+      : logfile_(logfile), chosen_(streams), path_(path), event_ids_(event_ids) {}
 
   IntermediateSummary Write(const IntermediateOutputMaker& make_output) {
     const std::uint64_t size = Plan();
@@ -94,7 +96,7 @@ class Writer {
  private:
   // Gives the file's size.
   std::uint64_t Plan() {
-    for (IDataStream* stream : logfile_.GetStreams()) {
+    for (IDataStream* stream : chosen_) {
       if (streams_.size() == layout::kMostEntries) {
         Note(kNameLeftOut, "stream \"" + GbkToUtf8(stream->GetName()) + "\": a file has at most 22 streams");
       } else {
@@ -139,10 +141,12 @@ class Writer {
   template <class Use>
   void ForEachRow(const PlannedStream& planned, const IntermediateRowEncoder::Teller& tell, Use use) {
     const MergedRowMap& merged = *planned.stream->GetMergedRows();
+    std::uint64_t done = 0;
     for (const auto& [number, row] : *planned.stream->GetRows()) {
       CMergeDataRow_2M pair;
       if (const auto found = merged.find(number); found != merged.end()) pair = found->second;
       use(*row, encoder_.Encode(*row, planned.is_dual ? &pair : nullptr, tell));
+      TellProgress(++done, planned.stream->GetRows()->size());
     }
   }
 
@@ -219,6 +223,7 @@ class Writer {
   }
 
   const ILogfile& logfile_;
+  const std::list<IDataStream*>& chosen_;
   CString path_;
   const EventIds& event_ids_;
   std::vector<PlannedStream> streams_;
@@ -228,9 +233,10 @@ class Writer {
 
 }  // namespace
 
-IntermediateSummary WriteIntermediateFile(const ILogfile& logfile, const CString& path, const EventIds& event_ids,
+IntermediateSummary WriteIntermediateFile(const ILogfile& logfile, const std::list<IDataStream*>& streams,
+                                          const CString& path, const EventIds& event_ids,
                                           const IntermediateOutputMaker& make_output) {
-  return Writer(event_ids, logfile, path).Write(make_output);
+  return Writer(event_ids, logfile, streams, path).Write(make_output);
 }
 
 }  // namespace loom

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <list>
 #include <map>
 #include <memory>
 #include <span>
@@ -30,10 +31,11 @@ struct IntermediateSummary {
   std::uint32_t bytes = 0;
 };
 
-// Writes the streams of a log as an intermediate file. What the format cannot carry is noted for `path`: texts that are
+// Writes streams of a log as an intermediate file. What the format cannot carry is noted for `path`: texts that are
 // too long, spectra, streams beyond 22, names that the catalogue lacks. Throws Error when the file cannot be written or
 // would have 4 GB or more.
-IntermediateSummary WriteIntermediateFile(const ILogfile& logfile, const CString& path, const EventIds& event_ids,
+IntermediateSummary WriteIntermediateFile(const ILogfile& logfile, const std::list<IDataStream*>& streams,
+                                          const CString& path, const EventIds& event_ids,
                                           const IntermediateOutputMaker& make_output);
 
 }  // namespace loom

@@ -46,7 +46,8 @@ bool CutByIndex(LogReader& reader, const CString& target, const TimeWindow& wind
 void CutWhole(LogReader& reader, const CString& target, const TimeWindow& window) {
   reader.Rewind();
   LogWriter log(target, reader.header());
-  for (LogPacket packet; reader.Next(packet); StopIfInterrupted())
+  const std::uint64_t whole = InputFile(reader.path()).Size();
+  for (LogPacket packet; reader.Next(packet); TellProgress(packet.position_bytes, whole))
     if (window.Holds(packet.time_ns)) log.Append(packet);
   reader.RequireUnchanged();
   log.Finish();
@@ -65,6 +66,7 @@ bool CutLog(const CString& source, const CString& target, const TimeWindow& wind
     if (!CutByIndex(*reader, target, window)) CutWhole(*reader, target, window);
   } catch (const Interrupted&) {
     CurrentNotes().Add("log not written"_note, target, std::uint64_t{0}, "interrupted");
+    if (!WasInterrupted()) throw;  // whoever watches has ended it
     return false;
   } catch (const FileError& error) {
     if (error.path() != target) throw;

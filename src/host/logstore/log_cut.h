@@ -13,7 +13,7 @@ TimeWindow WindowOfSeconds(const LocalTime& first, const LocalTime& last);
 // good, only what it names is read; the bytes written are the same with and without. False, with a note, when the
 // source is no log, or the target is the source or cannot be written. Throws FileError when the source fails to read or
 // is written to meanwhile. In all these cases, and after an interrupt, which gives false, too, the target stays as it
-// was.
+// was. Where whoever watches ends the work, Interrupted goes on to them.
 bool CutLog(const CString& source, const CString& target, const TimeWindow& window);
 
 }  // namespace loom

@@ -159,6 +159,7 @@ void AllowManyOpenFiles() {
 
 struct OpenedSources {
   MergeSources sources;
+  std::uint64_t bytes = 0;
   bool is_refused = false;
   bool lacks_old_ones = false;
 };
@@ -178,6 +179,7 @@ OpenedSources OpenSources(std::span<const CString> paths, const CString& target,
       MergeSource& source =
           opened.sources.emplace_back(path, opened.sources.size(), static_cast<std::uint32_t>(piece_bytes));
       const LogHeader& header = source.header();
+      opened.bytes += InputFile(path).Size();
       if (!accepts(header.kind)) {
         AddNote("log refused"_note, path, "a log of the kind " + std::string(LogKindName(header.kind)));
         opened.is_refused = true;
@@ -204,7 +206,12 @@ LogMergeResult MergeLogs(std::span<const CString> paths, const CString& target, 
   if (!header) return kMergeRefused;
   try {
     LogWriter log(target, *header);
-    for (MergeQueue queue(opened.sources); !queue.IsEmpty(); queue.Advance()) log.Append(queue.First().Packet());
+    std::uint64_t done = 0;
+    for (MergeQueue queue(opened.sources); !queue.IsEmpty(); queue.Advance()) {
+      const LogPacket& packet = queue.First().Packet();
+      log.Append(packet);
+      TellProgress(done += packet.block.size(), opened.bytes);
+    }
     for (const MergeSource& source : opened.sources) source.reader().RequireUnchanged();
     log.Finish();
   } catch (const Interrupted&) {

@@ -135,7 +135,7 @@ void LogWriter::Append(std::span<const std::byte> record, double time_s) {
 }
 
 void LogWriter::CountRecord(std::uint64_t time_ns) {
-  StopIfInterrupted();
+  if (WasInterrupted()) throw Interrupted();
   start_ns_ = record_count_ == 0 ? time_ns : std::min(start_ns_, time_ns);
   end_ns_ = std::max(end_ns_, time_ns);
   ++record_count_;

@@ -5,6 +5,7 @@
 
 #include "host/netdb/network_tables.h"
 #include "platform/encoding.h"
+#include "platform/interrupt.h"
 
 namespace loom {
 namespace {
@@ -57,10 +58,7 @@ CString LowerCase(CString text) { return text.MakeLower(); }
 // mark and a number.
 constexpr char kNameMark = '\x1F';
 
-CString NameOfColumn(const CString& column) {
-  const int mark = column.Find(kNameMark);
-  return mark < 0 ? column : column.Left(mark);
-}
+CString NameOfColumn(const CString& column) { return NetworkColumnName(column); }
 
 // The columns of a table by the names that they were stored under.
 class TableColumns {
@@ -109,18 +107,6 @@ class TableColumns {
   std::set<CString> taken_;  // in lower case
 };
 
-void Bind(Statement& statement, int parameter, const NetworkValue& value) {
-  if (const auto* const number = std::get_if<std::int64_t>(&value)) {
-    statement.BindInt(parameter, *number);
-  } else if (const auto* const real = std::get_if<double>(&value)) {
-    statement.BindDouble(parameter, *real);
-  } else if (const auto* const text = std::get_if<CString>(&value)) {
-    statement.BindText(parameter, *text);
-  } else {
-    statement.BindNull(parameter);
-  }
-}
-
 // Inserts rows; the statement is kept while their columns stay the same.
 class RowInserter {
  public:
@@ -143,7 +129,7 @@ class RowInserter {
   }
   void Insert(const std::vector<NetworkValue>& values) {
     int parameter = 0;
-    for (const NetworkValue& value : values) Bind(*statement_, ++parameter, value);
+    for (const NetworkValue& value : values) BindNetworkValue(*statement_, ++parameter, value);
     statement_->Run();
   }
 
@@ -156,6 +142,29 @@ class RowInserter {
 
 }  // namespace
 
+CString NetworkColumnName(const CString& column) {
+  const int mark = column.Find(kNameMark);
+  return mark < 0 ? column : column.Left(mark);
+}
+
+void BindNetworkValue(Statement& statement, int parameter, const NetworkValue& value) {
+  if (const auto* const number = std::get_if<std::int64_t>(&value)) {
+    statement.BindInt(parameter, *number);
+  } else if (const auto* const real = std::get_if<double>(&value)) {
+    statement.BindDouble(parameter, *real);
+  } else if (const auto* const text = std::get_if<CString>(&value)) {
+    statement.BindText(parameter, *text);
+  } else {
+    statement.BindNull(parameter);
+  }
+}
+
+std::vector<CString> NetworkTableNames() {
+  std::vector<CString> names;
+  for (const NetworkTable& table : NetworkTables()) names.emplace_back(table.name);
+  return names;
+}
+
 NetworkDatabase::Counts NetworkDatabase::PutInOneGo(const NetworkTable& table, const PutAll& put_all) {
   position_queries_.reset();
   Transaction transaction(database_);
@@ -167,6 +176,8 @@ NetworkDatabase::Counts NetworkDatabase::PutInOneGo(const NetworkTable& table, c
   std::int64_t number = 0;
   try {
     put_all(number);
+  } catch (const Interrupted&) {
+    throw;
   } catch (const Error& error) {
     throw Error(std::string(table.name) + ", row " + std::to_string(number) + ": " + error.what());
   }
@@ -224,7 +235,10 @@ NetworkDatabase::Counts NetworkDatabase::PutRows(const CString& table_name, cons
     for (const CString& column : columns) called.push_back(known.Named(column));
     RowInserter inserter(database_, table);
     inserter.UseColumns(called);
-    for (std::vector<NetworkValue> values(columns.size()); next(values); inserter.Insert(values)) ++number;
+    for (std::vector<NetworkValue> values(columns.size()); next(values); inserter.Insert(values)) {
+      ++number;
+      StopIfInterrupted();
+    }
   });
 }
 

@@ -14,10 +14,17 @@
 namespace loom {
 
 struct NetworkTable;
+class Statement;
 
 // A row of a network-element table: column name -> value, monostate where it is empty.
 using NetworkValue = std::variant<std::monostate, std::int64_t, double, CString>;
 using NetworkRow = std::vector<std::pair<CString, NetworkValue>>;
+
+void BindNetworkValue(Statement& statement, int parameter, const NetworkValue& value);
+// The name that a column of the database was stored under.
+CString NetworkColumnName(const CString& column);
+// The names of all tables.
+std::vector<CString> NetworkTableNames();
 
 // The network-element tables of a project's working copy: "tbl_RNC", "tbl_NodeB", "tbl_Cell" (TD-SCDMA),
 // "tbl_Cell_GSM", "tbl_Cell_LTE", "tbl_AdjCell", "tbl_AdjCell_GSM", "tbl_CustomCPIGroup", "tbl_NetDataConfig".

@@ -6,6 +6,7 @@
 
 #include "components/project.h"
 #include "host/streams/value_text.h"
+#include "platform/interrupt.h"
 
 namespace loom {
 namespace {
@@ -68,6 +69,7 @@ void RowCursor::GoToFirstRow() {
   for (Cell& cell : cells_) cell.row = nullptr;
   next_ = rows_.begin();
   row_ = nullptr;
+  passed_ = 0;
   if (next_ != rows_.end()) TakeNextRow();
 }
 
@@ -82,6 +84,7 @@ std::optional<double> RowCursor::GetRecordTime() const {
 void RowCursor::TakeNextRow() {
   row_ = next_++->second;
   if (!IsLastRow()) Prefetch(*next_->second);
+  if (++passed_ % kRowsBetweenLooks == 0) TellProgress(passed_, rows_.size());
   NoteValues();
 }
 

@@ -45,7 +45,10 @@ class RowCursor final : public IRowCursor {
   void TakeNextRow();
   void NoteValues();
 
+  static constexpr std::uint64_t kRowsBetweenLooks = 256;
+
   const RowMap& rows_;
+  std::uint64_t passed_ = 0;                                     // since the first row
   RowMap::const_iterator next_;                                  // behind the current row
   const CMemDataRow* row_ = nullptr;                             // null without rows
   std::vector<Cell> cells_;                                      // by column; the first takes what nobody asked for

@@ -9,12 +9,14 @@
 #include "host/workbook/cell_text_kind.h"
 #include "host/workbook/xml_text.h"
 #include "platform/encoding.h"
+#include "platform/interrupt.h"
 #include "platform/number.h"
 
 namespace loom {
 namespace {
 
 constexpr std::size_t kBlockBytes = 256 * 1024;
+constexpr std::uint32_t kRowsBetweenLooks = 64;
 constexpr std::string_view kEndOfSheet = "</sheetData></worksheet>";
 constexpr std::string_view kEndOfText = "</t></is></c>";
 
@@ -171,6 +173,7 @@ SheetBody WriteSheetBody(const COleSafeArray& values, CellAddress first, std::ui
   RowRenderer renderer(first, columns, style, path, sheet_name, deflate);
   for (std::uint32_t row = 0; row < rows; ++row) {
     renderer.Row(first.row + row, values.Row(static_cast<std::int32_t>(row)));
+    if (row % kRowsBetweenLooks == 0) TellProgress(row, rows);
   }
   renderer.End();
   body.totals = deflate.Finish();

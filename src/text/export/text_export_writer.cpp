@@ -12,6 +12,7 @@
 #include "platform/completes.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
+#include "platform/interrupt.h"
 #include "platform/number.h"
 #include "platform/text_buffer.h"
 #include "platform/ui/wait_cursor.h"
@@ -157,13 +158,19 @@ int WriteStreamAsText(TextExportSettings settings, IDataStream* stream, std::vec
   parameters.push_back(kDistance);
   parameters.push_back(kTimeStamp);
   const CWaitCursor wait;
+  bool is_ended = false;
   const bool is_written = Completes([&] {
     StreamTextWriter writer(settings, *stream, parameters);
     InsertUnlessThere(parameters, kLatitude);
     InsertUnlessThere(parameters, kLongitude);
     InsertInFront(parameters, kRecordTime);
-    writer.Write();
+    try {
+      writer.Write();
+    } catch (const Interrupted&) {
+      is_ended = true;
+    }
   });
+  if (is_ended) throw Interrupted();
   return is_written ? 1 : 0;
 }
 

@@ -30,7 +30,7 @@ struct TextExportSettings {
 
 // Writes the rows of the stream. `parameters` are the names of the information elements to write; the record time and
 // the position in front of them and distance and time stamp behind them are added here. Lines end with CR LF. The file
-// is complete or what it was before: 1, or 0 with the reason in the log.
+// is complete or what it was before: 1, or 0 with the reason in the log. Throws Interrupted.
 int WriteStreamAsText(TextExportSettings settings, IDataStream* stream, std::vector<CString>& parameters);
 
 }  // namespace loom

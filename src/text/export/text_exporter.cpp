@@ -1,6 +1,7 @@
 #include "text/export/text_exporter.h"
 
 #include "components/resource_handle.h"
+#include "platform/interrupt.h"
 #include "platform/ui/message_box.h"
 #include "text/export/text_export_page1.h"
 #include "text/export/text_export_page2.h"
@@ -33,7 +34,12 @@ int CTextExporter::Export() {
                                     .fill_gaps = flags.fill_gaps,
                                     .limits = &parameter_page.GetLimits()};
   std::vector<CString> parameters = parameter_page.GetParameters();
-  const int result = WriteStreamAsText(settings, stream_page.GetStream(), parameters);
+  int result = 0;
+  try {
+    result = WriteStreamAsText(settings, stream_page.GetStream(), parameters);
+  } catch (const Interrupted&) {
+    return 0;
+  }
   if (result == 1)
     ShowMessageBox("导出文本文件成功!"_gbk, MessageIcon::kInformation);
   else
