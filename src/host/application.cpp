@@ -55,6 +55,7 @@ HostApplication::HostApplication(IECatalogue catalogue, const HostOptions& optio
   project_ = options.project_path.IsEmpty()
                  ? std::make_unique<StoredProject>(catalogue_, AbsoluteFolderOf(""))
                  : StoredProject::Open(catalogue_, options.project_path, options.project_access);
+  if (!options.journal_path.IsEmpty()) project_->TakeContentOf(options.journal_path);
   system_project_ = std::make_unique<StoredProject>(catalogue_, options.config_folder);
   data_types_ = std::make_unique<CatalogueTypes>(catalogue_);
   auto recent = options.recent_logs_path.IsEmpty() ? std::make_unique<RecentLogs>(project_->RecentLogs())

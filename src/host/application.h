@@ -17,6 +17,7 @@ struct HostOptions {
   CString project_path;      // *.qlp, made by the first Save() when missing; empty = a temporary project
   CString recent_logs_path;  // file of the user's that remembers recent logs; empty = the project remembers them
   ProjectAccess project_access = {};
+  CString journal_path = {};  // project file whose content is that of the project, changed; empty: none
 };
 
 // The host of the module: opens catalogue and project and installs g_project, g_sysProject, g_memDataType,

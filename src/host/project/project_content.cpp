@@ -1,5 +1,8 @@
 #include "host/project/project_content.h"
 
+#include <bit>
+#include <string>
+
 #include "host/project/database.h"
 
 namespace loom {
@@ -225,13 +228,35 @@ void WriteProjectContent(Database& database, const ProjectContent& content) {
   for (const CString& path : content.recent_logs) insert.BindText(1, path).Run();
 }
 
+namespace {
+
+void AppendCell(const Statement& row, int column, std::string& out) {
+  const Statement::Kind kind = row.ColumnKind(column);
+  out += static_cast<char>('0' + static_cast<int>(kind));
+  if (kind == Statement::Kind::kInt) out += std::to_string(row.Int(column));
+  if (kind == Statement::Kind::kDouble) out += std::to_string(std::bit_cast<std::uint64_t>(row.Double(column)));
+  if (kind == Statement::Kind::kText)
+    out += std::to_string(row.Text(column).GetLength()) + ":" + row.Text(column).str();
+  out += ';';
+}
+
+}  // namespace
+
+// The bytes of a database are no measure: what was in its pages before may stand between the rows.
 std::size_t ProjectContentStamp(const ProjectContent& content) {
   Database database;
   CreateProjectTables(database);
   Transaction transaction(database);
   WriteProjectContent(database, content);
   transaction.Commit();
-  return std::hash<std::string>()(database.Image());
+  std::string all;
+  for (const char* table : kTableNames) {
+    Statement rows = database.Prepare("SELECT * FROM " + std::string(table));
+    while (rows.Step()) {
+      for (int column = 0; column < rows.ColumnCount(); ++column) AppendCell(rows, column, all);
+    }
+  }
+  return std::hash<std::string>()(all);
 }
 
 }  // namespace loom

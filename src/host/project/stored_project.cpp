@@ -88,6 +88,28 @@ void StoredProject::CountAsUnchanged() {
   modified = 0;
 }
 
+std::size_t StoredProject::ChangeStamp() const {
+  return ProjectContentStamp(content_) + static_cast<std::size_t>(database_.ChangeCount() - unchanged_count_);
+}
+
+std::string StoredProject::Image() {
+  const std::int64_t before = database_.ChangeCount();
+  Transaction transaction(database_);
+  WriteProjectContent(database_, content_);
+  transaction.Commit();
+  unchanged_count_ += database_.ChangeCount() - before;
+  return database_.Image();
+}
+
+void StoredProject::TakeContentOf(const CString& path) {
+  ProjectFile file = ReadProjectFile(path);
+  ProjectContent content = ReadContent(path, file.database);
+  database_ = std::move(file.database);
+  content_ = std::move(content);
+  IndexLogs();
+  unchanged_count_ = -1;
+}
+
 bool StoredProject::HasChanged() const {
   return database_.ChangeCount() != unchanged_count_ || ProjectContentStamp(content_) != unchanged_content_;
 }

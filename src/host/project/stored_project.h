@@ -74,6 +74,12 @@ class StoredProject final : public CProject, private CNTLog {
 
   // Whether the content differs from that of the file, or of a new project; the network elements' count.
   bool HasChanged() const;
+  // Grows or differs with every change.
+  std::size_t ChangeStamp() const;
+  // The bytes of a project file with the content as it is.
+  std::string Image();
+  // The content of another project file takes the place of this one's, and counts as changed. Throws FileError.
+  void TakeContentOf(const CString& path);
   // Logs and texts that are missing of an earlier content and that `wanted` names are listed again.
   void PutBack(const ProjectContent& earlier, const std::function<bool(const CString& path)>& wanted);
 
