@@ -5,6 +5,7 @@
 #include "apps/qloom/commands.h"
 #include "apps/qloom/log_report.h"
 #include "apps/qloom/ui_script.h"
+#include "apps/text_files/finder_dialog.h"
 #include "platform/encoding.h"
 #include "platform/ui/scripted_user.h"
 
@@ -18,24 +19,28 @@ struct UiOptions {
   std::string node = "outdoor";
 };
 
-using FacadeCommand = int (*)(CIOManager&, ImporterTypeEnum node);
+using FacadeCommand = int (*)(Session&, ImporterTypeEnum node);
 const std::map<std::string, FacadeCommand> kCommands{
-    {"import-log", [](CIOManager& manager, ImporterTypeEnum node) { return manager.ImportLog(node); }},
-    {"import-txt", [](CIOManager& manager, ImporterTypeEnum) { return manager.ImportTxt(); }},
-    {"export-txt", [](CIOManager& manager, ImporterTypeEnum) { return manager.ExportTxt(); }},
+    {"import-log", [](Session& session, ImporterTypeEnum node) { return session.manager().ImportLog(node); }},
+    {"import-txt", [](Session& session, ImporterTypeEnum) { return session.manager().ImportTxt(); }},
+    {"recognise-txt",
+     [](Session& session, ImporterTypeEnum) {
+       return AskAndImportWithFinder(session.host().project(), session.manager());
+     }},
+    {"export-txt", [](Session& session, ImporterTypeEnum) { return session.manager().ExportTxt(); }},
     {"import-net",
-     [](CIOManager& manager, ImporterTypeEnum) {
+     [](Session& session, ImporterTypeEnum) {
        ProtocolTypeEnum protocol = kProtocolTdScdma;
-       return manager.ImportNetInfo(protocol) > 0 ? int{kImportDone} : int{kImportFailed};
+       return session.manager().ImportNetInfo(protocol) > 0 ? int{kImportDone} : int{kImportFailed};
      }},
     {"combine",
-     [](CIOManager& manager, ImporterTypeEnum) {
-       manager.CombineLogFile();
+     [](Session& session, ImporterTypeEnum) {
+       session.manager().CombineLogFile();
        return int{kImportDone};
      }},
     {"partition",
-     [](CIOManager& manager, ImporterTypeEnum) {
-       manager.PartitionLogfile();
+     [](Session& session, ImporterTypeEnum) {
+       session.manager().PartitionLogfile();
        return int{kImportDone};
      }},
 };
@@ -108,7 +113,7 @@ std::string PlayScript(Session& session, const UiOptions& options, int& result) 
     return error.what();
   }
   StatePrinter printer(user);
-  result = kCommands.at(options.command)(session.manager(), LogNodes().at(options.node));
+  result = kCommands.at(options.command)(session, LogNodes().at(options.node));
   user.Finish();
   printer.PrintRest();
   return user.failures().empty() ? std::string() : user.failures().front();
@@ -139,7 +144,8 @@ int RunUi(const CommandLine& line, const UiOptions& options) {
 void AddUiCommand(Command& program, CommandLine& line) {
   const auto options = std::make_shared<UiOptions>();
   Command ui = program.AddCommand("ui", "Play a person's actions in the windows of a command");
-  ui.AddOption("COMMAND", options->command, "import-log, import-txt, export-txt, import-net, combine or partition")
+  ui.AddOption("COMMAND", options->command,
+               "import-log, import-txt, recognise-txt, export-txt, import-net, combine or partition")
       .Required()
       .OneOf(kCommands);
   ui.AddOption("SOURCE", options->sources, "Logs that are imported first");
