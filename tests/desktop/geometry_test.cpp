@@ -11,6 +11,7 @@
 
 #include "apps/qloom-desktop/front_end/qt_front_end.h"
 #include "apps/qloom-desktop/front_end/qt_text.h"
+#include "apps/text_files/finder_template.h"
 #include "resources/templates.h"
 #include "tests/desktop/kit_dialog.h"
 #include "tests/desktop/person.h"
@@ -133,6 +134,7 @@ std::string NameOf(const ::testing::TestParamInfo<const DialogTemplate*>& info) 
 }
 
 INSTANTIATE_TEST_SUITE_P(Module, Geometry, ::testing::ValuesIn(kTemplates), NameOf);
+INSTANTIATE_TEST_SUITE_P(TextFiles, Geometry, ::testing::Values(&kTextFinderTemplate), NameOf);
 INSTANTIATE_TEST_SUITE_P(Kit, Geometry, ::testing::Values(&kKitTemplate), NameOf);
 
 }  // namespace

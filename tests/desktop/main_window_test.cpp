@@ -1,5 +1,3 @@
-#include "apps/qloom-desktop/shell/main_window.h"
-
 #include <gtest/gtest.h>
 
 #include <QAction>
@@ -21,43 +19,13 @@
 #include "resources/handset_type_templates.h"
 #include "resources/log_import_templates.h"
 #include "settings/handset_type_dialog.h"
-#include "tests/desktop/person.h"
+#include "tests/desktop/desktop_fixture.h"
 #include "tests/support/places.h"
 #include "tests/support/temp_folder.h"
 
 // The whole desktop over the real host, from its menus.
 namespace loom::testing {
 namespace {
-
-class Desktop : public ::testing::Test {
- protected:
-  Desktop() {
-    SetShellLanguage(ShellLanguage::kEnglish);
-    settings = std::make_unique<QSettings>(PathToQt(folder.File("settings.ini")), QSettings::IniFormat);
-    session = std::make_unique<DesktopSession>(ConfigFolder(), folder.File("recent"));
-    window = std::make_unique<MainWindow>(*session, front_end, *settings);
-    window->show();
-  }
-
-  CString MakeLog(const std::string& sample) {
-    const CString path = folder.File(NativePathToGbk(sample + ".log"));
-    const std::string program = ProgramPath();
-    const std::string lines = SourceFolder() / "samples" / (sample + ".jsonl");
-    const std::string command = "'" + program + "' log make '" + lines + "' '" + GbkPathToNative(path) + "' >/dev/null";
-    EXPECT_EQ(0, std::system(command.c_str()));
-    return path;
-  }
-  QAction& Action(const char* name) { return *window->findChild<QAction*>(QLatin1String(name)); }
-  QTreeWidget& Tree() { return *window->findChild<QTreeWidget*>(QStringLiteral("project_tree")); }
-  int LogsUnder(int node) { return Tree().topLevelItem(node)->childCount(); }
-
-  const TempFolder folder;
-  QtFrontEnd front_end;
-  std::unique_ptr<QSettings> settings;
-  std::unique_ptr<DesktopSession> session;
-  std::unique_ptr<MainWindow> window;
-  Person person;
-};
 
 TEST_F(Desktop, ImportsALogThroughTheFileDialogAndItsSettingsSheet) {
   const CString log = MakeLog("outdoor_mixed");
@@ -86,8 +54,8 @@ TEST_F(Desktop, ImportsALogThroughTheFileDialogAndItsSettingsSheet) {
 }
 
 TEST_F(Desktop, DroppedLogsAreImportedUnderTheirNodeAndTheirRowsShown) {
-  window->ImportFiles(kImporterOutdoorLog, {MakeLog("merged_600")});
-  window->ImportFiles(kImporterIndoorLog, {MakeLog("indoor")});
+  window->OpenFiles(kImporterOutdoorLog, {MakeLog("merged_600")});
+  window->OpenFiles(kImporterIndoorLog, {MakeLog("indoor")});
   ASSERT_EQ(1, LogsUnder(0));
   ASSERT_EQ(1, LogsUnder(1));
   QTreeWidgetItem* const stream = Tree().topLevelItem(0)->child(0)->child(0);
@@ -103,7 +71,7 @@ TEST_F(Desktop, ADroppedRecordingBecomesALogWithTheTrackBesideIt) {
     std::filesystem::copy_file(testing::SourceFolder() / "samples" / (std::string("handset_") + name),
                                folder.native() / name);
   qputenv("TMPDIR", folder.native().c_str());
-  window->ImportFiles(kImporterOutdoorLog, {folder.File("drive.qmdl")});
+  window->OpenFiles(kImporterOutdoorLog, {folder.File("drive.qmdl")});
   qunsetenv("TMPDIR");
   ASSERT_EQ(1, LogsUnder(0));
   const ILogfile& log = *session->LoadedLogs().front();
@@ -114,7 +82,7 @@ TEST_F(Desktop, ADroppedRecordingBecomesALogWithTheTrackBesideIt) {
 TEST_F(Desktop, AnIndoorLogUnderTheOutdoorNodeIsRefusedWithItsMessage) {
   const CString log = MakeLog("indoor");
   person.Click(QStringLiteral("ok"));
-  window->ImportFiles(kImporterOutdoorLog, {log});
+  window->OpenFiles(kImporterOutdoorLog, {log});
   EXPECT_EQ(0, LogsUnder(0));
   EXPECT_NE(std::string::npos,
             window->findChild<QPlainTextEdit*>("messages")->toPlainText().toStdString().find("not imported"));
@@ -123,7 +91,7 @@ TEST_F(Desktop, AnIndoorLogUnderTheOutdoorNodeIsRefusedWithItsMessage) {
 TEST_F(Desktop, ASavedProjectIsOpenedWithItsLogsAndRemembered) {
   const CString log = MakeLog("merged_600");
   const CString project = folder.File("a.qlp");
-  window->ImportFiles(kImporterOutdoorLog, {log});
+  window->OpenFiles(kImporterOutdoorLog, {log});
   session->SaveAs(project);
   Action("new_project").trigger();
   EXPECT_EQ(0, LogsUnder(0));
@@ -135,7 +103,7 @@ TEST_F(Desktop, ASavedProjectIsOpenedWithItsLogsAndRemembered) {
 
 TEST_F(Desktop, AProjectInUseIsOpenedForReading) {
   const CString project = folder.File("a.qlp");
-  window->ImportFiles(kImporterOutdoorLog, {MakeLog("merged_600")});
+  window->OpenFiles(kImporterOutdoorLog, {MakeLog("merged_600")});
   session->SaveAs(project);
   Action("new_project").trigger();
   std::string holder;
@@ -155,7 +123,7 @@ TEST_F(Desktop, AProjectInUseIsOpenedForReading) {
 }
 
 TEST_F(Desktop, AProjectThatIsNoneIsRefusedAndTheOpenOneStays) {
-  window->ImportFiles(kImporterOutdoorLog, {MakeLog("merged_600")});
+  window->OpenFiles(kImporterOutdoorLog, {MakeLog("merged_600")});
   session->SaveAs(folder.File("a.qlp"));
   WriteWholeFile(folder.File("b.qlp"), std::string("no project"));
   person.Click(QStringLiteral("ok"));
@@ -169,7 +137,7 @@ TEST_F(Desktop, StreamsOfASelectedLogBecomeAWorkbook) {
     EXPECT_TRUE(Action(name).isEnabled()) << name;
   person.Click(QStringLiteral("ok"));  // nothing is selected yet
   Action("export_excel").trigger();
-  window->ImportFiles(kImporterOutdoorLog, {MakeLog("merged_600")});
+  window->OpenFiles(kImporterOutdoorLog, {MakeLog("merged_600")});
   Tree().topLevelItem(0)->child(0)->setSelected(true);
   const CString workbook = folder.File("drive.xlsx");
   person.Then("name", [=] {
@@ -184,7 +152,7 @@ TEST_F(Desktop, StreamsOfASelectedLogBecomeAWorkbook) {
 
 TEST_F(Desktop, StreamsOfASelectedLogBecomeAReport) {
   if (!Action("report").isEnabled()) GTEST_SKIP() << "built without the libraries of the page";
-  window->ImportFiles(kImporterOutdoorLog, {MakeLog("merged_600")});
+  window->OpenFiles(kImporterOutdoorLog, {MakeLog("merged_600")});
   Tree().topLevelItem(0)->child(0)->setSelected(true);
   const CString page = folder.File("drive.html");
   person.Then("name", [=] {
@@ -198,7 +166,7 @@ TEST_F(Desktop, StreamsOfASelectedLogBecomeAReport) {
 }
 
 TEST_F(Desktop, StreamsOfASelectedLogBecomeLayersByTheNameOfTheFile) {
-  window->ImportFiles(kImporterOutdoorLog, {MakeLog("merged_600")});
+  window->OpenFiles(kImporterOutdoorLog, {MakeLog("merged_600")});
   Tree().topLevelItem(0)->child(0)->setSelected(true);
   const CString package = folder.File("drive.gpkg");
   person.Then("name", [=] {

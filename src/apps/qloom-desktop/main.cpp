@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QLibraryInfo>
 #include <QStandardPaths>
+#include <QTimer>
 #include <QTranslator>
 #include <cstdio>
 #include <exception>
@@ -20,10 +21,10 @@ void TranslateQt(QApplication& application, QTranslator& translator) {
     application.installTranslator(&translator);
 }
 
-// The file that remembers the logs imported last.
-loom::CString RecentLogsFile() {
+// The folder of what is remembered for the user: the logs imported last, journals of untitled projects.
+loom::CString StateFolder() {
   const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
-  return QDir().mkpath(folder) ? loom::PathFromQt(folder + QStringLiteral("/recent-logs")) : loom::CString();
+  return QDir().mkpath(folder) ? loom::PathFromQt(folder) : loom::CString();
 }
 
 int RunDesktop(const QCommandLineParser& line) {
@@ -31,19 +32,18 @@ int RunDesktop(const QCommandLineParser& line) {
                              ? line.value(QStringLiteral("config"))
                              : QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../Config"));
   loom::QtFrontEnd front_end;
-  loom::DesktopSession session(loom::PathFromQt(config), RecentLogsFile());
+  loom::DesktopSession session(loom::PathFromQt(config), StateFolder());
   QSettings settings;
   loom::MainWindow window(session, front_end, settings);
   window.show();
-  std::vector<loom::CString> logs;
-  for (const QString& file : line.positionalArguments()) {
-    const loom::CString path = loom::PathFromQt(QFileInfo(file).absoluteFilePath());
-    if (file.endsWith(QStringLiteral(".qlp")))
-      window.OpenProject(path);
-    else
-      logs.push_back(path);
-  }
-  if (!logs.empty()) window.ImportFiles(loom::kImporterOutdoorLog, logs);
+  std::vector<loom::CString> files;
+  for (const QString& file : line.positionalArguments())
+    files.push_back(loom::PathFromQt(QFileInfo(file).absoluteFilePath()));
+  // Once the window is there: what the work shows stands in front of it.
+  QTimer::singleShot(0, &window, [&] {
+    window.OfferLeftUntitled();
+    if (!files.empty()) window.OpenFiles(loom::kImporterOutdoorLog, files);
+  });
   return QApplication::exec();
 }
 
@@ -65,8 +65,10 @@ int main(int argc, char** argv) {
   line.addOption({QStringLiteral("config"),
                   QStringLiteral("Folder of the catalogue (default: ../Config from the program's folder)"),
                   QStringLiteral("DIR")});
-  line.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("A project (*.qlp), or outdoor logs to import"),
-                             QStringLiteral("[FILE...]"));
+  line.addPositionalArgument(
+      QStringLiteral("FILE"),
+      QStringLiteral("A project, logs, recordings, texts or intermediate files: told by their content"),
+      QStringLiteral("[FILE...]"));
   line.process(application);
   try {
     return RunDesktop(line);

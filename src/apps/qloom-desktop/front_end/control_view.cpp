@@ -14,10 +14,14 @@ void ControlView::SetWidget(QWidget* widget) {
   widget_->setObjectName(QStringLiteral("control_%1").arg(control_.GetDlgCtrlID()));
 }
 
+void ControlView::Place() {
+  const QRect place = PlaceIn(placer_ ? placer_() : units_.Rect(control_.GetPlacement()));
+  if (widget_->geometry() != place) widget_->setGeometry(place);
+}
+
 void ControlView::Refresh() {
   if (IsFrozen()) return;
-  const QRect place = PlaceIn(units_.Rect(control_.GetPlacement()));
-  if (widget_->geometry() != place) widget_->setGeometry(place);
+  Place();
   widget_->setEnabled(control_.IsWindowEnabled());
   widget_->setVisible(control_.IsWindowVisible());
   ShowContent();

@@ -34,6 +34,9 @@ class ControlView {
   // Takes over the model's state, unless drawing is frozen.
   void Refresh();
   bool IsFrozen() const { return control_.IsRedrawFrozen(); }
+  // Where it stands, in pixels; without it where the model says.
+  void SetPlacer(std::function<QRect()> placer) { placer_ = std::move(placer); }
+  void Place();
 
  protected:
   // Once, from the constructor; a child of the pane and owned by it.
@@ -55,6 +58,7 @@ class ControlView {
   ActionRunner& runner_;
   const DialogUnits& units_;
   QWidget* widget_ = nullptr;
+  std::function<QRect()> placer_;
 };
 
 // The view of a control of any class, its widget a child of `pane`.

@@ -11,15 +11,43 @@
 namespace loom {
 
 DialogPane::DialogPane(CDialog& dialog, ActionRunner& runner, QWidget* parent)
-    : QWidget(parent), dialog_(dialog), runner_(runner), units_(font()) {
+    : QWidget(parent), dialog_(dialog), runner_(runner), units_(font()), stretch_({}) {
   setObjectName(QStringLiteral("template_%1").arg(dialog.GetTemplate().id));
   for (const auto& control : dialog.controls()) {
     views_.push_back(MakeControlView(*control, runner, units_, *this));
     views_.back()->FocusWidget().installEventFilter(this);
+    views_.back()->SetPlacer([this, at = views_.size() - 1] { return stretch_.RectOf(at, size() - minimumSize()); });
   }
+  stretch_ = MakeStretch();
   MakeRadioGroups();
   SetBuddies();
-  setFixedSize(SizeOf(dialog.GetTemplate(), font()));
+  setMinimumSize(SizeOf(dialog.GetTemplate(), font()));
+  resize(minimumSize());
+}
+
+PaneStretch DialogPane::MakeStretch() const {
+  constexpr int kWideEditUnits = 100;
+  constexpr int kWideComboUnits = 150;
+  std::vector<PaneStretch::Place> places;
+  for (const auto& view : views_) {
+    const CWnd& control = view->control();
+    const ControlClass own = control.GetTemplate().control_class;
+    const int width = control.GetPlacement().width;
+    const bool is_list = own == ControlClass::kListView || own == ControlClass::kTreeView ||
+                         (own == ControlClass::kEdit && control.HasStyle(style::kMultiLine));
+    const bool is_wide = (own == ControlClass::kEdit && width >= kWideEditUnits) ||
+                         (own == ControlClass::kComboBox && width >= kWideComboUnits);
+    places.push_back({.rect = units_.Rect(control.GetPlacement()),
+                      .grows_down = is_list,
+                      .grows_across = is_list || is_wide,
+                      .is_frame = own == ControlClass::kGroupBox});
+  }
+  return PaneStretch(std::move(places));
+}
+
+void DialogPane::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  for (const auto& view : views_) view->Place();
 }
 
 QSize DialogPane::SizeOf(const DialogTemplate& dialog_template, const QFont& font) {
@@ -63,6 +91,7 @@ QWidget* DialogPane::LastTabStop() const {
 }
 
 void DialogPane::Refresh() {
+  stretch_ = MakeStretch();
   // An exclusive group does not let its last mark go.
   for (QButtonGroup* const group : radio_groups_) group->setExclusive(false);
   for (const auto& view : views_) view->Refresh();

@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "apps/qloom-desktop/front_end/qt_text.h"
+#include "apps/qloom-desktop/front_end/scrolling_place.h"
 #include "platform/log.h"
 
 namespace loom {
@@ -21,7 +22,8 @@ void ChooseDefaultButton(const DialogPane& pane) {
     if (control.control_class == ControlClass::kDefaultButton || (!chosen && control.id == kIdOk)) chosen = button;
   }
   for (const auto& view : pane.views()) {
-    if (auto* const button = qobject_cast<QPushButton*>(&view->widget())) button->setAutoDefault(chosen != nullptr);
+    // Enter presses another button only while that has the focus.
+    if (auto* const button = qobject_cast<QPushButton*>(&view->widget())) button->setAutoDefault(false);
   }
   if (chosen) chosen->setDefault(true);
 }
@@ -95,8 +97,7 @@ void ModalWindow::closeEvent(QCloseEvent* event) {
 void ModalWindow::keyPressEvent(QKeyEvent* event) {
   const bool is_enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   auto* const button = qobject_cast<QPushButton*>(focusWidget());
-  // Without a default button Qt leaves Enter to nobody.
-  if (is_enter && button && !button->autoDefault()) return button->click();
+  if (is_enter && button && !button->isDefault()) return button->click();
   QDialog::keyPressEvent(event);
 }
 
@@ -105,9 +106,10 @@ DialogWindow::DialogWindow(CDialog& dialog, QWidget* parent)
   setObjectName(QStringLiteral("dialog_%1").arg(dialog.GetTemplate().id));
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSizeConstraint(QLayout::SetFixedSize);
-  layout->addWidget(pane_);
+  layout->addWidget(new ScrollingPlace(*pane_, this));
   ChooseDefaultButton(*pane_);
+  FitToScreen(*this);
+  if (!pane_->CanGrow()) setMaximumSize(sizeHint());
 }
 
 void DialogWindow::ShowModel() {

@@ -5,6 +5,7 @@
 #include <QPushButton>
 
 #include "apps/qloom-desktop/front_end/qt_text.h"
+#include "apps/qloom-desktop/front_end/ui_language.h"
 #include "platform/ui/message_box.h"
 
 namespace loom {
@@ -37,13 +38,13 @@ QtFileDialog::QtFileDialog(const FileDialogRequest& request, QWidget* parent) : 
 }
 
 void QtFileDialog::SetTexts() {
-  const QString standard = request_.save ? QStringLiteral("另存为") : QStringLiteral("打开");
-  setWindowTitle(request_.title.IsEmpty() ? standard : ToQt(request_.title));
-  setLabelText(LookIn, QStringLiteral("查找范围："));
-  setLabelText(FileName, QStringLiteral("文件名(&N)："));
-  setLabelText(FileType, QStringLiteral("文件类型："));
-  setLabelText(Accept, request_.save ? QStringLiteral("保存(&S)") : QStringLiteral("打开(&O)"));
-  setLabelText(Reject, QStringLiteral("取消"));
+  const QString title = Text(request_.save ? standard::kSaveAs : standard::kOpen);
+  setWindowTitle(request_.title.IsEmpty() ? title : ToQt(request_.title));
+  setLabelText(LookIn, Text(standard::kLookIn));
+  setLabelText(FileName, Text(standard::kFileName));
+  setLabelText(FileType, Text(standard::kFileType));
+  setLabelText(Accept, Text(request_.save ? standard::kSaveFile : standard::kOpenFile));
+  setLabelText(Reject, Text(standard::kCancel));
 }
 
 void QtFileDialog::AddExtraButton() {
@@ -80,7 +81,7 @@ std::optional<std::vector<CString>> QtFileDialog::Pick() {
 bool QtFileDialog::MayClose(const std::vector<CString>& paths) {
   if (const std::string objection = ObjectionTo(request_, paths); !objection.empty()) {
     const QString reason = QString::fromStdString(objection);
-    ShowMessageBox(FromQt(QStringLiteral("无法使用所选文件。\n") + reason), MessageIcon::kWarning, MessageButtons::kOk,
+    ShowMessageBox(FromQt(Text(standard::kObjection) + u'\n' + reason), MessageIcon::kWarning, MessageButtons::kOk,
                    FromQt(windowTitle()));
     return false;
   }

@@ -5,10 +5,10 @@
 #include <QPushButton>
 #include <utility>
 
-#include "apps/qloom-desktop/front_end/progress_window.h"
 #include "apps/qloom-desktop/front_end/qt_file_dialog.h"
 #include "apps/qloom-desktop/front_end/qt_text.h"
 #include "apps/qloom-desktop/front_end/sheet_window.h"
+#include "apps/qloom-desktop/front_end/ui_language.h"
 #include "platform/ui/message_box.h"
 
 namespace loom {
@@ -33,12 +33,11 @@ QMessageBox::Icon IconOf(MessageIcon icon) {
 }
 
 QPushButton* AddButton(QMessageBox& box, MessageAnswer answer) {
-  static const QString kTexts[] = {QStringLiteral("确定"), QStringLiteral("取消"), QStringLiteral("是(&Y)"),
-                                   QStringLiteral("否(&N)")};
+  constexpr ShellText kTexts[] = {standard::kOk, standard::kCancel, standard::kYes, standard::kNo};
   constexpr QMessageBox::ButtonRole kRoles[] = {QMessageBox::AcceptRole, QMessageBox::RejectRole, QMessageBox::YesRole,
                                                 QMessageBox::NoRole};
   const auto at = static_cast<std::size_t>(answer);
-  QPushButton* const button = box.addButton(kTexts[at], kRoles[at]);
+  QPushButton* const button = box.addButton(Text(kTexts[at]), kRoles[at]);
   button->setObjectName(QStringLiteral("button_%1").arg(QString::fromLatin1(MessageAnswerName(answer))));
   return button;
 }
@@ -61,9 +60,38 @@ class QtFrontEnd::SuspendWaitCursor {
   bool suspended_;
 };
 
-QtFrontEnd::QtFrontEnd() : previous_(SetFrontEnd(this)) {}
+QtFrontEnd::QtFrontEnd() : previous_(SetFrontEnd(this)), watched_before_(SetWorkWatch(this)) {}
 
-QtFrontEnd::~QtFrontEnd() { SetFrontEnd(previous_); }
+QtFrontEnd::~QtFrontEnd() {
+  SetWorkWatch(watched_before_);
+  SetFrontEnd(previous_);
+}
+
+void QtFrontEnd::EndWork() {
+  work_window_.reset();
+  work_since_.invalidate();
+}
+
+// Work that was not heard of for a while was another one.
+void QtFrontEnd::Look(std::uint64_t done, std::uint64_t whole) {
+  constexpr int kBetweenLooksMs = 50;
+  constexpr int kOtherWorkMs = 2000;
+  if (last_look_.isValid() && last_look_.elapsed() < kBetweenLooksMs) return;
+  const bool is_new = !work_since_.isValid() || last_look_.elapsed() > kOtherWorkMs;
+  last_look_.restart();
+  if (is_new && !work_window_) work_since_.restart();
+  if (!work_window_) {
+    if (work_since_.elapsed() < work_delay_ms_ || ProgressWindow::OpenCount() > 0 || main_window_ == nullptr) return;
+    work_window_ =
+        std::make_unique<ProgressWindow>(ProgressRequest{.title = FromQt(Text(standard::kWorking))}, Owner());
+  }
+  work_window_->SetRange(0, whole > 0 ? 1000 : 0);
+  if (whole > 0) work_window_->SetPos(static_cast<int>(std::min<std::uint64_t>(1000, done * 1000 / whole)));
+  work_window_->Pump();
+  if (!work_window_->Cancelled()) return;
+  EndWork();
+  throw Interrupted();
+}
 
 QWidget* QtFrontEnd::Owner(const CDialog* dialog) const {
   for (QWidget* const window : open_) {
@@ -73,7 +101,8 @@ QWidget* QtFrontEnd::Owner(const CDialog* dialog) const {
   return open_.empty() ? main_window_.data() : open_.back();
 }
 
-void QtFrontEnd::RefreshOpenWindows() const {
+void QtFrontEnd::RefreshOpenWindows() {
+  EndWork();
   for (QWidget* const window : open_) {
     if (auto* const modal = dynamic_cast<ModalWindow*>(window)) modal->Refresh();
   }
@@ -110,7 +139,8 @@ MessageAnswer QtFrontEnd::ShowMessage(const MessageBoxRequest& request) {
   const MessageAnswer declining = DecliningAnswer(request.buttons);
   QPushButton* const agree = AddButton(box, agreeing);
   QPushButton* const decline = declining == agreeing ? agree : AddButton(box, declining);
-  box.setDefaultButton(agree);
+  // What may be lost is lost by a choice, not by Enter.
+  box.setDefaultButton(request.buttons == MessageButtons::kYesNo ? decline : agree);
   box.setEscapeButton(decline);
   const Standing standing(open_, box);
   const SuspendWaitCursor pointer;
@@ -131,7 +161,13 @@ std::optional<std::vector<CString>> QtFrontEnd::ShowFileDialog(const FileDialogR
 
 std::unique_ptr<ProgressView> QtFrontEnd::ShowProgress(const ProgressRequest& request) {
   RefreshOpenWindows();
+  if (common_progress_ != nullptr) return std::make_unique<PartOfProgress>(*common_progress_);
   return std::make_unique<ProgressWindow>(request, Owner());
+}
+
+std::unique_ptr<CommonProgress> QtFrontEnd::ShowCommonProgress(const ProgressRequest& request) {
+  RefreshOpenWindows();
+  return std::make_unique<CommonProgress>(request, Owner(), common_progress_);
 }
 
 void QtFrontEnd::SetWaitCursor(bool on) {

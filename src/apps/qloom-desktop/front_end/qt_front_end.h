@@ -5,6 +5,8 @@
 #include <optional>
 #include <vector>
 
+#include "apps/qloom-desktop/front_end/progress_window.h"
+#include "platform/interrupt.h"
 #include "platform/ui/front_end.h"
 
 namespace loom {
@@ -13,7 +15,7 @@ class ModalWindow;
 
 // Shows the windows of the model with Qt Widgets: any template, any control. It is the current front end for its
 // lifetime; the application object outlives it.
-class QtFrontEnd final : public FrontEnd {
+class QtFrontEnd final : public FrontEnd, private WorkWatch {
  public:
   QtFrontEnd();
   QtFrontEnd(const QtFrontEnd&) = delete;
@@ -31,18 +33,31 @@ class QtFrontEnd final : public FrontEnd {
   MessageAnswer ShowMessage(const MessageBoxRequest& request) override;
   std::optional<std::vector<CString>> ShowFileDialog(const FileDialogRequest& request) override;
   std::unique_ptr<ProgressView> ShowProgress(const ProgressRequest& request) override;
+  // Until it goes, the progress of every work shows in this one window.
+  std::unique_ptr<CommonProgress> ShowCommonProgress(const ProgressRequest& request);
   void SetWaitCursor(bool on) override;
 
+  // What runs without a progress window of its own gets one when it takes long, until it ends or asks something.
+  void EndWork();
+  void SetWorkDelay(int milliseconds) { work_delay_ms_ = milliseconds; }
+
  private:
+  void Look(std::uint64_t done, std::uint64_t whole) override;
   class SuspendWaitCursor;
   void RunWindow(ModalWindow& window);
   QWidget* Owner(const CDialog* dialog = nullptr) const;
-  void RefreshOpenWindows() const;
+  void RefreshOpenWindows();
 
   FrontEnd* previous_;
   QPointer<QWidget> main_window_;
   std::vector<QWidget*> open_;  // the last one is in front
   std::optional<std::vector<CString>> offered_files_;
+  WorkWatch* watched_before_ = nullptr;
+  std::unique_ptr<ProgressWindow> work_window_;
+  int work_delay_ms_ = 500;
+  QElapsedTimer work_since_;
+  QElapsedTimer last_look_;
+  CommonProgress* common_progress_ = nullptr;  // null: each work has a window of its own
 };
 
 }  // namespace loom

@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "apps/qloom-desktop/front_end/qt_text.h"
+#include "apps/qloom-desktop/front_end/scrolling_place.h"
 
 namespace loom {
 namespace {
@@ -24,30 +25,32 @@ SheetWindow::SheetWindow(CPropertySheet& sheet, QWidget* parent)
   setObjectName(QStringLiteral("sheet_%1").arg(sheet.GetPage(0).GetTemplate().id));
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(kMarginPx, kMarginPx, kMarginPx, kMarginPx);
-  layout->setSizeConstraint(QLayout::SetFixedSize);
   if (sheet.IsWizard()) {
     pages_ = new QStackedWidget(this);
-    pages_->setFixedSize(LargestPage());
-    layout->addWidget(pages_);
+    pages_->setMinimumSize(LargestPage());
+    layout->addWidget(new ScrollingPlace(*pages_, this), 1);
     auto* const line = new QFrame(this);
     line->setFrameShape(QFrame::HLine);
     layout->addWidget(line);
   } else {
     MakeTabs();
-    layout->addWidget(tabs_);
+    layout->addWidget(tabs_, 1);
   }
   auto* const buttons = new QHBoxLayout(button_row_);
   buttons->setContentsMargins(0, 0, 0, 0);
   buttons->addStretch(1);
   layout->addWidget(button_row_);
+  button_row_->setMinimumHeight(DialogUnits(font()).Y(kButtonHeightUnits));
+  FitToScreen(*this);
 }
 
 void SheetWindow::MakeTabs() {
   tabs_ = new QTabWidget(this);
   for (int page = 0; page < sheet_.GetPageCount(); ++page) {
     auto* const place = new QWidget(tabs_);
-    place->setFixedSize(LargestPage());
-    tabs_->addTab(place, WithoutMnemonic(sheet_.GetPage(page).GetTitle()));
+    place->setMinimumSize(LargestPage());
+    (new QVBoxLayout(place))->setContentsMargins(0, 0, 0, 0);
+    tabs_->addTab(new ScrollingPlace(*place, tabs_), WithoutMnemonic(sheet_.GetPage(page).GetTitle()));
   }
   connect(tabs_, &QTabWidget::currentChanged, this, [this](int page) {
     if (!IsRefreshing() && page != sheet_.GetActiveIndex()) RunLater([this, page] { sheet_.UserSelectPage(page); });
@@ -65,14 +68,16 @@ DialogPane& SheetWindow::PaneOf(int page) {
   DialogPane*& pane = panes_[page];
   if (pane) return *pane;
   if (tabs_) {
-    pane = new DialogPane(sheet_.GetPage(page), *this, tabs_->widget(page));
+    QWidget* const place = static_cast<QScrollArea*>(tabs_->widget(page))->widget();
+    pane = new DialogPane(sheet_.GetPage(page), *this, place);
+    place->layout()->addWidget(pane);
   } else {
     pane = new DialogPane(sheet_.GetPage(page), *this, pages_);
     pages_->addWidget(pane);
   }
-  // Enter belongs to the sheet's own buttons.
+  // Enter belongs to the sheet's own buttons, unless another has the focus.
   for (const auto& view : pane->views()) {
-    if (auto* const button = qobject_cast<QPushButton*>(&view->widget())) button->setAutoDefault(true);
+    if (auto* const button = qobject_cast<QPushButton*>(&view->widget())) button->setAutoDefault(false);
   }
   pane->show();
   PutButtonsBehind(*pane);

@@ -6,6 +6,7 @@
 #include <QLocale>
 #include <QMimeData>
 #include <QPlainTextEdit>
+#include <QScreen>
 #include <QTabWidget>
 #include <QUrl>
 #include <set>
@@ -13,8 +14,10 @@
 #include "apps/qloom-desktop/front_end/qt_text.h"
 #include "apps/qloom-desktop/shell/project_tree.h"
 #include "apps/qloom-desktop/shell/stream_tab.h"
+#include "apps/qloom-desktop/shell/views/network/network_view.h"
 #include "manager/log_row_counts.h"
 #include "platform/encoding.h"
+#include "platform/interrupt.h"
 #include "platform/log.h"
 #include "platform/path.h"
 #include "platform/ui/message_box.h"
@@ -24,6 +27,7 @@ namespace {
 
 constexpr int kMostMessages = 5000;  // lines
 constexpr QSize kFirstSize(1100, 720);
+constexpr QSize kAroundWindow(24, 48);  // frame and title
 constexpr const char* kGeometryKey = "window/geometry";
 constexpr const char* kStateKey = "window/state";
 
@@ -37,10 +41,10 @@ MainWindow::MainWindow(DesktopSession& session, QtFrontEnd& front_end, QSettings
   tables_->setTabsClosable(true);
   tables_->setDocumentMode(true);
   connect(tables_, &QTabWidget::tabCloseRequested, this, [this](int at) { delete tables_->widget(at); });
+  resize(FirstSize());
   setCentralWidget(tables_);
   MakeDocks();
   MakeMenus();
-  resize(kFirstSize);
   restoreGeometry(settings_.value(QLatin1String(kGeometryKey)).toByteArray());
   restoreState(settings_.value(QLatin1String(kStateKey)).toByteArray());
   front_end_.SetMainWindow(this);
@@ -50,7 +54,10 @@ MainWindow::MainWindow(DesktopSession& session, QtFrontEnd& front_end, QSettings
   });
   Tell(Text(shell::kHint));
   ShowProject();
+  tree_->setFocus();
 }
+
+QSize MainWindow::FirstSize() const { return kFirstSize.boundedTo(screen()->availableSize() - kAroundWindow); }
 
 MainWindow::~MainWindow() {
   SetLogSink(nullptr);
@@ -59,9 +66,10 @@ MainWindow::~MainWindow() {
 
 void MainWindow::MakeDocks() {
   tree_ = new ProjectTree(this);
-  tree_->SetStreamOpener([this](IDataStream& stream) { OpenStream(stream); });
-  tree_->SetLogRemover([this](const CString& path) { RemoveLog(path); });
-  tree_->SetLogOpener([this](const CString& path) { Run([&] { session_.manager().OpenLog(path, false); }); });
+  tree_->SetHandlers({.open_stream = [this](IDataStream& stream) { OpenStream(stream); },
+                      .open_log = [this](const CString& path) { Run([&] { session_.OpenLog(path); }); },
+                      .open_text = [this](const CString& name) { Run([&] { session_.OpenText(name); }); },
+                      .remove = [this](const std::vector<CString>& entries) { RemoveEntries(entries); }});
   messages_ = new QPlainTextEdit(this);
   messages_->setObjectName(QStringLiteral("messages"));
   messages_->setReadOnly(true);
@@ -76,8 +84,8 @@ void MainWindow::MakeDocks() {
   };
   QDockWidget* const project = add(shell::kDockProject, "dock_project", tree_, Qt::LeftDockWidgetArea);
   QDockWidget* const told = add(shell::kDockMessages, "dock_messages", messages_, Qt::BottomDockWidgetArea);
-  resizeDocks({project}, {kFirstSize.width() / 4}, Qt::Horizontal);
-  resizeDocks({told}, {kFirstSize.height() / 5}, Qt::Vertical);
+  resizeDocks({project}, {FirstSize().width() / 4}, Qt::Horizontal);
+  resizeDocks({told}, {FirstSize().height() / 5}, Qt::Vertical);
 }
 
 void MainWindow::Run(const std::function<void()>& work) {
@@ -86,12 +94,25 @@ void MainWindow::Run(const std::function<void()>& work) {
   ++running_;
   try {
     work();
+  } catch (const Interrupted&) {
+    Tell(Text(shell::kCancelled));
   } catch (const std::exception& error) {
     ShowMessageBox(NativeNameToGbk(error.what()), MessageIcon::kError);
   }
+  front_end_.EndWork();
   --running_;
   ShowProject();
   ShowNotes();
+  KeepJournal();
+}
+
+// Once for each project: the person goes on all the same.
+void MainWindow::KeepJournal() {
+  try {
+    session_.journal().Keep();
+  } catch (const Error& error) {
+    Tell(QString::fromStdString(error.what()));
+  }
 }
 
 void MainWindow::Tell(const QString& line) { messages_->appendPlainText(line); }
@@ -156,15 +177,57 @@ void MainWindow::ShowProject() {
   for (const auto& [action, is_present] : optional_actions_) action->setEnabled((this->*is_present)());
 }
 
+StreamTab* MainWindow::StreamTabAt(int at) const { return dynamic_cast<StreamTab*>(tables_->widget(at)); }
+
 void MainWindow::OpenStream(IDataStream& stream) {
   for (int at = 0; at < tables_->count(); ++at) {
-    if (&static_cast<StreamTab*>(tables_->widget(at))->stream() == &stream) return tables_->setCurrentIndex(at);
+    if (StreamTabAt(at) && &StreamTabAt(at)->stream() == &stream) return tables_->setCurrentIndex(at);
   }
   tables_->setCurrentIndex(tables_->addTab(new StreamTab(stream, tables_), NameToQt(stream.GetName())));
+  tables_->currentWidget()->setFocus();
 }
 
-void MainWindow::CloseTables() {
+void MainWindow::CloseTabs() {
   while (tables_->count() > 0) delete tables_->widget(0);
+}
+
+void MainWindow::CloseTab() { delete tables_->currentWidget(); }
+
+void MainWindow::TurnTab(int step) {
+  const int count = tables_->count();
+  if (count == 0) return;
+  tables_->setCurrentIndex((tables_->currentIndex() + step + count) % count);
+  tables_->currentWidget()->setFocus();
+}
+
+void MainWindow::ShowNetwork() {
+  for (int at = 0; at < tables_->count(); ++at) {
+    if (dynamic_cast<NetworkView*>(tables_->widget(at))) delete tables_->widget(at);
+  }
+  auto* const view = new NetworkView(session_.host().network(), session_.project().WorkingCopy(), tables_);
+  view->SetChangeListener([this] {
+    setWindowModified(session_.IsModified());
+    KeepJournal();
+  });
+  tables_->setCurrentIndex(tables_->addTab(view, Text(shell::kNetworkTitle)));
+}
+
+void MainWindow::ReloadNetwork() {
+  for (int at = 0; at < tables_->count(); ++at) {
+    if (auto* const view = dynamic_cast<NetworkView*>(tables_->widget(at))) view->Reload();
+  }
+}
+
+void MainWindow::CloseTablesOf(const std::vector<CString>& entries) {
+  std::set<const IDataStream*> streams;
+  for (const CString& entry : entries) {
+    const ILogfile* const logfile = CStreamManagerCreator::CreateStreamManager()->FindLogfile(entry);
+    if (!logfile) continue;
+    for (const IDataStream* const stream : logfile->GetStreams()) streams.insert(stream);
+  }
+  for (int at = tables_->count() - 1; at >= 0; --at) {
+    if (StreamTabAt(at) && streams.contains(&StreamTabAt(at)->stream())) delete tables_->widget(at);
+  }
 }
 
 void MainWindow::CloseTablesOfDroppedStreams() {
@@ -173,16 +236,22 @@ void MainWindow::CloseTablesOfDroppedStreams() {
     for (const IDataStream* const stream : logfile->GetStreams()) streams.insert(stream);
   }
   for (int at = tables_->count() - 1; at >= 0; --at) {
-    QWidget* const tab = tables_->widget(at);
-    if (!streams.contains(&static_cast<StreamTab*>(tab)->stream())) delete tab;
+    if (StreamTabAt(at) && !streams.contains(&StreamTabAt(at)->stream())) delete tables_->widget(at);
   }
 }
 
-void MainWindow::RemoveLog(const CString& path) {
+void MainWindow::RemoveEntries(const std::vector<CString>& entries) {
   Run([&] {
-    CloseTables();
-    session_.RemoveLog(path);
+    CloseTablesOf(entries);
+    session_.Remove(entries);
   });
+}
+
+void MainWindow::RemoveSelected() {
+  const std::vector<CString> entries = tree_->SelectedEntries();
+  if (entries.empty()) return;
+  CloseTablesOf(entries);
+  session_.Remove(entries);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -208,11 +277,7 @@ void MainWindow::dropEvent(QDropEvent* event) {
   const ImporterTypeEnum node = tree_->NodeAt(tree_->viewport()->mapFrom(this, event->position().toPoint()));
   // The one who drags waits until the drop is done.
   QMetaObject::invokeMethod(
-      this, [=, this] { ImportFiles(node, paths); }, Qt::QueuedConnection);
-}
-
-void MainWindow::ImportFiles(ImporterTypeEnum node, std::vector<CString> paths) {
-  Run([&] { ImportNow(node, std::move(paths)); });
+      this, [=, this] { OpenFiles(node, paths); }, Qt::QueuedConnection);
 }
 
 }  // namespace loom

@@ -1,23 +1,9 @@
 #pragma once
 
-#include <QString>
+#include "apps/qloom-desktop/front_end/ui_language.h"
 
+// The texts of the main window and its views.
 namespace loom {
-
-// A text of the main window: in Chinese where the user's language is Chinese, else in English. The module's own windows
-// are Chinese everywhere.
-struct ShellText {
-  const char* chinese;
-  const char* english;
-};
-
-enum class ShellLanguage { kChinese, kEnglish };
-ShellLanguage LanguageOfUser();  // by the locale of the environment
-void SetShellLanguage(ShellLanguage language);
-ShellLanguage CurrentShellLanguage();
-
-QString Text(const ShellText& text);
-
 namespace shell {
 
 // clang-format off
@@ -52,7 +38,38 @@ inline constexpr ShellText kReport             {"报告(&R)...", "&Report..."};
 inline constexpr ShellText kExportLayer        {"导出图层(&L)...", "Export &layer..."};
 inline constexpr ShellText kImportNetwork      {"导入网元信息(&N)...", "Import &network elements..."};
 inline constexpr ShellText kAbout              {"关于(&A)", "&About"};
-inline constexpr ShellText kRemoveLog          {"从项目中移除", "Remove from project"};
+inline constexpr ShellText kRemoveEntries      {"从项目中移除(&R)", "&Remove from project"};
+inline constexpr ShellText kPutBack            {"撤销移除(&U)", "&Undo removal"};
+inline constexpr ShellText kOpenAgain          {"重新打开", "Open again"};
+inline constexpr ShellText kCloseTab           {"关闭当前页(&C)", "&Close tab"};
+inline constexpr ShellText kNextTab            {"下一页(&N)", "&Next tab"};
+inline constexpr ShellText kPreviousTab        {"上一页(&P)", "&Previous tab"};
+inline constexpr ShellText kShowNetwork        {"网元(&E)", "Network &elements"};
+inline constexpr ShellText kExportIntermediate {"导出中间文件(&F)...", "Export inter&mediate file..."};
+inline constexpr ShellText kRecogniseText      {"识别并导入文本文件(&R)...", "&Recognise and import text files..."};
+inline constexpr ShellText kCopyBlock          {"复制选中区域(&C)", "&Copy selection"};
+inline constexpr ShellText kCopyColumns        {"复制整列(&O)", "Copy whole c&olumns"};
+inline constexpr ShellText kCopyAll            {"复制全部(&A)", "Copy &all"};
+inline constexpr ShellText kAskCopy            {"将复制 %1 个单元格，可能需要较多时间和内存。是否继续？", "%1 cells will be copied, which may take time and memory. Continue?"};
+inline constexpr ShellText kMissingFile        {"%1：文件不存在", "%1: there is no such file"};
+inline constexpr ShellText kUnknownFile        {"%1：无法识别的文件", "%1: a file of no kind that is known"};
+inline constexpr ShellText kStoredNetwork      {"%1：读取 %2 行，新增 %3 行，替换 %4 行", "%1: %2 rows read, %3 new, %4 replaced"};
+inline constexpr ShellText kWrittenIntermediate{"%1：%2 个数据流，%3 行，%4 字节", "%1: %2 streams, %3 rows, %4 bytes"};
+inline constexpr ShellText kTextImported       {"%1：已转换并导入 %2 行", "%1: %2 rows converted and imported"};
+inline constexpr ShellText kRestoreProject     {"项目 %1 上次没有正常关闭，有未保存的更改。是否恢复？", "%1 was not closed in order and has changes that were not saved. Restore them?"};
+inline constexpr ShellText kRestoreUntitled    {"上次的未命名项目没有正常关闭，有未保存的更改。是否恢复？", "An untitled project was not closed in order and has changes that were not saved. Restore them?"};
+inline constexpr ShellText kRestore            {"恢复(&R)", "&Restore"};
+inline constexpr ShellText kForget             {"丢弃(&D)", "&Discard"};
+inline constexpr ShellText kIntermediateFiles  {"中间文件 (*.dat)", "Intermediate files (*.dat)"};
+inline constexpr ShellText kNetworkTitle       {"网元", "Network elements"};
+inline constexpr ShellText kNetworkTable       {"数据表(&T)：", "&Table:"};
+inline constexpr ShellText kNetworkFind        {"查找(&F)：", "&Find:"};
+inline constexpr ShellText kNetworkRemove      {"删除选中行(&D)", "&Delete selected rows"};
+inline constexpr ShellText kNetworkAskRemove   {"是否删除选中的 %1 行？", "Delete the %1 selected rows?"};
+inline constexpr ShellText kNetworkRows        {"%1 行", "%1 rows"};
+inline constexpr ShellText kHeadingUnit        {"单位：%1", "Unit: %1"};
+inline constexpr ShellText kHeadingRange       {"取值范围：%1 到 %2", "Range: %1 to %2"};
+inline constexpr ShellText kHeadingNumber      {"参数编号：%1", "Element number: %1"};
 inline constexpr ShellText kShowRows           {"显示数据", "Show rows"};
 inline constexpr ShellText kNone               {"（无）", "(none)"};
 inline constexpr ShellText kNodeOutdoor        {"室外日志", "Outdoor logs"};
@@ -77,6 +94,7 @@ inline constexpr ShellText kAskSave            {"项目已修改，是否保存�
 inline constexpr ShellText kSave               {"保存(&S)", "&Save"};
 inline constexpr ShellText kDiscard            {"不保存(&D)", "&Discard"};
 inline constexpr ShellText kCancel             {"取消", "Cancel"};
+inline constexpr ShellText kOpening            {"正在打开项目...", "Opening the project..."};
 inline constexpr ShellText kImported           {"已导入", "imported"};
 inline constexpr ShellText kFailed             {"导入失败", "not imported"};
 inline constexpr ShellText kCancelled          {"已取消", "cancelled"};

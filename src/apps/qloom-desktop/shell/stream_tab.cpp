@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QSpinBox>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -10,6 +11,7 @@
 
 #include "apps/qloom-desktop/shell/shell_texts.h"
 #include "apps/qloom-desktop/shell/stream_table_model.h"
+#include "apps/qloom-desktop/shell/table_copying.h"
 
 namespace loom {
 namespace {
@@ -23,7 +25,8 @@ constexpr int kColumnWidthChars = 14;
 StreamTab::StreamTab(IDataStream& stream, QWidget* parent)
     : QWidget(parent), stream_(stream), model_(new StreamTableModel(stream, this)), table_(new QTableView(this)) {
   auto* const number = new QSpinBox(this);
-  number->setRange(1, std::numeric_limits<int>::max());
+  number->setObjectName(QStringLiteral("row_number"));
+  number->setRange(model_->index(0, 0).data().toInt(), std::numeric_limits<int>::max());
   number->setKeyboardTracking(false);
   auto* const label = new QLabel(Text(shell::kGoToRow), this);
   label->setBuddy(number);
@@ -39,11 +42,16 @@ StreamTab::StreamTab(IDataStream& stream, QWidget* parent)
   auto* const layout = new QVBoxLayout(this);
   layout->addLayout(bar);
   layout->addWidget(table_, 1);
+  // Enter goes there again, though the number is the same.
   connect(number, &QSpinBox::valueChanged, this, [this](int row_number) { GoToRow(row_number); });
+  connect(number->findChild<QLineEdit*>(), &QLineEdit::returnPressed, this, [=, this] { GoToRow(number->value()); });
 
   const int letter = fontMetrics().averageCharWidth();
   table_->setObjectName(QStringLiteral("stream_table"));
   table_->setWordWrap(false);
+  table_->setTabKeyNavigation(false);
+  LetCopy(*table_);
+  setFocusProxy(table_);
   table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   table_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   // Sections of one size: no row is asked how high it wants to be.
@@ -52,6 +60,8 @@ StreamTab::StreamTab(IDataStream& stream, QWidget* parent)
   rows.setDefaultSectionSize(fontMetrics().height() + kRowMarginPx);
   rows.hide();
   table_->horizontalHeader()->setTextElideMode(Qt::ElideRight);
+  table_->horizontalHeader()->setHighlightSections(false);  // bold headings are cut off, not shortened
+  table_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   table_->horizontalHeader()->setDefaultSectionSize(letter * kColumnWidthChars);
   table_->setModel(model_);
   table_->horizontalHeader()->resizeSection(1, fontMetrics().horizontalAdvance(QLatin1String(kWidestTime)));
@@ -59,8 +69,8 @@ StreamTab::StreamTab(IDataStream& stream, QWidget* parent)
 
 void StreamTab::GoToRow(int row_number) {
   const int position = model_->PositionOf(row_number);
-  if (position < 0) return table_->scrollToBottom();
-  const QModelIndex index = model_->index(position, 0);
+  if (model_->rowCount() == 0) return;
+  const QModelIndex index = model_->index(position < 0 ? model_->rowCount() - 1 : position, 0);
   table_->setCurrentIndex(index);
   table_->scrollTo(index, QAbstractItemView::PositionAtTop);
 }

@@ -20,6 +20,20 @@ QString NumberCell(Number number) {
   return QString::fromLatin1(digits, end - digits);
 }
 
+// Name, unit and range of an information element.
+QString Description(int ie_id) {
+  const CString name = g_project->GetIEName(ie_id);
+  QStringList lines{ToQt(name)};
+  if (const CString unit = g_project->GetIEUnitByIEName(name); !unit.IsEmpty())
+    lines << Text(shell::kHeadingUnit).arg(ToQt(unit));
+  double maximum = 0;
+  double minimum = 0;
+  if (g_project->GetIEValueRangeByName(name, maximum, minimum))
+    lines << Text(shell::kHeadingRange).arg(minimum).arg(maximum);
+  lines << Text(shell::kHeadingNumber).arg(ie_id);
+  return lines.join(u'\n');
+}
+
 }  // namespace
 
 QString ValueText(const CMemDataRow& row, int ie_id, uniFieldValue value) {
@@ -98,9 +112,11 @@ QVariant StreamTableModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant StreamTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (role != Qt::DisplayRole) return {};
-  if (orientation == Qt::Horizontal) return columns_[static_cast<std::size_t>(section)].heading;
-  return section + 1;
+  if (orientation == Qt::Vertical) return role == Qt::DisplayRole ? QVariant(section + 1) : QVariant();
+  const Column& column = columns_[static_cast<std::size_t>(section)];
+  if (role == Qt::DisplayRole) return column.heading;
+  if (role == Qt::ToolTipRole) return column.ie_id > 0 ? Description(column.ie_id) : column.heading;
+  return {};
 }
 
 int StreamTableModel::PositionOf(int row_number) const {

@@ -1,4 +1,4 @@
-#include "apps/qloom-desktop/shell/shell_texts.h"
+#include "apps/qloom-desktop/front_end/ui_language.h"
 
 #include <QLocale>
 
