@@ -6,6 +6,7 @@
 
 #include "components/note_kinds.h"
 #include "platform/encoding.h"
+#include "platform/interrupt.h"
 #include "platform/error.h"
 
 namespace loom {
@@ -93,6 +94,7 @@ class RowSink final : public IWorksheetSink {
       if (IsHeadingRow(cells)) FindColumns(HeadingsOf(row, cells, nullptr));
       return true;
     }
+    StopIfInterrupted();
     bool holds_something = false;
     for (const WorksheetCell& cell : cells) {
       if (cell.column >= places_.size() || places_[cell.column].empty()) continue;
