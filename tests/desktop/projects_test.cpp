@@ -14,7 +14,7 @@ namespace {
 class Projects : public Desktop {
  protected:
   void SetUp() override {
-    session->project().SetFolder(folder.Folder());  // streams of indoor logs are called by their place in it
+    session->project().SetFolder(AbsoluteFolderOf(project));  // streams of indoor logs are called by their place in it
     outdoor = MakeLog("merged_600");
     indoor = MakeLog("indoor");
     window->OpenFiles(kImporterOutdoorLog, {outdoor});
