@@ -152,6 +152,7 @@ std::vector<LogInformation> CCombineFileDialog::CheckLogs(const std::vector<CStr
       accepted.push_back(std::move(log));
       continue;
     }
+    has_refused_log_ = true;
     if (check == LogCheck::kCannotOpen) accepted.clear();
     const Refusal& refusal = *std::ranges::find(kRefusals, check, &Refusal::check);
     ShowMessageBox(Format(Utf8ToGbk(refusal.text), path), MessageIcon::kWarning, MessageButtons::kOk,
@@ -238,6 +239,7 @@ void CCombineFileDialog::Clear() {
   EnableItems({kIdOk}, false);
   Paths().clear();
   locked_test_type_ = 0;
+  has_refused_log_ = false;
 }
 
 void CCombineFileDialog::OnOK() {
@@ -261,9 +263,11 @@ void CCombineFileDialog::ReportMerge(std::optional<int> result) {
   const auto report = [this](const CString& text, MessageIcon icon, MessageButtons buttons = MessageButtons::kOk) {
     ShowMessageBox(text, icon, buttons, kApplicationCaption, this);
   };
+  SetOutcome(DialogOutcome::kNotDone);
   if (!result) return report("合并过程中出现异常！请重试。"_gbk, MessageIcon::kError);
   switch (*result) {
     case kMergeDone:
+      SetOutcome(has_refused_log_ ? DialogOutcome::kInPart : DialogOutcome::kDone);
       report(Format("合并日志文件 %s 成功！"_gbk, NameOf(target_path_)), MessageIcon::kNone);
       Clear();
       target_path_.Empty();

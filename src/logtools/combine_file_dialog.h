@@ -48,6 +48,7 @@ class CCombineFileDialog final : public CDialog {
   CImageList images_;
   std::vector<CString> lte_paths_;
   std::int32_t locked_test_type_ = 0;  // of the listed logs of the log store; 0: none yet
+  bool has_refused_log_ = false;       // since the list was empty
   std::vector<CString> auto_test_paths_;
 };
 

@@ -75,6 +75,7 @@ void CLogfilePartitionDlg::ChooseSource() {
   if (is_read) {
     UpdateData(false);
   } else {
+    SetOutcome(DialogOutcome::kNotDone);
     ShowMessageBox("源文件已损坏或格式无法识别！请选择有效的日志。"_gbk, MessageIcon::kWarning, MessageButtons::kOk,
                    kApplicationCaption, this);
   }
@@ -189,6 +190,7 @@ void CLogfilePartitionDlg::OnOK() {
     }
   });
   if (cut == kCancelled) return;
+  SetOutcome(cut == 1 ? DialogOutcome::kDone : DialogOutcome::kNotDone);
   if (cut == kThrew) return Complain("日志截取过程出现异常！请确认日志是否有效。"_gbk);
   const bool is_done = cut == 1;
   const MessageIcon icon = is_done ? MessageIcon::kNone : MessageIcon::kInformation;

@@ -6,13 +6,12 @@
 #include <utility>
 
 #include "platform/encoding.h"
+#include "platform/error.h"
 #include "platform/file.h"
 #include "platform/log.h"
 #include "platform/ui/dialog.h"
 #include "platform/ui/property_sheet.h"
-#include "resources/handset_type_templates.h"
-#include "resources/parameter_picker_templates.h"
-#include "resources/text_export_templates.h"
+#include "resources/log_import_templates.h"
 
 namespace loom {
 namespace {
@@ -69,16 +68,6 @@ class BatchProgress : public ProgressView {
   int position_ = 0;
 };
 
-void AnswerHandsetQuestion(CDialog& dialog, const BatchAnswers& answers) {
-  if (answers.handset) dialog.GetDlgItem<CComboBox>(kComboHandsetType).UserChoose(*answers.handset);
-  const auto set = [&](int id, std::optional<bool> ticked) {
-    if (ticked) dialog.GetDlgItem<CButton>(id).UserCheck(*ticked ? 1 : 0);
-  };
-  set(kCheckKeepForThisLog, answers.keep_for_log);
-  set(kCheckKeepForAllLogs, answers.keep_for_all);
-  dialog.UserPress(kIdOk);
-}
-
 }  // namespace
 
 void TraceUi(const Json& line) { std::cerr << line.dump() << '\n'; }
@@ -110,38 +99,67 @@ void CatchInterrupts() {
 }
 
 BatchFrontEnd::BatchFrontEnd(BatchAnswers answers, bool trace, bool bar)
-    : answers_(std::move(answers)), trace_(trace), bar_(bar) {
-  if (answers_.text_export) text_export_.emplace(*answers_.text_export);
+    : answers_(std::move(answers)), trace_(trace), bar_(bar) {}
+
+// False when a window did not take the step, which a message has said.
+bool BatchFrontEnd::Perform(CDialog& window, const WindowStep& step) {
+  if (!step.action || (step.unless && step.unless(window))) return true;
+  const auto refuse = [&](const std::string& otherwise) {
+    throw Error(step.refusal ? step.refusal.In(window) : otherwise);
+  };
+  step_files_ = step.files;
+  step_dialog_ = step.then.empty() ? nullptr : &step.then;
+  file_stays_ = is_refused_ = false;
+  try {
+    step.action.perform(window, step.control);
+  } catch (const UiRefused& refusal) {
+    refuse(refusal.what());
+  }
+  step_files_.clear();
+  const bool is_open = std::exchange(step_dialog_, nullptr) == nullptr;
+  const bool is_done = window.GetOutcome() != DialogOutcome::kNotDone && (!file_stays_ || step.goes_on_without_file);
+  if (step.refusal && !(is_open && is_done)) refuse({});
+  return is_done && !is_refused_;
+}
+
+// Up to the step that closes the window or leads to another page.
+bool BatchFrontEnd::Play(CDialog& window, const std::vector<WindowStep>& steps) {
+  for (const WindowStep& step : steps) {
+    if (!window.IsReachable() || (answers_.ends_at_interrupt && WasInterrupted()) || !Perform(window, step))
+      return false;
+  }
+  return true;
+}
+
+// False for a dialog that nothing is known of.
+const std::vector<WindowStep>* BatchFrontEnd::StepsFor(const CDialog& dialog) {
+  if (step_dialog_ != nullptr) return std::exchange(step_dialog_, nullptr);
+  const auto known = answers_.windows.find(dialog.GetTemplate().id);
+  return known == answers_.windows.end() ? nullptr : &known->second.front().steps;
 }
 
 void BatchFrontEnd::ShowDialog(CDialog& dialog) {
   if (trace_) TraceWindow(dialog, dialog.GetTitle());
-  if (dialog.GetTemplate().id == kDialogHandsetType) return AnswerHandsetQuestion(dialog, answers_);
-  if (const auto fill = answers_.dialogs.find(dialog.GetTemplate().id); fill != answers_.dialogs.end())
-    return fill->second(dialog, *this);
-  if (dialog.GetTemplate().id == kDialogParam && text_import_user_) return text_import_user_->ChooseParameter(dialog);
-  if (dialog.GetTemplate().id == kDialogExportLimits && text_export_) return text_export_->FillLimits(dialog);
-  Log(LogLevel::kWarning, "no answer for this dialog, it is cancelled: " + GbkNameToUtf8(dialog.GetTitle()));
-  dialog.UserClose();
+  const std::vector<WindowStep>* const steps = StepsFor(dialog);
+  if (steps != nullptr)
+    Play(dialog, *steps);
+  else
+    Log(LogLevel::kWarning, "no answer for this dialog, it is cancelled: " + GbkNameToUtf8(dialog.GetTitle()));
+  outcome_ = dialog.GetOutcome();
+  is_refused_ = dialog.IsRunning();
+  if (is_refused_) dialog.UserClose();
 }
 
 void BatchFrontEnd::ShowSheet(CPropertySheet& sheet) {
   if (trace_) TraceWindow(*sheet.GetActivePage(), sheet.GetTitle());
-  if (answers_.text_import && TextImportWizardUser::IsWizard(sheet)) return FillTextImport(sheet);
-  const auto pick_file = [this](const CString& path) { sheet_file_ = path; };
-  if (text_export_ && TextExportWizardUser::IsTextExportWizard(sheet)) return text_export_->Fill(sheet, pick_file);
-  const auto fill = answers_.sheets.find(sheet.GetPage(0).GetTemplate().id);
-  if (fill != answers_.sheets.end()) return fill->second(sheet);
-  if (!answers_.import_sheet || !IsImportSheet(sheet)) return FrontEnd::ShowSheet(sheet);
-  sheet_refused_ = !FillImportSheet(sheet, *answers_.import_sheet, pick_file);
-}
-
-void BatchFrontEnd::FillTextImport(CPropertySheet& wizard) {
-  const auto newest_message = [this] { return messages_.empty() ? CString() : messages_.back().request.text; };
-  text_import_user_.emplace(
-      *answers_.text_import, [this](const CString& path) { sheet_file_ = path; }, newest_message);
-  text_import_user_->Fill(wizard);
-  text_import_user_.reset();
+  const auto known = answers_.windows.find(sheet.GetPage(0).GetTemplate().id);
+  if (known == answers_.windows.end()) return FrontEnd::ShowSheet(sheet);
+  for (const WindowPage& page : known->second) {
+    CPropertyPage& front = *sheet.GetActivePage();
+    if (front.GetTemplate().id != page.id || !Play(front, page.steps) || !sheet.IsRunning()) break;
+  }
+  is_refused_ = sheet.IsRunning();
+  if (is_refused_) sheet.UserClose();
 }
 
 MessageAnswer BatchFrontEnd::ShowMessage(const MessageBoxRequest& request) {
@@ -157,25 +175,23 @@ bool BatchFrontEnd::MayReplace(const CString& file) const {
   return false;
 }
 
-std::optional<std::vector<CString>> BatchFrontEnd::PickUnlessKept(const FileDialogRequest& request,
-                                                                  std::vector<CString> files) const {
-  const CString question = OverwriteQuestion(request, files);
-  if (question.IsEmpty() || MayReplace(CompletedPath(request, files.front()))) return files;
-  return std::nullopt;
-}
-
 // Opens the settings sheet where answers for it are given; false when it did not accept them.
 bool BatchFrontEnd::PassesSettings(const FileDialogRequest& request) {
-  if (!request.extra_button || !answers_.import_sheet) return true;
+  if (!request.extra_button || !answers_.windows.contains(kDialogSelImport)) return true;
   request.extra_button->pressed();
-  return !sheet_refused_;
+  return !is_refused_;
 }
 
 std::optional<std::vector<CString>> BatchFrontEnd::ShowFileDialog(const FileDialogRequest& request) {
   if (trace_) TraceFileDialog(request);
-  if (sheet_file_) return PickUnlessKept(request, {*std::exchange(sheet_file_, std::nullopt)});
-  if (answers_.files.empty() || !PassesSettings(request)) return std::nullopt;
-  return PickUnlessKept(request, std::exchange(answers_.files, {}));
+  const bool is_of_step = !step_files_.empty();
+  if (!is_of_step && (answers_.files.empty() || !PassesSettings(request))) return std::nullopt;
+  std::vector<CString> files = std::exchange(is_of_step ? step_files_ : answers_.files, {});
+  const CString picked = CompletedPath(request, files.front());
+  file_stays_ = !OverwriteQuestion(request, files).IsEmpty() && !MayReplace(picked);
+  if (file_stays_) return std::nullopt;
+  picked_file_ = picked;
+  return files;
 }
 
 std::unique_ptr<ProgressView> BatchFrontEnd::ShowProgress(const ProgressRequest& request) {

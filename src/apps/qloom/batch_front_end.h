@@ -1,38 +1,32 @@
 #pragma once
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
-#include <string>
 #include <vector>
 
-#include "apps/qloom/import_sheet.h"
 #include "apps/qloom/json_streams.h"
-#include "apps/qloom/text_export_wizard.h"
-#include "apps/qloom/text_import_wizard.h"
+#include "apps/qloom/window_steps.h"
 #include "platform/interrupt.h"
 #include "platform/ui/front_end.h"
+#include "resources/handset_type_templates.h"
 
 namespace loom {
 
-class BatchFrontEnd;
-
 // Answers given on the command line, before anything asks.
 struct BatchAnswers {
-  bool yes = true;                   // to every question
-  std::optional<int> cancel_at;      // presses cancel once the progress reaches this position
-  std::vector<CString> files;        // for the next file dialog
-  std::optional<CString> handset;    // entry of the handset list; none: the question is confirmed as it stands
-  std::optional<bool> keep_for_log;  // the two check boxes of the handset question
-  std::optional<bool> keep_for_all;
-  std::optional<ImportSheetAnswers> import_sheet;  // none: the settings sheet stays closed
-  // By template: fills a dialog and presses its buttons.
-  std::map<int, std::function<void(CDialog&, BatchFrontEnd&)>> dialogs;
-  std::optional<TextImportAnswers> text_import;  // none: the text import wizard is cancelled
-  std::optional<TextExportAnswers> text_export;  // none: the wizard is cancelled
-  // By template of the first page: the same for a sheet.
-  std::map<int, std::function<void(CPropertySheet&)>> sheets;
+  bool yes = true;                 // to every question
+  std::optional<int> cancel_at;    // presses cancel once the progress reaches this position
+  std::vector<CString> files;      // for the first file dialog that no step opens
+  bool ends_at_interrupt = false;  // then nothing more is done in windows
+  // By the template of the window, of a sheet that of its first page; any other window is cancelled. The question for
+  // the handset is confirmed as it stands.
+  std::map<int, std::vector<WindowPage>> windows{{kDialogHandsetType, {{kDialogHandsetType, {{kIdOk, act::Press()}}}}}};
+
+  // The pages of a window in the order in which they come; none: nothing is answered.
+  void Fill(std::vector<WindowPage> pages) {
+    if (!pages.empty()) windows[pages.front().id] = std::move(pages);
+  }
 };
 
 struct MessageShown {
@@ -53,26 +47,28 @@ class BatchFrontEnd : public FrontEnd {
   std::unique_ptr<ProgressView> ShowProgress(const ProgressRequest& request) override;
   void SetWaitCursor(bool) override {}
 
-  // What the next file dialog is answered with; none: it is cancelled.
-  void SetFiles(std::vector<CString> files) { answers_.files = std::move(files); }
   // A file that is there is replaced only with --yes; that it stays is said.
   bool MayReplace(const CString& file) const;
   const std::vector<MessageShown>& messages() const { return messages_; }
-  const CString& TextExportFile() const { return text_export_->WrittenFile(); }  // of an export that was answered
+  DialogOutcome Outcome() const { return outcome_; }          // of the dialog that closed last
+  const CString& PickedFile() const { return picked_file_; }  // in a file dialog last, with its extension
 
  private:
-  std::optional<std::vector<CString>> PickUnlessKept(const FileDialogRequest& request,
-                                                     std::vector<CString> files) const;
+  bool Play(CDialog& window, const std::vector<WindowStep>& steps);
+  bool Perform(CDialog& window, const WindowStep& step);
+  const std::vector<WindowStep>* StepsFor(const CDialog& dialog);
   bool PassesSettings(const FileDialogRequest& request);
-  void FillTextImport(CPropertySheet& wizard);
 
   BatchAnswers answers_;
   bool trace_;
   bool bar_;
-  std::optional<TextExportWizardUser> text_export_;
-  std::optional<CString> sheet_file_;  // for the next file dialog that a sheet opens
-  bool sheet_refused_ = false;
-  std::optional<TextImportWizardUser> text_import_user_;  // while the wizard is open
+  // Of the step that is performed: what is left for the windows that it opens, and whether one did not take it.
+  std::vector<CString> step_files_;
+  const std::vector<WindowStep>* step_dialog_ = nullptr;
+  bool file_stays_ = false;
+  bool is_refused_ = false;
+  DialogOutcome outcome_ = DialogOutcome::kNone;
+  CString picked_file_;
   std::vector<MessageShown> messages_;
 };
 

@@ -2,6 +2,7 @@
 
 #include "apps/qloom/commands.h"
 #include "apps/qloom/log_source.h"
+#include "apps/qloom/text_export_wizard.h"
 #include "platform/encoding.h"
 
 namespace loom {
@@ -14,7 +15,7 @@ struct ExportOptions {
 
 int RunExport(const CommandLine& line, const ExportOptions& options) {
   BatchAnswers answers = SourceAnswersFrom(line.common, options.source);
-  answers.text_export = TextExportAnswersFrom(options.wizard);
+  answers.Fill(TextExportPages(options.wizard));
   Session session(line.common, std::move(answers), FirstLog(options.source));
   LogReport report(session);
   const int imported = ImportSource(session.manager(), options.source, report);
@@ -25,8 +26,8 @@ int RunExport(const CommandLine& line, const ExportOptions& options) {
     const int result = is_known ? session.manager().ExportTxt() : 0;
     exit_code = result == 1 ? kExitDone : kExitFailed;
     document["result"] = result;
-    if (result == 1) document["out"] = JsonText(session.front_end().TextExportFile());
-    if (result == 1 && !line.common.json) std::cout << GbkPathToNative(session.front_end().TextExportFile()) << '\n';
+    if (result == 1) document["out"] = JsonText(session.front_end().PickedFile());
+    if (result == 1 && !line.common.json) std::cout << GbkPathToNative(session.front_end().PickedFile()) << '\n';
   }
   return session.Finish(std::move(document), exit_code);
 }

@@ -1,12 +1,9 @@
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
-#include <set>
 
 #include "apps/qloom/commands.h"
-#include "platform/log.h"
-#include "platform/ui/date_time_ctrl.h"
-#include "platform/ui/list_ctrl.h"
+#include "platform/ui/ole_date_time.h"
 #include "resources/log_tools_templates.h"
 
 namespace loom {
@@ -44,74 +41,53 @@ std::string TimeObjection(const std::string& text) {
   return WholeSecond(text) ? std::string() : "'" + text + "' is no time to the second, such as 2024-05-17 10:00:00";
 }
 
-void PickTime(CDialog& dialog, int date_id, int time_id, const std::string& text) {
-  const LocalTime time = *WholeSecond(text);
-  dialog.GetDlgItem<CDateTimeCtrl>(date_id).UserPickDate(time.day);
-  dialog.GetDlgItem<CDateTimeCtrl>(time_id).UserPickTime(time.hour, time.minute, time.second);
-}
-
 std::vector<CString> FromTheRoot(const std::vector<std::string>& native) {
   std::vector<CString> paths;
   for (const std::string& name : native) paths.push_back(AbsolutePath(name));
   return paths;
 }
 
-// Logs that are listed; a log named twice is listed once.
-bool AreAllListed(const CDialog& dialog, const CombineOptions& options, const std::vector<CString>& logs) {
-  const int list = options.kind == "auto" ? kListAutoTestLogs : kListLteLogs;
-  const std::set<CString> named(logs.begin(), logs.end());
-  return dialog.GetDlgItem<CListCtrl>(list).GetItemCount() == static_cast<int>(named.size());
+// clang-format off
+std::vector<WindowPage> CombinePages(const CombineOptions& options) {
+  return {{kDialogCombine, {
+    {kComboCombineKind,    act::ChooseAt(kKindEntries.at(options.kind))},
+    {kButtonAddLogs,       act::Press(), {}, FromTheRoot(options.logs)},
+    {kButtonCombineTarget, act::Press(), {}, {AbsolutePath(options.out)}},
+    {kIdOk,                act::Reach(), "fewer than two logs are listed, there is nothing to merge"},
+    {kIdOk,                act::Press()},
+  }}};
 }
 
-// The dialog's target is gone when it has merged.
-BatchResult FillCombine(CDialog& dialog, BatchFrontEnd& person, const CombineOptions& options) {
-  const auto target = [&] { return dialog.GetDlgItem(kEditCombineTarget).GetWindowText(); };
-  dialog.GetDlgItem<CComboBox>(kComboCombineKind).UserChoose(kKindEntries.at(options.kind));
-  const std::vector<CString> logs = FromTheRoot(options.logs);
-  person.SetFiles(logs);
-  dialog.UserPress(kButtonAddLogs);
-  const BatchResult done = AreAllListed(dialog, options, logs) ? kBatchDone : kBatchInPart;
-  person.SetFiles({AbsolutePath(options.out)});
-  dialog.UserPress(kButtonCombineTarget);
-  const bool can_merge = !WasInterrupted() && !target().IsEmpty() && dialog.GetDlgItem(kIdOk).IsWindowEnabled();
-  if (can_merge)
-    dialog.UserPress(kIdOk);
-  else if (!WasInterrupted() && !target().IsEmpty())
-    Log(LogLevel::kError, "fewer than two logs are listed, there is nothing to merge");
-  const bool merged = can_merge && target().IsEmpty();
-  dialog.UserPress(kIdCancel);
-  return merged ? done : kBatchNothing;
+std::vector<WindowPage> CutPages(const CutOptions& options) {
+  const LocalTime from = *WholeSecond(options.from);
+  const LocalTime to = *WholeSecond(options.to);
+  return {{kDialogPartition, {
+    {kButtonPartitionSource, act::Press(), {}, {AbsolutePath(options.log)}},
+    {kButtonPartitionTarget, act::Press(), {}, {AbsolutePath(options.out)}},
+    {kPickerStartDate,       act::PickDate(from.day)},
+    {kPickerStartTime,       act::PickTime(from.hour, from.minute, from.second)},
+    {kPickerEndDate,         act::PickDate(to.day)},
+    {kPickerEndTime,         act::PickTime(to.hour, to.minute, to.second)},
+    {kIdOk,                  act::Press()},
+  }}};
+}
+// clang-format on
+
+BatchResult ResultOf(DialogOutcome outcome) {
+  if (outcome == DialogOutcome::kDone) return kBatchDone;
+  return outcome == DialogOutcome::kInPart ? kBatchInPart : kBatchNothing;
 }
 
-// The dialog closes itself when it has cut.
-BatchResult FillPartition(CDialog& dialog, BatchFrontEnd& person, const CutOptions& options) {
-  const auto choose = [&](int button, int edit, const CString& file) {
-    person.SetFiles({file});
-    dialog.UserPress(button);
-    return !dialog.GetDlgItem(edit).GetWindowText().IsEmpty();
-  };
-  const bool chosen = !WasInterrupted() &&
-                      choose(kButtonPartitionSource, kEditPartitionSource, AbsolutePath(options.log)) &&
-                      choose(kButtonPartitionTarget, kEditPartitionTarget, AbsolutePath(options.out));
-  if (chosen) {
-    PickTime(dialog, kPickerStartDate, kPickerStartTime, options.from);
-    PickTime(dialog, kPickerEndDate, kPickerEndTime, options.to);
-    dialog.UserPress(kIdOk);
-    if (!dialog.IsRunning()) return kBatchDone;
-  }
-  dialog.UserPress(kIdCancel);
-  return kBatchNothing;
-}
-
-// Runs a command with one dialog, which `fill` fills and presses; it tells what the dialog did.
-int RunTool(const CommandLine& line, const std::string& out, int dialog_id, void (CIOManager::*command)(),
-            const std::function<BatchResult(CDialog&, BatchFrontEnd&)>& fill) {
-  BatchResult result = kBatchNothing;
+// A command with one dialog, whose outcome is the command's result.
+int RunTool(const CommandLine& line, const std::string& out, const std::vector<WindowPage>& pages,
+            void (CIOManager::*command)()) {
   BatchAnswers answers;
   answers.yes = !line.common.no;
-  answers.dialogs[dialog_id] = [&](CDialog& dialog, BatchFrontEnd& person) { result = fill(dialog, person); };
+  answers.ends_at_interrupt = true;
+  answers.Fill(pages);
   Session session(line.common, std::move(answers), AbsolutePath(out));
   (session.manager().*command)();
+  const BatchResult result = ResultOf(session.front_end().Outcome());
   if (result != kBatchNothing && !line.common.json) std::cout << out << '\n';
   constexpr ExitCode kExitCodes[] = {kExitFailed, kExitDone, kExitInPart};  // by result
   return session.Finish({{"result", result}, {"out", JsonName(out)}}, kExitCodes[result]);
@@ -129,8 +105,7 @@ void AddCombine(Command& program, CommandLine& line) {
   command.Runs([&line, options] {
     ExistingFiles(options->logs);
     if (std::filesystem::path(options->out).extension().empty()) options->out += kLogEnding;
-    return RunTool(line, options->out, kDialogCombine, &CIOManager::CombineLogFile,
-                   [&](CDialog& dialog, BatchFrontEnd& person) { return FillCombine(dialog, person, *options); });
+    return RunTool(line, options->out, CombinePages(*options), &CIOManager::CombineLogFile);
   });
 }
 
@@ -144,8 +119,7 @@ void AddCut(Command& program, CommandLine& line) {
   command.Runs([&line, options] {
     ExistingFiles({options->log});
     if (!options->out.ends_with(kLogEnding)) options->out += kLogEnding;
-    return RunTool(line, options->out, kDialogPartition, &CIOManager::PartitionLogfile,
-                   [&](CDialog& dialog, BatchFrontEnd& person) { return FillPartition(dialog, person, *options); });
+    return RunTool(line, options->out, CutPages(*options), &CIOManager::PartitionLogfile);
   });
 }
 

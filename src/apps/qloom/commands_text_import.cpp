@@ -86,21 +86,21 @@ Json ImportAutomatically(Session& session, const LogReport& report, const CStrin
           {"stream", stream != nullptr ? StreamJson(*stream) : Json()}};
 }
 
-TextFileWishes WishesFrom(const TextOptions& options, const TextImportAnswers& answers) {
+TextFileWishes WishesFrom(const TextOptions& options) {
   DialectOptions given = options.dialect;
   if (!options.wizard.separator.empty()) given.separator = options.wizard.separator;
   if (options.wizard.no_header) given.header = 0;
   TextFileWishes wishes{.overrides = OverridesFrom(given), .elements = {}};
-  for (const auto& [column, element] : answers.columns)
-    wishes.elements[static_cast<std::size_t>(column)] = GbkToUtf8(element);
+  for (const auto& [column, element] : options.wizard.Columns())
+    wishes.elements[static_cast<std::size_t>(column)] = element;
   if (!options.wizard.stream_name.empty()) wishes.stream_name = options.wizard.stream_name;
-  wishes.stream_type = answers.stream_type.value_or(0);
+  wishes.stream_type = options.wizard.StreamType();
   return wishes;
 }
 
 int RunAutoImport(const CommandLine& line, const TextOptions& options) {
   const std::vector<CString> files = TextFilesOf(options.files);
-  const TextFileWishes wishes = WishesFrom(options, TextImportAnswersFrom(options.wizard, files[0]));
+  const TextFileWishes wishes = WishesFrom(options);
   Session session(line.common, AnswersFrom(line.common), files[0]);
   const LogReport report(session);
   Json texts = Json::array();
@@ -127,7 +127,7 @@ int RunImportText(const CommandLine& line, const TextOptions& options) {
   if (options.is_auto) return RunAutoImport(line, options);
   const CString path = ExistingPath(options.files[0]);
   BatchAnswers answers = AnswersFrom(line.common);
-  answers.text_import = TextImportAnswersFrom(options.wizard, path);
+  answers.Fill(TextImportPages(options.wizard, path));
   Session session(line.common, std::move(answers), path);
   const LogReport report(session);
   const int result = session.manager().ImportTxt();
@@ -137,7 +137,7 @@ int RunImportText(const CommandLine& line, const TextOptions& options) {
 int RunOpenText(const CommandLine& line, const TextOptions& options) {
   const CString path = AbsolutePath(options.files[0]);
   BatchAnswers answers = AnswersFrom(line.common);
-  if (options.wizard.IsAnyGiven()) answers.text_import = TextImportAnswersFrom(options.wizard, path);
+  if (options.wizard.IsAnyGiven()) answers.Fill(TextImportPages(options.wizard, path));
   Session session(line.common, std::move(answers), path);
   const LogReport report(session);
   const int result = session.manager().OpenTxt(path);

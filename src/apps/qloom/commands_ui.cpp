@@ -7,6 +7,7 @@
 #include "apps/qloom/ui_script.h"
 #include "apps/text_files/finder_dialog.h"
 #include "platform/encoding.h"
+#include "platform/ui/property_sheet.h"
 #include "platform/ui/scripted_user.h"
 
 namespace loom {

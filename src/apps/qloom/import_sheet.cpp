@@ -3,10 +3,8 @@
 #include <array>
 
 #include "platform/encoding.h"
-#include "platform/ui/tree_ctrl.h"
 #include "resources/binning_templates.h"
 #include "resources/log_import_templates.h"
-#include "text/selection/ie_selection_page.h"
 
 namespace loom {
 namespace {
@@ -48,65 +46,66 @@ std::string ObjectionToBinning(const std::string& text) {
   return ParseBinning(text).kind != nullptr ? "" : "'" + text + "' is none of time=S, distance=M, grid=HxW";
 }
 
-std::optional<CString> TextFrom(const std::string& utf8) {
-  if (utf8.empty()) return std::nullopt;
-  return Utf8ToGbk(utf8);
+// What starts like a number is one; whether there is one at all, the page says.
+UserAction TypeNumber(const std::string& utf8) {
+  return {"type into", [text = Utf8ToGbk(utf8)](CDialog& page, int id) {
+            auto& edit = ItemFor<CEdit>(page, id);
+            if (!edit.UserType(text) && !edit.GetWindowText().IsEmpty()) throw UiRefused("there is more than a number");
+          }};
 }
 
-std::optional<CString> PathFrom(const std::string& native) {
-  if (native.empty()) return std::nullopt;
-  return NativeNameToGbk(native);
+UserAction TickLeaves(const CString& name) {
+  return {"tick leaves in", [name](CDialog& page, int id) {
+            auto& tree = ItemFor<CMutiTreeCtrl>(page, id);
+            LeafNamed(name).In(tree);
+            for (HTREEITEM item = tree.GetRootItem(); item; item = tree.GetNextItem(item)) {
+              if (!tree.ItemHasChildren(item) && tree.GetItemText(item) == name) tree.UserTick(item, true);
+            }
+          }};
 }
 
-void TypeAll(CEdit& edit, const CString& text) {
-  if (edit.UserType(text) || edit.GetWindowText().IsEmpty()) return;
-  throw Error("'" + GbkToUtf8(text) + "' cannot be typed where a number is wanted");
+UserAction ClearAll() {
+  return {"clear", [](CDialog& page, int id) {
+            auto& tree = ItemFor<CMutiTreeCtrl>(page, id);
+            for (HTREEITEM item = tree.GetRootItem(); item; item = tree.GetNextSiblingItem(item))
+              tree.UserTick(item, false);
+          }};
 }
 
-void TickLeaf(CMutiTreeCtrl& tree, const CString& name) {
-  bool found = false;
-  for (HTREEITEM item = tree.GetRootItem(); item; item = tree.GetNextItem(item)) {
-    if (tree.ItemHasChildren(item) || tree.GetItemText(item) != name) continue;
-    tree.UserTick(item, true);
-    found = true;
-  }
-  if (!found) throw Error("the selection of information elements has no leaf \"" + GbkToUtf8(name) + "\"");
+constexpr const char* kNoTemplate = "nothing is imported without the template that was asked for";
+
+// clang-format off
+std::vector<WindowStep> SelectionSteps(const ImportSheetOptions& options) {
+  std::vector<WindowStep> steps{
+    {kButtonLoadIeTemplate, If(!options.load_template.empty(), act::Press()), kNoTemplate, FileIfGiven(options.load_template)},
+    {kTreeImportIes,        If(!options.ies.empty(), ClearAll())},
+  };
+  for (const std::string& name : options.ies)
+    steps.push_back({kTreeImportIes, TickLeaves(Utf8ToGbk(name)),
+                     "the selection of information elements has no leaf \"" + name + "\""});
+  steps.push_back({kButtonSaveIeTemplate, If(!options.save_template.empty(), act::Press()), kNoTemplate,
+                   FileIfGiven(options.save_template)});
+  steps.back().goes_on_without_file = true;
+  return steps;
 }
 
-void TickOnly(CMutiTreeCtrl& tree, const std::vector<CString>& names) {
-  for (HTREEITEM item = tree.GetRootItem(); item; item = tree.GetNextSiblingItem(item)) tree.UserTick(item, false);
-  for (const CString& name : names) TickLeaf(tree, name);
+std::vector<WindowStep> BinningSteps(const ImportSheetOptions& options) {
+  std::vector<WindowStep> steps{{kCheckBinningEnabled, act::Check(1)}};
+  const BinningText binning = ParseBinning(options.binning);
+  if (binning.kind != nullptr) steps.push_back({binning.kind->radio, act::Press()});
+  for (std::size_t at = 0; at < binning.numbers.size(); ++at)
+    steps.push_back({binning.kind->edits[at], TypeNumber(binning.numbers[at]),
+                     "'" + binning.numbers[at] + "' cannot be typed where a number is wanted"});
+  if (!options.value.empty()) steps.push_back({kValueRadios.at(options.value), act::Press()});
+  steps.insert(steps.end(), {
+    {kCheckUe,           If(!options.ue_parameter.empty(), act::Check(1))},
+    {kComboUeParam,      ChooseIfGiven(options.ue_parameter)},
+    {kCheckScanner,      If(!options.scanner_parameter.empty(), act::Check(1))},
+    {kComboScannerParam, ChooseIfGiven(options.scanner_parameter)},
+  });
+  return steps;
 }
-
-void UseTemplate(CSelImportDialog& page, int button, const CString& path,
-                 const std::function<void(const CString&)>& pick_file) {
-  pick_file(path);
-  page.UserPress(button);
-  // What is wrong with the file the page has told the log.
-  if (!page.TemplateFailure().empty()) throw Error("nothing is imported without the template that was asked for");
-}
-
-void FillSelection(CSelImportDialog& page, const ImportSheetAnswers& answers,
-                   const std::function<void(const CString&)>& pick_file) {
-  if (answers.load_template) UseTemplate(page, kButtonLoadIeTemplate, *answers.load_template, pick_file);
-  if (!answers.ies.empty()) TickOnly(page.GetDlgItem<CMutiTreeCtrl>(kTreeImportIes), answers.ies);
-  if (answers.save_template) UseTemplate(page, kButtonSaveIeTemplate, *answers.save_template, pick_file);
-}
-
-void FillParameter(CDialog& page, int check_id, int combo_id, const std::optional<CString>& parameter) {
-  if (!parameter) return;
-  page.GetDlgItem<CButton>(check_id).UserCheck(1);
-  page.GetDlgItem<CComboBox>(combo_id).UserChoose(*parameter);
-}
-
-void FillBinning(CDialog& page, const ImportSheetAnswers& answers) {
-  page.GetDlgItem<CButton>(kCheckBinningEnabled).UserCheck(1);
-  if (answers.type_radio != 0) page.UserPress(answers.type_radio);
-  for (const auto& [edit, text] : answers.numbers) TypeAll(page.GetDlgItem<CEdit>(edit), text);
-  if (answers.value_radio != 0) page.UserPress(answers.value_radio);
-  FillParameter(page, kCheckUe, kComboUeParam, answers.ue_parameter);
-  FillParameter(page, kCheckScanner, kComboScannerParam, answers.scanner_parameter);
-}
+// clang-format on
 
 }  // namespace
 
@@ -121,46 +120,16 @@ void AddImportSheetOptions(Command& command, ImportSheetOptions& options) {
   command.AddOption("--bin-scanner", options.scanner_parameter, "Scanner parameter to merge");
 }
 
-std::optional<ImportSheetAnswers> ImportSheetAnswersFrom(const ImportSheetOptions& options) {
-  ImportSheetAnswers answers;
-  for (const std::string& name : options.ies) answers.ies.push_back(Utf8ToGbk(name));
-  answers.load_template = PathFrom(options.load_template);
-  answers.save_template = PathFrom(options.save_template);
-  answers.ue_parameter = TextFrom(options.ue_parameter);
-  answers.scanner_parameter = TextFrom(options.scanner_parameter);
-  if (!options.binning.empty()) {
-    const BinningText binning = ParseBinning(options.binning);
-    answers.type_radio = binning.kind->radio;
-    for (std::size_t at = 0; at < binning.numbers.size(); ++at) {
-      answers.numbers.emplace_back(binning.kind->edits[at], Utf8ToGbk(binning.numbers[at]));
-    }
+std::vector<WindowPage> ImportSheetPages(const ImportSheetOptions& options) {
+  const bool merges = !(options.binning + options.value + options.ue_parameter + options.scanner_parameter).empty();
+  if (!merges && options.ies.empty() && (options.load_template + options.save_template).empty()) return {};
+  std::vector<WindowPage> pages{{kDialogSelImport, SelectionSteps(options)}};
+  if (merges) {
+    pages.back().steps.push_back({kDialogBinning, act::ShowPage()});
+    pages.push_back({kDialogBinning, BinningSteps(options)});
   }
-  if (!options.value.empty()) answers.value_radio = kValueRadios.at(options.value);
-  answers.merges =
-      answers.type_radio != 0 || answers.value_radio != 0 || answers.ue_parameter || answers.scanner_parameter;
-  const bool is_given = answers.merges || !answers.ies.empty() || answers.load_template || answers.save_template;
-  return is_given ? std::optional(std::move(answers)) : std::nullopt;
-}
-
-bool IsImportSheet(const CPropertySheet& sheet) {
-  return sheet.GetPageCount() > 0 && dynamic_cast<CSelImportDialog*>(&sheet.GetPage(0)) != nullptr;
-}
-
-bool FillImportSheet(CPropertySheet& sheet, const ImportSheetAnswers& answers,
-                     const std::function<void(const CString&)>& pick_file) {
-  try {
-    FillSelection(dynamic_cast<CSelImportDialog&>(sheet.GetPage(0)), answers, pick_file);
-    if (answers.merges) {
-      sheet.UserSelectPage(sheet.FindPage(kDialogBinning));
-      FillBinning(*sheet.GetActivePage(), answers);
-    }
-    sheet.UserPress(kIdOk);
-  } catch (const UiRefused& refusal) {
-    throw Error(refusal.what());
-  }
-  if (!sheet.IsRunning()) return true;
-  sheet.UserClose();
-  return false;
+  pages.back().steps.push_back({kIdOk, act::Press()});
+  return pages;
 }
 
 }  // namespace loom

@@ -5,6 +5,7 @@
 #include "apps/qloom/commands.h"
 #include "platform/encoding.h"
 #include "platform/path.h"
+#include "resources/handset_type_templates.h"
 
 namespace loom {
 namespace {
@@ -15,6 +16,18 @@ bool IsTextSource(const ImportOptions& options) {
   const auto is = [&](const char* known) { return extension.CompareNoCase(known) == 0; };
   return !options.intermediate && (options.text.IsAnyGiven() || is("txt") || is("csv") || is("tsv"));
 }
+
+// clang-format off
+std::vector<WindowPage> HandsetPages(const ImportOptions& options) {
+  const auto check = [](std::optional<bool> on) { return on ? act::Check(*on ? 1 : 0) : UserAction(); };
+  return {{kDialogHandsetType, {
+    {kComboHandsetType,    ChooseIfGiven(options.handset.value_or(""))},
+    {kCheckKeepForThisLog, check(options.keep_log)},
+    {kCheckKeepForAllLogs, check(options.keep_all)},
+    {kIdOk,                act::Press()},
+  }}};
+}
+// clang-format on
 
 }  // namespace
 
@@ -36,17 +49,14 @@ BatchAnswers AnswersFrom(const CommonOptions& common, const ImportOptions& optio
   answers.yes = !common.no;
   answers.cancel_at = common.cancel_at;
   for (const std::string& log : options.logs) answers.files.push_back(AbsolutePath(log));
-  if (options.handset) answers.handset = Utf8ToGbk(*options.handset);
-  answers.keep_for_log = options.keep_log;
-  answers.keep_for_all = options.keep_all;
-  answers.import_sheet = ImportSheetAnswersFrom(options.sheet);
+  answers.Fill(HandsetPages(options));
+  answers.Fill(ImportSheetPages(options.sheet));
   return answers;
 }
 
 BatchAnswers SourceAnswersFrom(const CommonOptions& common, const ImportOptions& options) {
   BatchAnswers answers = AnswersFrom(common, options);
-  if (IsTextSource(options))
-    answers.text_import = TextImportAnswersFrom(options.text, ExistingPath(options.logs.front()));
+  if (IsTextSource(options)) answers.Fill(TextImportPages(options.text, ExistingPath(options.logs.front())));
   return answers;
 }
 

@@ -4,9 +4,6 @@
 
 #include "apps/qloom/session.h"
 #include "platform/encoding.h"
-#include "platform/error.h"
-#include "platform/ui/list_ctrl.h"
-#include "platform/ui/tree_ctrl.h"
 #include "resources/text_export_templates.h"
 
 namespace loom {
@@ -26,25 +23,33 @@ std::string ObjectionToLimit(const std::string& text) {
   return has_both ? "" : "'" + text + "' is not NAME=MIN:MAX";
 }
 
-TextExportAnswers::Limit LimitFrom(const std::string& text) {
+// clang-format off
+void AddLimit(std::vector<WindowStep>& steps, const std::string& text) {
   const std::size_t equals = text.find('=');
   const std::size_t colon = text.find(':', equals);
-  return {Utf8ToGbk(text.substr(0, equals)), Utf8ToGbk(text.substr(equals + 1, colon - equals - 1)),
-          Utf8ToGbk(text.substr(colon + 1))};
+  const std::string name = text.substr(0, equals);
+  const CString row = Utf8ToGbk(name);
+  steps.insert(steps.end(), {
+    {kListExport, act::SelectRow(row), "a limit for \"" + name + "\", which is not exported"},
+    {kListExport, act::DoubleClickRow(row), "\"" + name + "\" has no valid range and so no limits", {}, {
+      {kEditSetMinimum, act::Type(Utf8ToGbk(text.substr(equals + 1, colon - equals - 1)))},
+      {kEditSetMaximum, act::Type(Utf8ToGbk(text.substr(colon + 1)))},
+      {kIdOk,           act::Press()},
+    }},
+  });
 }
+// clang-format on
 
-// Of the leaves alone, or of all items; the first with the text.
-HTREEITEM FindItem(const CTreeCtrl& tree, const CString& text, bool leaves_only) {
-  for (HTREEITEM item = tree.GetRootItem(); item; item = tree.GetNextItem(item)) {
-    if (tree.GetItemText(item) == text && !(leaves_only && tree.ItemHasChildren(item))) return item;
+std::vector<WindowStep> ParameterSteps(const TextExportOptions& options) {
+  std::vector<WindowStep> steps;
+  for (const std::string& name : options.parameters) {
+    steps.push_back({kTreeExport, act::SelectItems({LeafOrGroupNamed(Utf8ToGbk(name))}),
+                     "the stream has no information element to export with the name \"" + name + "\""});
+    steps.push_back({kButtonExportSelect, act::Press()});
   }
-  return {};
-}
-
-bool GoOn(CPropertySheet& sheet, int button) {
-  const CPropertyPage* const page = sheet.GetActivePage();
-  sheet.UserPress(button);
-  return !sheet.IsRunning() || sheet.GetActivePage() != page;
+  for (const std::string& limit : options.limits) AddLimit(steps, limit);
+  steps.push_back({kIdWizardNext, act::Press()});
+  return steps;
 }
 
 }  // namespace
@@ -64,92 +69,30 @@ void AddTextExportOptions(Command& command, TextExportOptions& options) {
       .Check(ObjectionToLimit, "NAME=MIN:MAX");
 }
 
-TextExportAnswers TextExportAnswersFrom(const TextExportOptions& options) {
-  TextExportAnswers answers;
-  answers.stream = NativeNameToGbk(options.stream);
-  for (const std::string& name : options.parameters) answers.parameters.push_back(Utf8ToGbk(name));
-  for (const std::string& limit : options.limits) answers.limits.push_back(LimitFrom(limit));
-  answers.file = AbsolutePath(options.file);
-  if (const auto radio = kExportSeparators.find(options.separator); radio != kExportSeparators.end()) {
-    answers.separator_radio = radio->second;
-  } else if (!options.separator.empty()) {
-    answers.separator_radio = kRadioExportCustom;
-    answers.symbol = Utf8ToGbk(options.separator);
-  }
-  answers.write_header = !options.no_header;
-  answers.write_units = options.units;
-  answers.fill_gaps = options.fill;
-  answers.binned_data = options.binned;
-  return answers;
+// clang-format off
+std::vector<WindowPage> TextExportPages(const TextExportOptions& options) {
+  const auto named = kExportSeparators.find(options.separator);
+  const bool is_named = named != kExportSeparators.end();
+  const bool is_custom = !options.separator.empty() && !is_named;
+  const CString stream = NativeNameToGbk(options.stream);
+  return {
+    {kDialogTextExport1, {
+      {kTreeExport,   act::SelectItems({LeafNamed(stream)}), "the wizard offers no stream \"" + GbkNameToUtf8(stream) + "\""},
+      {kIdWizardNext, act::Press()},
+    }},
+    {kDialogTextExport2, ParameterSteps(options)},
+    {kDialogTextExport3, {
+      {kButtonExportBrowse,   act::Press(), {}, {AbsolutePath(options.file)}},
+      {is_named ? named->second : kRadioExportCustom, If(is_named || is_custom, act::Press())},
+      {kEditExportCustom,     TypeIfGiven(is_custom ? options.separator : "")},
+      {options.binned ? kRadioExportBinned : kRadioExportRaw, act::Press()},
+      {kCheckExportHeader,    act::Check(options.no_header ? 0 : 1)},
+      {kCheckExportUnits,     If(options.units, act::Check(1))},
+      {kCheckExportFill,      act::Check(options.fill ? 1 : 0)},
+      {kIdWizardFinish,       act::Press()},
+    }},
+  };
 }
-
-bool TextExportWizardUser::IsTextExportWizard(const CPropertySheet& sheet) {
-  return sheet.FindPage(kDialogTextExport1) == 0;
-}
-
-void TextExportWizardUser::ChooseStream(CDialog& page) const {
-  auto& tree = page.GetDlgItem<CTreeCtrl>(kTreeExport);
-  const HTREEITEM item = FindItem(tree, answers_.stream, true);
-  if (!item) throw Error("the wizard offers no stream \"" + GbkNameToUtf8(answers_.stream) + "\"");
-  tree.UserSelect(item);
-}
-
-void TextExportWizardUser::ChooseParameters(CDialog& page) const {
-  auto& tree = page.GetDlgItem<CMutiTreeCtrl>(kTreeExport);
-  for (const CString& name : answers_.parameters) {
-    HTREEITEM item = FindItem(tree, name, true);
-    if (!item) item = FindItem(tree, name, false);
-    if (!item) throw Error("the stream has no information element to export with the name \"" + GbkToUtf8(name) + "\"");
-    tree.UserSelectItems({item});
-    page.UserPress(kButtonExportSelect);
-  }
-}
-
-void TextExportWizardUser::SetLimit(CDialog& page, const TextExportAnswers::Limit& limit) {
-  auto& list = page.GetDlgItem<CListCtrl>(kListExport);
-  const int row = list.FindItem(limit.name);
-  if (row < 0) throw Error("a limit for \"" + GbkToUtf8(limit.name) + "\", which is not exported");
-  limit_ = &limit;
-  list.UserDoubleClick(row);
-  if (limit_ != nullptr) throw Error("\"" + GbkToUtf8(limit.name) + "\" has no valid range and so no limits");
-}
-
-void TextExportWizardUser::FillLimits(CDialog& dialog) {
-  const TextExportAnswers::Limit& limit = *std::exchange(limit_, nullptr);
-  dialog.GetDlgItem<CEdit>(kEditSetMinimum).UserType(limit.minimum);
-  dialog.GetDlgItem<CEdit>(kEditSetMaximum).UserType(limit.maximum);
-  dialog.UserPress(kIdOk);
-  if (!dialog.IsRunning()) return;
-  limit_was_refused_ = true;
-  dialog.UserClose();
-}
-
-void TextExportWizardUser::FillFilePage(CDialog& page, const std::function<void(const CString&)>& pick_file) const {
-  pick_file(answers_.file);
-  page.UserPress(kButtonExportBrowse);
-  if (answers_.separator_radio != 0) page.UserPress(answers_.separator_radio);
-  if (!answers_.symbol.IsEmpty()) page.GetDlgItem<CEdit>(kEditExportCustom).UserType(answers_.symbol);
-  page.UserPress(answers_.binned_data ? kRadioExportBinned : kRadioExportRaw);
-  page.GetDlgItem<CButton>(kCheckExportHeader).UserCheck(answers_.write_header ? 1 : 0);
-  if (answers_.write_units) page.GetDlgItem<CButton>(kCheckExportUnits).UserCheck(1);
-  page.GetDlgItem<CButton>(kCheckExportFill).UserCheck(answers_.fill_gaps ? 1 : 0);
-}
-
-void TextExportWizardUser::Fill(CPropertySheet& sheet, const std::function<void(const CString&)>& pick_file) {
-  try {
-    ChooseStream(*sheet.GetActivePage());
-    if (!GoOn(sheet, kIdWizardNext)) return sheet.UserClose();
-    if (!sheet.IsRunning()) return;
-    ChooseParameters(*sheet.GetActivePage());
-    for (const TextExportAnswers::Limit& limit : answers_.limits) SetLimit(*sheet.GetActivePage(), limit);
-    if (limit_was_refused_ || !GoOn(sheet, kIdWizardNext)) return sheet.UserClose();
-    FillFilePage(*sheet.GetActivePage(), pick_file);
-    const CString file = sheet.GetActivePage()->GetDlgItem(kEditExportFile).GetWindowText();
-    if (file.IsEmpty() || !GoOn(sheet, kIdWizardFinish)) return sheet.UserClose();
-    written_file_ = file;
-  } catch (const UiRefused& refusal) {
-    throw Error(refusal.what());
-  }
-}
+// clang-format on
 
 }  // namespace loom

@@ -7,7 +7,6 @@
 #include "platform/encoding.h"
 #include "platform/number.h"
 #include "platform/ui/list_ctrl.h"
-#include "platform/ui/tree_ctrl.h"
 #include "resources/parameter_picker_templates.h"
 #include "resources/text_import_templates.h"
 #include "text/import/byte_order_mark.h"
@@ -55,17 +54,69 @@ std::string ObjectionToImportSeparator(const std::string& text) {
   return starts == 1 ? "" : "'" + text + "' is none of tab, comma, semicolon and no single character";
 }
 
-std::optional<CString> ConfigPathFrom(const std::string& native) {
-  if (native.empty()) return std::nullopt;
-  return NativeNameToGbk(native);
+std::string WhatIsSeen(const CDialog& page, const std::string& separator) {
+  const int lines = page.GetDlgItem<CListCtrl>(kListTextPreview).GetItemCount();
+  const int columns = page.GetDlgItem<CListCtrl>(kListColumnMap).GetItemCount();
+  return (lines == 1 ? "the first line has " : "the first " + std::to_string(lines) + " lines have ") +
+         std::to_string(columns) + (columns == 1 ? " column" : " columns") + " with separator " +
+         (separator.empty() ? "tab" : separator);
 }
 
-HTREEITEM FindLeaf(const CTreeCtrl& tree, const CString& name) {
-  for (HTREEITEM item = tree.GetRootItem(); item; item = tree.GetNextItem(item)) {
-    if (!tree.ItemHasChildren(item) && tree.GetItemText(item) == name) return item;
-  }
-  return {};
+std::string WhatTheTitlesAre(const CDialog& page) {
+  const CString title = page.GetDlgItem<CListCtrl>(kListTextPreview).GetItemText(0, 0);
+  if (HasByteOrderMark(title.view())) return "the file starts with a byte order mark, but is read in GBK";
+  if (title.view().starts_with('"')) return "the titles of the first line are quoted";
+  return "the first line holds no title that the catalogue knows";
 }
+
+// clang-format off
+std::vector<WindowStep> StreamSteps(const TextImportOptions& options) {
+  const std::string& separator = options.separator;
+  const auto named = kImportSeparators.find(separator);
+  const bool is_named = named != kImportSeparators.end();
+  const bool is_custom = !is_named && !separator.empty();
+  return {
+    {kEditStreamName,        TypeIfGiven(options.stream_name)},
+    {kComboStreamType,       If(!options.stream_type.empty(), act::ChooseAt(options.StreamType()))},
+    {kComboTimeFormat,       ChooseIfGiven(options.time_format)},
+    {kCheckFirstLineIsNames, If(options.no_header, act::Check(0))},
+    {is_named ? named->second : kRadioCustom, If(is_named || is_custom, act::Press())},
+    {kEditCustomSeparator,   If(is_custom, act::TypeWhole(Utf8ToGbk(separator))),
+     "--separator: '" + separator + "' cannot separate columns"},
+    {kIdWizardNext,          act::Press()},
+  };
+}
+
+void AddColumn(std::vector<WindowStep>& steps, int column, const std::string& name, const std::string& separator) {
+  const auto no_column = [=](const CDialog& page) {
+    return "--map " + std::to_string(column) + "=" + name + ", counted from 0: " + WhatIsSeen(page, separator);
+  };
+  steps.insert(steps.end(), {
+    {kListColumnMap,   act::SelectRows({column}), no_column},
+    {kButtonMapColumn, act::Press(), {}, {}, {
+      {kTreeParams,    act::SelectItems({LeafNamed(Utf8ToGbk(name))}),
+       "the parameter navigator has no information element \"" + name + "\""},
+      {kIdOk,          act::PressToClose(), "\"" + name + "\" cannot be mapped here"},
+    }},
+  });
+}
+
+std::vector<WindowStep> ColumnSteps(const TextImportOptions& options) {
+  const std::map<int, std::string> columns = options.Columns();
+  const auto nothing_mapped = [separator = options.separator](const CDialog& page) {
+    return "no column is mapped: " + WhatTheTitlesAre(page) + "; " + WhatIsSeen(page, separator);
+  };
+  std::vector<WindowStep> steps{{kButtonUnmapAll, If(!columns.empty(), act::Press())}};
+  for (const auto& [column, name] : columns) AddColumn(steps, column, name, options.separator);
+  steps.insert(steps.end(), {
+    {kButtonSaveConfig, act::Reach(), nothing_mapped},
+    {kButtonSaveConfig, If(!options.save_config.empty(), act::Press()),
+     "nothing is imported without the configuration that was to be saved", FileIfGiven(options.save_config)},
+    {kIdWizardFinish,   act::Press()},
+  });
+  return steps;
+}
+// clang-format on
 
 }  // namespace
 
@@ -91,120 +142,30 @@ void AddTextImportOptions(Command& command, TextImportOptions& options, const st
   add("--save-imcf", options.save_config, "Save the import configuration to this file");
 }
 
-TextImportAnswers TextImportAnswersFrom(const TextImportOptions& options, const CString& file) {
-  TextImportAnswers answers;
-  answers.file = file;
-  answers.config = ConfigPathFrom(options.config);
-  if (!options.stream_name.empty()) answers.stream_name = Utf8ToGbk(options.stream_name);
-  if (!options.stream_type.empty()) answers.stream_type = kStreamTypes.at(options.stream_type);
-  if (!options.time_format.empty()) answers.time_format = Utf8ToGbk(options.time_format);
-  answers.separator = options.separator;
-  answers.no_header = options.no_header;
-  for (const std::string& text : options.columns) {
+int TextImportOptions::StreamType() const { return stream_type.empty() ? 0 : kStreamTypes.at(stream_type); }
+
+std::map<int, std::string> TextImportOptions::Columns() const {
+  std::map<int, std::string> map;
+  for (const std::string& text : columns) {
     const ColumnText column = ParseColumn(text);
-    answers.columns[*column.column] = Utf8ToGbk(column.ie_name);
+    map[*column.column] = column.ie_name;
   }
-  answers.save_config = ConfigPathFrom(options.save_config);
-  return answers;
+  return map;
 }
 
-bool TextImportWizardUser::IsWizard(const CPropertySheet& sheet) { return sheet.FindPage(kDialogTextImport1) >= 0; }
-
-void TextImportWizardUser::Fill(CPropertySheet& sheet) {
-  try {
-    FillPages(sheet);
-  } catch (const UiRefused& refusal) {
-    throw Error(refusal.what());
-  }
-  if (sheet.IsRunning()) sheet.UserClose();
-}
-
-void TextImportWizardUser::FillPages(CPropertySheet& sheet) {
-  const auto is_in_front = [&](int page_id) {
-    return sheet.IsRunning() && sheet.GetActivePage()->GetTemplate().id == page_id;
+// clang-format off
+std::vector<WindowPage> TextImportPages(const TextImportOptions& options, const CString& file) {
+  const bool has_config = !options.config.empty();  // which leaves nothing to ask
+  return {
+    {kDialogTextImport1, {
+      {kButtonBrowseText,   act::Press(), {}, {file}},
+      {kButtonImportConfig, If(has_config, act::Press()), {}, FileIfGiven(options.config)},
+      {has_config ? kIdWizardFinish : kIdWizardNext, act::Press()},
+    }},
+    {kDialogTextImport2, StreamSteps(options)},
+    {kDialogTextImport3, ColumnSteps(options)},
   };
-  FillFile(sheet);
-  if (!is_in_front(kDialogTextImport2)) return;
-  FillStream(*sheet.GetActivePage());
-  sheet.UserPress(kIdWizardNext);
-  if (!is_in_front(kDialogTextImport3)) return;
-  CDialog& page = *sheet.GetActivePage();
-  if (!answers_.columns.empty()) FillColumns(page);
-  if (!page.GetDlgItem(kButtonSaveConfig).IsWindowEnabled())
-    throw Error("no column is mapped: " + WhatTheTitlesAre(page) + "; " + WhatIsSeen(page));
-  if (answers_.save_config) SaveConfig(page);
-  sheet.UserPress(kIdWizardFinish);
 }
-
-void TextImportWizardUser::FillFile(CPropertySheet& sheet) {
-  CDialog& page = *sheet.GetActivePage();
-  pick_file_(answers_.file);
-  page.UserPress(kButtonBrowseText);
-  if (!answers_.config) return sheet.UserPress(kIdWizardNext);
-  pick_file_(*answers_.config);
-  page.UserPress(kButtonImportConfig);
-  sheet.UserPress(kIdWizardFinish);
-}
-
-void TextImportWizardUser::FillStream(CDialog& page) const {
-  if (answers_.stream_name) page.GetDlgItem<CEdit>(kEditStreamName).UserType(*answers_.stream_name);
-  if (answers_.stream_type) page.GetDlgItem<CComboBox>(kComboStreamType).UserChoose(*answers_.stream_type);
-  if (answers_.time_format) page.GetDlgItem<CComboBox>(kComboTimeFormat).UserChoose(*answers_.time_format);
-  if (answers_.no_header) page.GetDlgItem<CButton>(kCheckFirstLineIsNames).UserCheck(0);
-  if (!answers_.separator.empty()) FillSeparator(page);
-}
-
-void TextImportWizardUser::FillSeparator(CDialog& page) const {
-  const auto radio = kImportSeparators.find(answers_.separator);
-  if (radio != kImportSeparators.end()) return page.UserPress(radio->second);
-  page.UserPress(kRadioCustom);
-  auto& edit = page.GetDlgItem<CEdit>(kEditCustomSeparator);
-  edit.UserType(Utf8ToGbk(answers_.separator));
-  if (edit.GetWindowText().IsEmpty()) throw Error("--separator: '" + answers_.separator + "' cannot separate columns");
-}
-
-// Of the third page.
-std::string TextImportWizardUser::WhatTheTitlesAre(const CDialog& page) {
-  const CString title = page.GetDlgItem<CListCtrl>(kListTextPreview).GetItemText(0, 0);
-  if (HasByteOrderMark(title.view())) return "the file starts with a byte order mark, but is read in GBK";
-  if (title.view().starts_with('"')) return "the titles of the first line are quoted";
-  return "the first line holds no title that the catalogue knows";
-}
-
-std::string TextImportWizardUser::WhatIsSeen(const CDialog& page) const {
-  const int lines = page.GetDlgItem<CListCtrl>(kListTextPreview).GetItemCount();
-  const int columns = page.GetDlgItem<CListCtrl>(kListColumnMap).GetItemCount();
-  return (lines == 1 ? "the first line has " : "the first " + std::to_string(lines) + " lines have ") +
-         std::to_string(columns) + (columns == 1 ? " column" : " columns") + " with separator " +
-         (answers_.separator.empty() ? "tab" : answers_.separator);
-}
-
-void TextImportWizardUser::FillColumns(CDialog& page) {
-  page.UserPress(kButtonUnmapAll);
-  for (const auto& [column, name] : answers_.columns) {
-    wanted_ = name;
-    if (column >= page.GetDlgItem<CListCtrl>(kListColumnMap).GetItemCount())
-      throw Error("--map " + std::to_string(column) + "=" + GbkToUtf8(name) + ", counted from 0: " + WhatIsSeen(page));
-    page.GetDlgItem<CListCtrl>(kListColumnMap).UserSelectRows({column});
-    page.UserPress(kButtonMapColumn);
-  }
-}
-
-void TextImportWizardUser::SaveConfig(CDialog& page) const {
-  pick_file_(*answers_.save_config);
-  page.UserPress(kButtonSaveConfig);
-  if (newest_message_() != "配置文件保存成功！"_gbk)
-    throw Error("nothing is imported without the configuration that was to be saved");
-}
-
-// A choice that is refused, which a message has said, leaves the dialog open.
-void TextImportWizardUser::ChooseParameter(CDialog& dialog) const {
-  auto& tree = dialog.GetDlgItem<CTreeCtrl>(kTreeParams);
-  const HTREEITEM leaf = FindLeaf(tree, wanted_);
-  if (!leaf) throw Error("the parameter navigator has no information element \"" + GbkToUtf8(wanted_) + "\"");
-  tree.UserSelect(leaf);
-  dialog.UserPress(kIdOk);
-  if (dialog.IsRunning()) throw Error("\"" + GbkToUtf8(wanted_) + "\" cannot be mapped here");
-}
+// clang-format on
 
 }  // namespace loom

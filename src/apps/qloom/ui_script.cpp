@@ -19,8 +19,6 @@ namespace {
 
 CString TextOf(const Json& json) { return Utf8ToGbk(json.get<std::string>()); }
 
-int IdOf(const Json& arguments) { return arguments.at(0).get<int>(); }
-
 bool FlagOf(const Json& json) { return json.is_boolean() ? json.get<bool>() : json.get<int>() != 0; }
 
 // What a person types; the path of a text file, which the project keeps, from the root.
@@ -50,7 +48,6 @@ std::vector<int> NumbersOf(const Json& json, char separator) {
 HTREEITEM ItemAt(const CTreeCtrl& tree, int position) {
   HTREEITEM item = tree.GetRootItem();
   for (; item && position > 0; --position) item = tree.GetNextItem(item);
-  if (!item) throw UiRefused("the tree has no item at that position");
   return item;
 }
 
@@ -70,37 +67,39 @@ HTREEITEM ItemByPath(const CTreeCtrl& tree, const std::string& path) {
   return {};
 }
 
-HTREEITEM ItemFor(const CTreeCtrl& tree, const Json& path_or_position) {
-  if (path_or_position.is_number()) return ItemAt(tree, path_or_position.get<int>());
-  const HTREEITEM item = ItemByPath(tree, path_or_position.get<std::string>());
-  if (!item) throw UiRefused("the tree has no item '" + path_or_position.get<std::string>() + "'");
-  return item;
+// By its position in the tree or its path.
+TreeItem ItemFor(const Json& item) {
+  if (item.is_number())
+    return {item.dump(), [at = item.get<int>()](const CTreeCtrl& tree) { return ItemAt(tree, at); }};
+  return {Shown(TextOf(item)),
+          [path = item.get<std::string>()](const CTreeCtrl& tree) { return ItemByPath(tree, path); }};
 }
 
-void Select(CDialog& dialog, const Json& arguments) {
-  CWnd* const control = dialog.FindItem(IdOf(arguments));
-  if (auto* const list = dynamic_cast<CListCtrl*>(control)) {
-    list->UserSelectRows(arguments.at(1).get<std::vector<int>>());
-  } else if (auto* const tree = dynamic_cast<CTreeCtrl*>(control)) {
-    std::vector<HTREEITEM> items;
-    for (const Json& item : arguments.at(1)) items.push_back(ItemFor(*tree, item));
-    auto* const several = dynamic_cast<CMutiTreeCtrl*>(tree);
-    if (several != nullptr) return several->UserSelectItems(items);
-    tree->UserSelect(items.empty() ? HTREEITEM() : items.front());
-  } else {
-    throw UiRefused("control " + std::to_string(IdOf(arguments)) + " is no list or tree");
-  }
+// An action in the control that the window has, a list or a tree.
+template <class InList, class InTree>
+UserAction InListOrTree(const std::string& text, InList in_list, InTree in_tree) {
+  return {text + " in", [=](CDialog& dialog, int id) {
+            const CWnd* const control = dialog.FindItem(id);
+            if (dynamic_cast<const CListCtrl*>(control) != nullptr) return in_list().perform(dialog, id);
+            if (dynamic_cast<const CTreeCtrl*>(control) != nullptr) return in_tree().perform(dialog, id);
+            throw UiRefused("control " + std::to_string(id) + " is no list or tree");
+          }};
 }
 
-void DoubleClick(CDialog& dialog, const Json& arguments) {
-  CWnd* const control = dialog.FindItem(IdOf(arguments));
-  if (auto* const list = dynamic_cast<CListCtrl*>(control)) {
-    list->UserDoubleClick(arguments.at(1).get<int>());
-  } else if (auto* const tree = dynamic_cast<CTreeCtrl*>(control)) {
-    tree->UserDoubleClick(ItemFor(*tree, arguments.at(1)));
-  } else {
-    throw UiRefused("control " + std::to_string(IdOf(arguments)) + " is no list or tree");
-  }
+UserAction Select(const Json& items) {
+  return InListOrTree(
+      "select " + items.dump(), [items] { return act::SelectRows(items.get<std::vector<int>>()); },
+      [items] {
+        std::vector<TreeItem> found;
+        for (const Json& item : items) found.push_back(ItemFor(item));
+        return act::SelectItems(found);
+      });
+}
+
+UserAction DoubleClick(const Json& item) {
+  return InListOrTree(
+      "double-click " + item.dump(), [item] { return act::DoubleClickRow(item.get<int>()); },
+      [item] { return act::DoubleClickItem(ItemFor(item)); });
 }
 
 const std::map<std::string, int> kButtons{
@@ -117,7 +116,33 @@ Value Named(const std::map<std::string, Value>& names, const Json& name) {
   return found->second;
 }
 
-using AddStep = void (*)(ScriptedUser&, const Json& arguments);
+// Actions on a control, whose id is the first of the arguments.
+using MakeAction = UserAction (*)(const Json& arguments);
+const std::map<std::string, MakeAction> kActions{
+    {"type", [](const Json& a) { return act::Type(TypedText(a.at(0).get<int>(), a.at(1))); }},
+    {"choose",
+     [](const Json& a) {
+       return a.at(1).is_number() ? act::ChooseAt(a.at(1).get<int>()) : act::Choose(TextOf(a.at(1)));
+     }},
+    {"check", [](const Json& a) { return act::Check(a.at(1).is_number() ? a.at(1).get<int>() : FlagOf(a.at(1))); }},
+    {"select", [](const Json& a) { return Select(a.at(1)); }},
+    {"double_click", [](const Json& a) { return DoubleClick(a.at(1)); }},
+    {"header", [](const Json& a) { return act::ClickHeader(a.at(1).get<int>()); }},
+    {"tick", [](const Json& a) { return act::Tick(ItemAtPath(TextOf(a.at(1))), FlagOf(a.at(2))); }},
+    {"expand", [](const Json& a) { return act::Expand(ItemAtPath(TextOf(a.at(1))), FlagOf(a.at(2))); }},
+    {"date",
+     [](const Json& a) {
+       const std::vector<int> day = NumbersOf(a.at(1), '-');
+       return act::PickDate({day[0], day[1], day[2]});
+     }},
+    {"time",
+     [](const Json& a) {
+       const std::vector<int> time = NumbersOf(a.at(1), ':');
+       return act::PickTime(time[0], time[1], time[2]);
+     }},
+};
+
+using AddStep = void (*)(ScriptedUser&, const Json& argument);
 const std::map<std::string, AddStep> kSteps{
     {"press",
      [](ScriptedUser& user, const Json& id) {
@@ -130,36 +155,7 @@ const std::map<std::string, AddStep> kSteps{
        if (name == "cancel") return void(user.Cancel());
        user.Press(Named(kButtons, name));
      }},
-    {"type", [](ScriptedUser& user, const Json& a) { user.Type(IdOf(a), TypedText(IdOf(a), a.at(1))); }},
-    {"choose",
-     [](ScriptedUser& user, const Json& a) {
-       if (a.at(1).is_number()) return void(user.ChooseAt(IdOf(a), a.at(1).get<int>()));
-       user.Choose(IdOf(a), TextOf(a.at(1)));
-     }},
-    {"check",
-     [](ScriptedUser& user, const Json& a) {
-       user.CheckState(IdOf(a), a.at(1).is_number() ? a.at(1).get<int>() : FlagOf(a.at(1)));
-     }},
-    {"select", [](ScriptedUser& user,
-                  const Json& a) { user.Do("select " + a.dump(), [a](CDialog& dialog) { Select(dialog, a); }); }},
-    {"double_click",
-     [](ScriptedUser& user, const Json& a) {
-       user.Do("double_click " + a.dump(), [a](CDialog& dialog) { DoubleClick(dialog, a); });
-     }},
-    {"header", [](ScriptedUser& user, const Json& a) { user.ClickHeader(IdOf(a), a.at(1).get<int>()); }},
-    {"tick", [](ScriptedUser& user, const Json& a) { user.Tick(IdOf(a), TextOf(a.at(1)), FlagOf(a.at(2))); }},
-    {"expand", [](ScriptedUser& user, const Json& a) { user.Expand(IdOf(a), TextOf(a.at(1)), FlagOf(a.at(2))); }},
     {"page", [](ScriptedUser& user, const Json& id) { user.SheetPage(id.get<int>()); }},
-    {"date",
-     [](ScriptedUser& user, const Json& a) {
-       const std::vector<int> day = NumbersOf(a.at(1), '-');
-       user.PickDate(IdOf(a), {day[0], day[1], day[2]});
-     }},
-    {"time",
-     [](ScriptedUser& user, const Json& a) {
-       const std::vector<int> time = NumbersOf(a.at(1), ':');
-       user.PickTime(IdOf(a), time[0], time[1], time[2]);
-     }},
     {"files",
      [](ScriptedUser& user, const Json& paths) {
        if (paths.empty()) return void(user.CancelFiles());
@@ -169,13 +165,16 @@ const std::map<std::string, AddStep> kSteps{
     {"answer", [](ScriptedUser& user, const Json& answer) { user.AnswerNext(Named(kAnswers, answer)); }},
 };
 
+void AddAction(ScriptedUser& user, const std::string& name, const Json& arguments) {
+  if (const auto step = kSteps.find(name); step != kSteps.end()) return step->second(user, arguments);
+  const auto action = kActions.find(name);
+  if (action == kActions.end()) throw Error("there is no action \"" + name + "\"");
+  user.Do(arguments.at(0).get<int>(), action->second(arguments));
+}
+
 void AddLine(ScriptedUser& user, const Json& line) {
   if (!line.is_object() || line.empty()) throw Error("a step is an object {action: arguments}");
-  for (const auto& [action, arguments] : line.items()) {
-    const auto step = kSteps.find(action);
-    if (step == kSteps.end()) throw Error("there is no action \"" + action + "\"");
-    step->second(user, arguments);
-  }
+  for (const auto& [action, arguments] : line.items()) AddAction(user, action, arguments);
 }
 
 Json TextsJson(const std::vector<CString>& texts) {

@@ -68,6 +68,7 @@ int CDialog::DoModal() {
 void CDialog::CreateWindow() {
   for (const auto& control : controls_) control->Reset();
   focus_id_ = kIdNone;
+  outcome_ = DialogOutcome::kNone;
   running_ = has_window_ = true;
   OnInitDialog();
 }

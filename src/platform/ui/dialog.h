@@ -16,6 +16,9 @@ namespace loom {
 
 class CPropertySheet;
 
+// What became of the last thing that a window was to do.
+enum class DialogOutcome { kNone, kDone, kInPart, kNotDone };
+
 // A window built from a template. Derived classes hold the behaviour; a front end shows it.
 class CDialog {
  public:
@@ -38,6 +41,7 @@ class CDialog {
   // Whether a person can reach its controls.
   virtual bool IsReachable() const { return IsRunning(); }
   virtual CPropertySheet* GetSheet() const { return nullptr; }  // of a page
+  DialogOutcome GetOutcome() const { return outcome_; }         // of the last run
 
   // Throws std::logic_error for an id that the template lacks or a control of another class.
   template <class T = CWnd>
@@ -75,6 +79,7 @@ class CDialog {
   virtual void OnOK();  // takes the data and closes when none was refused
   virtual void OnCancel() { EndDialog(kIdCancel); }
   virtual void DoDataExchange(CDataExchange&) {}
+  void SetOutcome(DialogOutcome outcome) { outcome_ = outcome; }
 
   using Handler = std::function<void()>;
   void OnClicked(int id, Handler handler) { On(Notification::kClicked, id, std::move(handler)); }
@@ -99,6 +104,7 @@ class CDialog {
   bool running_ = false;
   bool has_window_ = false;
   int result_ = kIdCancel;
+  DialogOutcome outcome_ = DialogOutcome::kNone;
   int focus_id_ = kIdNone;
 };
 

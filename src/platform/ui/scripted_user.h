@@ -7,11 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/clock.h"
 #include "platform/cstring.h"
-#include "platform/ui/dialog.h"
 #include "platform/ui/front_end.h"
-#include "platform/ui/tree_ctrl.h"
+#include "platform/ui/user_actions.h"
 #include "platform/ui/window_state.h"
 
 namespace loom {
@@ -46,29 +44,37 @@ class ScriptedUser : public FrontEnd {
   ScriptedUser& CancelFiles();
   ScriptedUser& PressInFiles(int extra_button_id);  // the extra button of the file dialog that is open then
 
-  // Actions in the dialog in front.
-  ScriptedUser& Press(int id);
+  // Actions in the dialog in front. Tree items by path, as CTreeCtrl::FindPath takes it.
+  ScriptedUser& Press(int id) { return Do(id, act::Press()); }
   ScriptedUser& Ok() { return Press(kIdOk); }
-  ScriptedUser& Cancel();  // the Cancel button or, without one, closing the window
-  ScriptedUser& Check(int id, bool on) { return CheckState(id, on ? 1 : 0); }
-  ScriptedUser& CheckState(int id, int state);
-  ScriptedUser& Type(int id, const CString& text);  // into an edit or an editable combo box
-  ScriptedUser& Choose(int id, const CString& entry);
-  ScriptedUser& ChooseAt(int id, int position);
-  ScriptedUser& SelectRows(int list_id, const std::vector<int>& rows);
-  ScriptedUser& DoubleClick(int list_id, int row);
-  ScriptedUser& ClickHeader(int list_id, int column);
-  // Tree items by path, as CTreeCtrl::FindPath takes it.
-  ScriptedUser& SelectItems(int tree_id, const std::vector<CString>& paths);
-  ScriptedUser& DoubleClickItem(int tree_id, const CString& path, TreeHitPart part = TreeHitPart::kLabel);
-  ScriptedUser& Tick(int tree_id, const CString& path, bool ticked = true);
-  ScriptedUser& Expand(int tree_id, const CString& path, bool expanded = true);
-  ScriptedUser& PickDate(int id, const CalendarDay& day);
-  ScriptedUser& PickTime(int id, int hour, int minute, int second);
   ScriptedUser& Next() { return Press(kIdWizardNext); }
   ScriptedUser& Back() { return Press(kIdWizardBack); }
   ScriptedUser& FinishWizard() { return Press(kIdWizardFinish); }
-  ScriptedUser& SheetPage(int page_id);  // its tab
+  ScriptedUser& Cancel();  // the Cancel button or, without one, closing the window
+  ScriptedUser& Check(int id, bool on) { return CheckState(id, on ? 1 : 0); }
+  ScriptedUser& CheckState(int id, int state) { return Do(id, act::Check(state)); }
+  ScriptedUser& Type(int id, const CString& text) { return Do(id, act::Type(text)); }
+  ScriptedUser& Choose(int id, const CString& entry) { return Do(id, act::Choose(entry)); }
+  ScriptedUser& ChooseAt(int id, int position) { return Do(id, act::ChooseAt(position)); }
+  ScriptedUser& SelectRows(int id, const std::vector<int>& rows) { return Do(id, act::SelectRows(rows)); }
+  ScriptedUser& DoubleClick(int id, int row) { return Do(id, act::DoubleClickRow(row)); }
+  ScriptedUser& ClickHeader(int id, int column) { return Do(id, act::ClickHeader(column)); }
+  ScriptedUser& SelectItems(int id, const std::vector<CString>& paths);
+  ScriptedUser& DoubleClickItem(int id, const CString& path, TreeHitPart part = TreeHitPart::kLabel) {
+    return Do(id, act::DoubleClickItem(ItemAtPath(path), part));
+  }
+  ScriptedUser& Tick(int id, const CString& path, bool ticked = true) {
+    return Do(id, act::Tick(ItemAtPath(path), ticked));
+  }
+  ScriptedUser& Expand(int id, const CString& path, bool expanded = true) {
+    return Do(id, act::Expand(ItemAtPath(path), expanded));
+  }
+  ScriptedUser& PickDate(int id, const CalendarDay& day) { return Do(id, act::PickDate(day)); }
+  ScriptedUser& PickTime(int id, int hour, int minute, int second) {
+    return Do(id, act::PickTime(hour, minute, second));
+  }
+  ScriptedUser& SheetPage(int page_id) { return Do(page_id, act::ShowPage()); }
+  ScriptedUser& Do(int id, const UserAction& action);
   ScriptedUser& Do(const std::string& description, std::function<void(CDialog&)> action);
 
   // What the person sees.
@@ -163,6 +169,8 @@ class ScriptedUser : public FrontEnd {
 
   ScriptedUser& Add(Step step);
   ScriptedUser& See(const std::string& what, std::function<std::string(CDialog&)> seen, const std::string& wanted);
+  template <class Control, class Get, class Value>
+  ScriptedUser& SeeOf(const std::string& what, int id, Get get, const Value& wanted);
   std::optional<Step> TakeIf(StepKind kind);
   std::optional<Step> TakePreset(StepKind kind);
   std::string NextStepText() const;

@@ -1,49 +1,9 @@
-#include "platform/encoding.h"
-#include "platform/ui/date_time_ctrl.h"
 #include "platform/ui/list_ctrl.h"
 #include "platform/ui/property_sheet.h"
 #include "platform/ui/scripted_user.h"
 
 // The steps that a script is written in.
 namespace loom {
-namespace {
-
-std::string InQuotes(const CString& text) { return "'" + GbkToUtf8(text) + "'"; }
-
-std::string ListText(const std::vector<CString>& texts) {
-  std::string list;
-  for (const CString& text : texts) list += (list.empty() ? "" : ", ") + InQuotes(text);
-  return "[" + list + "]";
-}
-
-template <class T>
-T& ItemFor(CDialog& dialog, int id, const char* class_text) {
-  auto* const item = dynamic_cast<T*>(dialog.FindItem(id));
-  if (!item) throw UiRefused("there is no " + std::string(class_text) + " " + std::to_string(id));
-  return *item;
-}
-
-std::string NumbersText(const std::vector<int>& numbers) {
-  std::string list;
-  for (const int number : numbers) list += (list.empty() ? "" : ", ") + std::to_string(number);
-  return "[" + list + "]";
-}
-
-std::string RowsText(const std::vector<std::vector<CString>>& rows) {
-  std::string list;
-  for (const auto& cells : rows) list += (list.empty() ? "" : ", ") + ListText(cells);
-  return "[" + list + "]";
-}
-
-template <class Tree>
-HTREEITEM FindItem(const Tree& tree, const CString& path) {
-  const HTREEITEM item = tree.FindPath(path);
-  if (!item) throw UiRefused("the tree " + std::to_string(tree.GetDlgCtrlID()) + " has no item " + InQuotes(path));
-  return item;
-}
-
-}  // namespace
-
 ScriptedUser& ScriptedUser::Add(Step step) {
   steps_.push_back(std::move(step));
   return *this;
@@ -54,7 +14,7 @@ ScriptedUser& ScriptedUser::Expect(int dialog_id) {
 }
 
 ScriptedUser& ScriptedUser::ExpectMessage(const CString& text, std::optional<MessageIcon> icon) {
-  return Add({.kind = StepKind::kMessage, .description = "message " + InQuotes(text), .text = text, .icon = icon});
+  return Add({.kind = StepKind::kMessage, .description = "message " + Shown(text), .text = text, .icon = icon});
 }
 
 ScriptedUser& ScriptedUser::Answer(MessageAnswer answer) {
@@ -72,7 +32,7 @@ ScriptedUser& ScriptedUser::AnswerNext(MessageAnswer answer) {
 }
 
 ScriptedUser& ScriptedUser::PickFiles(std::vector<CString> paths) {
-  return Add({.kind = StepKind::kFiles, .description = "pick files " + ListText(paths), .paths = std::move(paths)});
+  return Add({.kind = StepKind::kFiles, .description = "pick files " + Shown(paths), .paths = std::move(paths)});
 }
 
 ScriptedUser& ScriptedUser::Overwrite(bool overwrite) {
@@ -96,36 +56,18 @@ ScriptedUser& ScriptedUser::Do(const std::string& description, std::function<voi
   return Add({.kind = StepKind::kAction, .description = description, .action = std::move(action)});
 }
 
-ScriptedUser& ScriptedUser::Press(int id) {
-  return Do("press " + std::to_string(id), [id](CDialog& dialog) { dialog.UserPress(id); });
+ScriptedUser& ScriptedUser::Do(int id, const UserAction& action) {
+  return Do(action.text + " " + Shown(id), [id, perform = action.perform](CDialog& dialog) { perform(dialog, id); });
 }
 
 ScriptedUser& ScriptedUser::Cancel() {
   return Do("cancel", [](CDialog& dialog) { dialog.UserClose(); });
 }
 
-ScriptedUser& ScriptedUser::CheckState(int id, int state) {
-  return Do("put " + std::to_string(id) + " to " + std::to_string(state),
-            [=](CDialog& dialog) { ItemFor<CButton>(dialog, id, "button").UserCheck(state); });
-}
-
-ScriptedUser& ScriptedUser::Type(int id, const CString& text) {
-  return Do("type " + InQuotes(text) + " into " + std::to_string(id), [=](CDialog& dialog) {
-    if (auto* const combo = dynamic_cast<CComboBox*>(dialog.FindItem(id)))
-      combo->UserType(text);
-    else
-      ItemFor<CEdit>(dialog, id, "edit").UserType(text);
-  });
-}
-
-ScriptedUser& ScriptedUser::Choose(int id, const CString& entry) {
-  return Do("choose " + InQuotes(entry) + " in " + std::to_string(id),
-            [=](CDialog& dialog) { ItemFor<CComboBox>(dialog, id, "combo box").UserChoose(entry); });
-}
-
-ScriptedUser& ScriptedUser::ChooseAt(int id, int position) {
-  return Do("choose entry " + std::to_string(position) + " in " + std::to_string(id),
-            [=](CDialog& dialog) { ItemFor<CComboBox>(dialog, id, "combo box").UserChoose(position); });
+ScriptedUser& ScriptedUser::SelectItems(int id, const std::vector<CString>& paths) {
+  std::vector<TreeItem> items;
+  for (const CString& path : paths) items.push_back(ItemAtPath(path));
+  return Do(id, act::SelectItems(items));
 }
 
 ScriptedUser& ScriptedUser::See(const std::string& what, std::function<std::string(CDialog&)> seen,
@@ -137,155 +79,70 @@ ScriptedUser& ScriptedUser::See(const std::string& what, std::function<std::stri
   });
 }
 
+// Of a control: what `get` gives.
+template <class Control, class Get, class Value>
+ScriptedUser& ScriptedUser::SeeOf(const std::string& what, int id, Get get, const Value& wanted) {
+  return See(
+      what + " of " + Shown(id), [=](CDialog& dialog) { return Shown(get(ItemFor<Control>(dialog, id))); },
+      Shown(wanted));
+}
+
 ScriptedUser& ScriptedUser::SeeTitle(const CString& title) {
   return See(
       "the title",
-      [](CDialog& dialog) { return InQuotes(dialog.GetSheet() ? dialog.GetSheet()->GetTitle() : dialog.GetTitle()); },
-      InQuotes(title));
+      [](CDialog& dialog) { return Shown(dialog.GetSheet() ? dialog.GetSheet()->GetTitle() : dialog.GetTitle()); },
+      Shown(title));
 }
 
 ScriptedUser& ScriptedUser::SeeText(int id, const CString& text) {
-  return See(
-      "the text of " + std::to_string(id),
-      [id](CDialog& dialog) { return InQuotes(ItemFor<CWnd>(dialog, id, "control").GetWindowText()); }, InQuotes(text));
+  return SeeOf<CWnd>(
+      "the text", id, [](const CWnd& control) { return control.GetWindowText(); }, text);
 }
 
 ScriptedUser& ScriptedUser::SeeChecked(int id, int state) {
-  return See(
-      "the check of " + std::to_string(id),
-      [id](CDialog& dialog) { return std::to_string(ItemFor<CButton>(dialog, id, "button").GetCheck()); },
-      std::to_string(state));
+  return SeeOf<CButton>(
+      "the check", id, [](const CButton& button) { return button.GetCheck(); }, state);
 }
 
 ScriptedUser& ScriptedUser::SeeItems(int combo_id, const std::vector<CString>& items) {
-  const auto seen = [combo_id](CDialog& dialog) {
-    const auto& combo = ItemFor<CComboBox>(dialog, combo_id, "combo box");
-    std::vector<CString> texts;
-    for (int at = 0; at < combo.GetCount(); ++at) texts.push_back(combo.GetLBText(at));
-    return ListText(texts);
-  };
-  return See("the list of " + std::to_string(combo_id), seen, ListText(items));
+  return SeeOf<CComboBox>(
+      "the list", combo_id, [](const CComboBox& combo) { return StateOf(combo).items.value(); }, items);
 }
 
 ScriptedUser& ScriptedUser::SeeEnabled(int id, bool enabled) {
-  return See(
-      "the state of " + std::to_string(id),
-      [id](CDialog& dialog) {
-        return std::string(ItemFor<CWnd>(dialog, id, "control").IsWindowEnabled() ? "enabled" : "disabled");
-      },
-      enabled ? "enabled" : "disabled");
+  return SeeOf<CWnd>(
+      "whether enabled", id, [](const CWnd& control) { return int{control.IsWindowEnabled()}; }, int{enabled});
 }
 
 ScriptedUser& ScriptedUser::SeeVisible(int id, bool visible) {
-  return See(
-      "the state of " + std::to_string(id),
-      [id](CDialog& dialog) {
-        return std::string(ItemFor<CWnd>(dialog, id, "control").IsWindowVisible() ? "visible" : "hidden");
-      },
-      visible ? "visible" : "hidden");
-}
-
-ScriptedUser& ScriptedUser::SelectRows(int list_id, const std::vector<int>& rows) {
-  return Do("select rows " + NumbersText(rows) + " of " + std::to_string(list_id),
-            [=](CDialog& dialog) { ItemFor<CListCtrl>(dialog, list_id, "list").UserSelectRows(rows); });
-}
-
-ScriptedUser& ScriptedUser::DoubleClick(int list_id, int row) {
-  return Do("double-click row " + std::to_string(row) + " of " + std::to_string(list_id),
-            [=](CDialog& dialog) { ItemFor<CListCtrl>(dialog, list_id, "list").UserDoubleClick(row); });
-}
-
-ScriptedUser& ScriptedUser::ClickHeader(int list_id, int column) {
-  return Do("click the header of column " + std::to_string(column) + " of " + std::to_string(list_id),
-            [=](CDialog& dialog) { ItemFor<CListCtrl>(dialog, list_id, "list").UserClickHeader(column); });
-}
-
-ScriptedUser& ScriptedUser::SelectItems(int tree_id, const std::vector<CString>& paths) {
-  return Do("select " + ListText(paths) + " in " + std::to_string(tree_id), [=](CDialog& dialog) {
-    auto& tree = ItemFor<CTreeCtrl>(dialog, tree_id, "tree");
-    std::vector<HTREEITEM> items;
-    for (const CString& path : paths) items.push_back(FindItem(tree, path));
-    if (auto* const several = dynamic_cast<CMutiTreeCtrl*>(&tree)) return several->UserSelectItems(items);
-    if (items.size() != 1) throw UiRefused("the tree has one selected item");
-    tree.UserSelect(items.front());
-  });
-}
-
-ScriptedUser& ScriptedUser::DoubleClickItem(int tree_id, const CString& path, TreeHitPart part) {
-  return Do("double-click " + InQuotes(path) + " in " + std::to_string(tree_id), [=](CDialog& dialog) {
-    auto& tree = ItemFor<CTreeCtrl>(dialog, tree_id, "tree");
-    tree.UserDoubleClick(FindItem(tree, path), part);
-  });
-}
-
-ScriptedUser& ScriptedUser::Tick(int tree_id, const CString& path, bool ticked) {
-  return Do((ticked ? "tick " : "clear ") + InQuotes(path) + " in " + std::to_string(tree_id), [=](CDialog& dialog) {
-    auto& tree = ItemFor<CMutiTreeCtrl>(dialog, tree_id, "tree with boxes");
-    tree.UserTick(FindItem(tree, path), ticked);
-  });
-}
-
-ScriptedUser& ScriptedUser::Expand(int tree_id, const CString& path, bool expanded) {
-  return Do((expanded ? "open " : "close ") + InQuotes(path) + " in " + std::to_string(tree_id), [=](CDialog& dialog) {
-    auto& tree = ItemFor<CTreeCtrl>(dialog, tree_id, "tree");
-    tree.UserExpand(FindItem(tree, path), expanded);
-  });
-}
-
-ScriptedUser& ScriptedUser::PickDate(int id, const CalendarDay& day) {
-  return Do("pick a date in " + std::to_string(id),
-            [=](CDialog& dialog) { ItemFor<CDateTimeCtrl>(dialog, id, "date picker").UserPickDate(day); });
-}
-
-ScriptedUser& ScriptedUser::PickTime(int id, int hour, int minute, int second) {
-  return Do("pick a time in " + std::to_string(id), [=](CDialog& dialog) {
-    ItemFor<CDateTimeCtrl>(dialog, id, "time picker").UserPickTime(hour, minute, second);
-  });
-}
-
-ScriptedUser& ScriptedUser::SheetPage(int page_id) {
-  return Do("go to page " + std::to_string(page_id), [=](CDialog& dialog) {
-    if (!dialog.GetSheet()) throw UiRefused("the window in front is no sheet");
-    dialog.GetSheet()->UserSelectPage(dialog.GetSheet()->FindPage(page_id));
-  });
+  return SeeOf<CWnd>(
+      "whether visible", id, [](const CWnd& control) { return int{control.IsWindowVisible()}; }, int{visible});
 }
 
 ScriptedUser& ScriptedUser::SeeFocus(int id) {
   return See(
-      "the focus", [](CDialog& dialog) { return std::to_string(dialog.GetFocusId()); }, std::to_string(id));
+      "the focus", [](CDialog& dialog) { return Shown(dialog.GetFocusId()); }, Shown(id));
 }
 
 ScriptedUser& ScriptedUser::SeeRows(int list_id, const std::vector<std::vector<CString>>& rows) {
-  const auto seen = [list_id](CDialog& dialog) {
-    ItemFor<CListCtrl>(dialog, list_id, "list");
-    for (const ControlState& control : StateOf(dialog).controls) {
-      if (control.id == list_id) return RowsText(*control.rows);
-    }
-    return std::string();
-  };
-  return See("the rows of " + std::to_string(list_id), seen, RowsText(rows));
+  return SeeOf<CListCtrl>(
+      "the rows", list_id, [](const CListCtrl& list) { return StateOf(list).rows.value(); }, rows);
 }
 
 ScriptedUser& ScriptedUser::SeeSelectedRows(int list_id, const std::vector<int>& rows) {
-  return See(
-      "the selected rows of " + std::to_string(list_id),
-      [=](CDialog& dialog) { return NumbersText(ItemFor<CListCtrl>(dialog, list_id, "list").GetSelectedRows()); },
-      NumbersText(rows));
+  return SeeOf<CListCtrl>(
+      "the selected rows", list_id, [](const CListCtrl& list) { return list.GetSelectedRows(); }, rows);
 }
 
 ScriptedUser& ScriptedUser::SeeTicked(int tree_id, const CString& path, TreeCheck check) {
-  const auto seen = [=](CDialog& dialog) {
-    const auto& tree = ItemFor<CMutiTreeCtrl>(dialog, tree_id, "tree with boxes");
-    return std::to_string(tree.GetCheck(FindItem(tree, path)));
-  };
-  return See("the box of " + InQuotes(path), seen, std::to_string(check));
+  const auto seen = [item = ItemAtPath(path)](const CMutiTreeCtrl& tree) { return int{tree.GetCheck(item.In(tree))}; };
+  return SeeOf<CMutiTreeCtrl>("the box " + Shown(path), tree_id, seen, int{check});
 }
 
 ScriptedUser& ScriptedUser::SeePage(int page_id) {
   return See(
-      "the page in front",
-      [](CDialog& dialog) { return std::to_string(dialog.GetSheet() ? dialog.GetTemplate().id : 0); },
-      std::to_string(page_id));
+      "the page in front", [](CDialog& dialog) { return Shown(dialog.GetSheet() ? dialog.GetTemplate().id : 0); },
+      Shown(page_id));
 }
 
 ScriptedUser& ScriptedUser::SeeButtons(const std::string& names) {

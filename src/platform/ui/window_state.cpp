@@ -42,6 +42,8 @@ void AddDetails(const CTreeCtrl& tree, ControlState& state) {
   }
 }
 
+}  // namespace
+
 ControlState StateOf(const CWnd& control) {
   ControlState state{.id = control.GetDlgCtrlID(),
                      .class_name = ControlClassName(control.GetTemplate().control_class),
@@ -54,8 +56,6 @@ ControlState StateOf(const CWnd& control) {
   if (const auto* const tree = dynamic_cast<const CTreeCtrl*>(&control)) AddDetails(*tree, state);
   return state;
 }
-
-}  // namespace
 
 WindowState StateOf(const CDialog& dialog) {
   const CPropertySheet* const sheet = dialog.GetSheet();

@@ -8,6 +8,7 @@
 namespace loom {
 
 class CDialog;
+class CWnd;
 
 // What a person sees of one control.
 struct ControlState {
@@ -36,6 +37,7 @@ struct WindowState {
   std::vector<ButtonState> buttons = {};    // those that end the window or turn its pages
 };
 
+ControlState StateOf(const CWnd& control);
 // Of a dialog, or of a sheet by its active page.
 WindowState StateOf(const CDialog& dialog);
 

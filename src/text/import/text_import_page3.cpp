@@ -20,7 +20,7 @@ CTextImportWizPage3::CTextImportWizPage3(TextImportSettings& settings)
   OnClicked(kButtonMapColumn, [this] { MapCurrent(); });
   OnClicked(kButtonUnmapColumn, [this] { UnmapSelected(); });
   OnClicked(kButtonUnmapAll, [this] { UnmapAll(); });
-  OnClicked(kButtonSaveConfig, [this] { SaveImportConfig(settings_); });
+  OnClicked(kButtonSaveConfig, [this] { SaveConfig(); });
 }
 
 bool CTextImportWizPage3::OnSetActive() {
@@ -118,6 +118,10 @@ void CTextImportWizPage3::UnmapAll() {
   for (int row = 0; row < list.GetItemCount(); ++row) list.SetItemText(row, 1, kUnmapped);
   settings_.columns.clear();
   ShowButtons();
+}
+
+void CTextImportWizPage3::SaveConfig() {
+  SetOutcome(SaveImportConfig(settings_) ? DialogOutcome::kDone : DialogOutcome::kNotDone);
 }
 
 bool CTextImportWizPage3::OnWizardFinish() { return RequireTimeColumn(settings_.columns); }

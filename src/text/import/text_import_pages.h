@@ -73,6 +73,7 @@ class CTextImportWizPage3 final : public CPropertyPage {
   void MapCurrent();
   void UnmapSelected();
   void UnmapAll();
+  void SaveConfig();
 
   TextImportSettings& settings_;
   int current_column_ = -1;

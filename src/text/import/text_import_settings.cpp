@@ -36,15 +36,16 @@ bool RequireTimeColumn(const ColumnMap& columns) {
   return false;
 }
 
-void SaveImportConfig(const TextImportSettings& settings) {
-  if (!RequireTimeColumn(settings.columns)) return;
+bool SaveImportConfig(const TextImportSettings& settings) {
+  if (!RequireTimeColumn(settings.columns)) return false;
   CFileDialog dialog(false, kImportConfigExtension, CString(), CFileDialog::kOverwritePrompt, kImportConfigFilter);
   dialog.SetTitle("保存导入配置"_gbk);
-  if (dialog.DoModal() != kIdOk || dialog.GetPathName().IsEmpty()) return;
+  if (dialog.DoModal() != kIdOk || dialog.GetPathName().IsEmpty()) return false;
   const CString path = WithConfigExtension(dialog.GetPathName());
-  if (!MayReplace(dialog.GetPathName(), path)) return;
+  if (!MayReplace(dialog.GetPathName(), path)) return false;
   const bool is_saved = CFactory::Instance().CreateDBMapper()->SaveTextConfig(path, ConfigOf(settings));
   ShowMessageBox(is_saved ? "配置文件保存成功！"_gbk : "配置文件保存失败！"_gbk);
+  return is_saved;
 }
 
 bool LoadImportConfig(const CString& path, TextImportSettings& settings) {

@@ -19,8 +19,8 @@ struct TextImportSettings : TextStreamSettings {
   std::vector<PreviewRow> preview;
 };
 
-// Saves the settings as a configuration file that the person names, and says whether that worked.
-void SaveImportConfig(const TextImportSettings& settings);
+// Saves the settings as a configuration file that the person names, and says whether that worked. False when it was not saved.
+bool SaveImportConfig(const TextImportSettings& settings);
 // Takes over a configuration for the text file of the settings; false when it cannot be read or does not match the
 // file, which a message says.
 bool LoadImportConfig(const CString& path, TextImportSettings& settings);

@@ -111,19 +111,17 @@ void CSelImportDialog::SaveTemplate() {
   for (const CString& text : TickedLeaves()) {
     if (!text.IsEmpty()) template_[text] = IeNameOf(text);
   }
-  template_failure_.clear();
-  if (!WriteIeTemplate(dialog.GetPathName(), template_, template_failure_)) ReportTemplateFailure();
+  std::string failure;
+  ReportTemplate(WriteIeTemplate(dialog.GetPathName(), template_, failure), failure);
 }
 
 void CSelImportDialog::LoadTemplate() {
   CFileDialog dialog(true, CString(), CString(), 0, TemplateFilter());
   if (dialog.DoModal() != kIdOk) return;
-  template_failure_.clear();
-  const auto content = ReadIeTemplate(dialog.GetPathName(), template_failure_);
-  if (content)
-    template_ = *content;
-  else
-    ReportTemplateFailure();
+  std::string failure;
+  const auto content = ReadIeTemplate(dialog.GetPathName(), failure);
+  ReportTemplate(content.has_value(), failure);
+  if (content) template_ = *content;
   first_use_ = 0;
   BuildTree();
   if (content) NoteUnknownEntries(dialog.GetPathName());
@@ -139,6 +137,9 @@ void CSelImportDialog::NoteUnknownEntries(const CString& path) const {
   }
 }
 
-void CSelImportDialog::ReportTemplateFailure() { Log(LogLevel::kError, template_failure_); }
+void CSelImportDialog::ReportTemplate(bool is_done, const std::string& failure) {
+  SetOutcome(is_done ? DialogOutcome::kDone : DialogOutcome::kNotDone);
+  if (!is_done) Log(LogLevel::kError, failure);
+}
 
 }  // namespace loom

@@ -28,9 +28,6 @@ class CSelImportDialog final : public CPropertyPage {
   // After the sheet's OK: the ticked leaves with their settings, always with record time and position.
   const ImpIESettings& GetResult() const { return result_; }
 
-  // Why the last template could not be loaded or saved, UTF-8; empty when it could.
-  const std::string& TemplateFailure() const { return template_failure_; }
-
  protected:
   void OnInitDialog() override;
   void OnOK() override;
@@ -44,14 +41,13 @@ class CSelImportDialog final : public CPropertyPage {
   void LoadTemplate();
   void SaveTemplate();
   void NoteUnknownEntries(const CString& path) const;
-  void ReportTemplateFailure();
+  void ReportTemplate(bool is_done, const std::string& failure);
 
   CMarkupMSXML navigator_;
   std::map<CString, CString> ie_names_;  // tree text -> IE that stands for it, where that is another name
   ImpIESettings previous_settings_;
   ImpIESettings result_;
   IeTemplate template_;
-  std::string template_failure_;
   std::int32_t first_use_ = 1;
   bool tree_built_ = false;
 };
