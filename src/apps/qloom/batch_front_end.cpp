@@ -98,9 +98,6 @@ void CatchInterrupts() {
   sigaction(SIGINT, &action, nullptr);
 }
 
-BatchFrontEnd::BatchFrontEnd(BatchAnswers answers, bool trace, bool bar)
-    : answers_(std::move(answers)), trace_(trace), bar_(bar) {}
-
 // False when a window did not take the step, which a message has said.
 bool BatchFrontEnd::Perform(CDialog& window, const WindowStep& step) {
   if (!step.action || (step.unless && step.unless(window))) return true;
@@ -139,7 +136,7 @@ const std::vector<WindowStep>* BatchFrontEnd::StepsFor(const CDialog& dialog) {
 }
 
 void BatchFrontEnd::ShowDialog(CDialog& dialog) {
-  if (trace_) TraceWindow(dialog, dialog.GetTitle());
+  if (options_.trace_ui) TraceWindow(dialog, dialog.GetTitle());
   const std::vector<WindowStep>* const steps = StepsFor(dialog);
   if (steps != nullptr)
     Play(dialog, *steps);
@@ -151,7 +148,7 @@ void BatchFrontEnd::ShowDialog(CDialog& dialog) {
 }
 
 void BatchFrontEnd::ShowSheet(CPropertySheet& sheet) {
-  if (trace_) TraceWindow(*sheet.GetActivePage(), sheet.GetTitle());
+  if (options_.trace_ui) TraceWindow(*sheet.GetActivePage(), sheet.GetTitle());
   const auto known = answers_.windows.find(sheet.GetPage(0).GetTemplate().id);
   if (known == answers_.windows.end()) return FrontEnd::ShowSheet(sheet);
   for (const WindowPage& page : known->second) {
@@ -163,14 +160,14 @@ void BatchFrontEnd::ShowSheet(CPropertySheet& sheet) {
 }
 
 MessageAnswer BatchFrontEnd::ShowMessage(const MessageBoxRequest& request) {
-  const MessageAnswer answer = answers_.yes ? AgreeingAnswer(request.buttons) : DecliningAnswer(request.buttons);
+  const MessageAnswer answer = options_.no ? DecliningAnswer(request.buttons) : AgreeingAnswer(request.buttons);
   messages_.push_back({request, answer});
-  if (trace_) TraceMessage(request, answer);
+  if (options_.trace_ui) TraceMessage(request, answer);
   return answer;
 }
 
 bool BatchFrontEnd::MayReplace(const CString& file) const {
-  if (answers_.yes || !FileExists(file)) return true;
+  if (!options_.no || !FileExists(file)) return true;
   Log(LogLevel::kWarning, "the file stays as it is: " + GbkNameToUtf8(file));
   return false;
 }
@@ -183,7 +180,7 @@ bool BatchFrontEnd::PassesSettings(const FileDialogRequest& request) {
 }
 
 std::optional<std::vector<CString>> BatchFrontEnd::ShowFileDialog(const FileDialogRequest& request) {
-  if (trace_) TraceFileDialog(request);
+  if (options_.trace_ui) TraceFileDialog(request);
   const bool is_of_step = !step_files_.empty();
   if (!is_of_step && (answers_.files.empty() || !PassesSettings(request))) return std::nullopt;
   std::vector<CString> files = std::exchange(is_of_step ? step_files_ : answers_.files, {});
@@ -195,7 +192,7 @@ std::optional<std::vector<CString>> BatchFrontEnd::ShowFileDialog(const FileDial
 }
 
 std::unique_ptr<ProgressView> BatchFrontEnd::ShowProgress(const ProgressRequest& request) {
-  return MakeBatchProgress(request, answers_.cancel_at, trace_, bar_);
+  return MakeBatchProgress(request, options_.cancel_at, options_.trace_ui, bar_);
 }
 
 }  // namespace loom

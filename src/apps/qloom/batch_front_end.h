@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "apps/qloom/command_line.h"
 #include "apps/qloom/json_streams.h"
 #include "apps/qloom/window_steps.h"
 #include "platform/interrupt.h"
@@ -15,17 +16,16 @@ namespace loom {
 
 // Answers given on the command line, before anything asks.
 struct BatchAnswers {
-  bool yes = true;                 // to every question
-  std::optional<int> cancel_at;    // presses cancel once the progress reaches this position
-  std::vector<CString> files;      // for the first file dialog that no step opens
-  bool ends_at_interrupt = false;  // then nothing more is done in windows
+  std::vector<CString> files = {};  // for the first file dialog that no step opens
+  bool ends_at_interrupt = false;   // then nothing more is done in windows
   // By the template of the window, of a sheet that of its first page; any other window is cancelled. The question for
   // the handset is confirmed as it stands.
   std::map<int, std::vector<WindowPage>> windows{{kDialogHandsetType, {{kDialogHandsetType, {{kIdOk, act::Press()}}}}}};
 
   // The pages of a window in the order in which they come; none: nothing is answered.
-  void Fill(std::vector<WindowPage> pages) {
+  BatchAnswers& Fill(std::vector<WindowPage> pages) {
     if (!pages.empty()) windows[pages.front().id] = std::move(pages);
+    return *this;
   }
 };
 
@@ -37,8 +37,9 @@ struct MessageShown {
 // The person in front of `qloom`: fills dialogs from the command line, remembers messages, draws the progress.
 class BatchFrontEnd : public FrontEnd {
  public:
-  // `trace`: every window, progress call and message as a JSON line on stderr. `bar`: a progress bar on stderr.
-  BatchFrontEnd(BatchAnswers answers, bool trace, bool bar);
+  // `bar`: a progress bar on stderr.
+  BatchFrontEnd(BatchAnswers answers, const CommonOptions& options, bool bar)
+      : answers_(std::move(answers)), options_(options), bar_(bar) {}
 
   void ShowDialog(CDialog& dialog) override;
   void ShowSheet(CPropertySheet& sheet) override;
@@ -60,7 +61,7 @@ class BatchFrontEnd : public FrontEnd {
   bool PassesSettings(const FileDialogRequest& request);
 
   BatchAnswers answers_;
-  bool trace_;
+  CommonOptions options_;
   bool bar_;
   // Of the step that is performed: what is left for the windows that it opens, and whether one did not take it.
   std::vector<CString> step_files_;

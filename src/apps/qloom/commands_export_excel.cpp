@@ -110,10 +110,9 @@ void CheckOptions(const ExcelOptions& options) {
 
 int RunExportExcel(const CommandLine& line, const ExcelOptions& options) {
   const bool has_source = !options.source.logs.empty();
-  Session session(
-      line.common,
-      has_source ? SourceAnswersFrom(line.common, options.source) : AnswersFrom(line.common, options.source),
-      has_source ? FirstLog(options.source) : CString(), has_source ? ProjectUse::kChange : ProjectUse::kRead);
+  Session session(line.common, has_source ? SourceAnswersFrom(options.source) : AnswersFrom(options.source),
+                  has_source ? FirstLog(options.source) : CString(),
+                  has_source ? ProjectUse::kChange : ProjectUse::kRead);
   LogReport report(session);
   const int imported = has_source ? ImportSource(session.manager(), options.source, report) : kBatchDone;
   int exit_code = report.ExitCodeOf(imported);
@@ -138,11 +137,7 @@ void AddExportExcelCommand(Command& program, CommandLine& line) {
   const auto options = std::make_shared<ExcelOptions>();
   Command command =
       program.AddCommand("export-excel", "Import a log or a text file and write streams of it as a workbook");
-  command.AddOption("SOURCE", options->source.logs, "Log, intermediate file or text file").Takes(1);
-  AddNodeOption(command, options->source);
-  AddHandsetOptions(command, options->source);
-  command.AddFlag("--intermediate", options->source.intermediate, "The source is an intermediate file");
-  AddTextImportOptions(command, options->source.text, "source-");
+  AddSourceOptions(command, options->source);
   command.AddOption("--stream", options->streams, "Name of a stream; each becomes a sheet");
   command.AddOption("--net", options->network_tables, "Network-element table of the project, as a sheet");
   command.AddOption("--ie", options->columns, "Columns, the same for every sheet (default: everything recorded)");

@@ -100,10 +100,9 @@ int RunExportLayer(const CommandLine& line, LayerOptions options) {
   const bool has_source = !options.source.logs.empty();
   RecordingImport recordings(options.source.logs, options.source.track, line.common.project);
   if (!recordings.IsEmpty()) options.source.logs = recordings.Files();
-  Session session(
-      line.common,
-      has_source ? SourceAnswersFrom(line.common, options.source) : AnswersFrom(line.common, options.source),
-      has_source ? FirstLog(options.source) : CString(), has_source ? ProjectUse::kChange : ProjectUse::kRead);
+  Session session(line.common, has_source ? SourceAnswersFrom(options.source) : AnswersFrom(options.source),
+                  has_source ? FirstLog(options.source) : CString(),
+                  has_source ? ProjectUse::kChange : ProjectUse::kRead);
   LogReport report(session);
   recordings.MakeLogs();
   const int imported = has_source ? ImportSource(session.manager(), options.source, report) : kBatchDone;

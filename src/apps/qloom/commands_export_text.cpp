@@ -14,7 +14,7 @@ struct ExportOptions {
 };
 
 int RunExport(const CommandLine& line, const ExportOptions& options) {
-  BatchAnswers answers = SourceAnswersFrom(line.common, options.source);
+  BatchAnswers answers = SourceAnswersFrom(options.source);
   answers.Fill(TextExportPages(options.wizard));
   Session session(line.common, std::move(answers), FirstLog(options.source));
   LogReport report(session);
@@ -38,11 +38,7 @@ void AddExportTextCommand(Command& program, CommandLine& line) {
   const auto options = std::make_shared<ExportOptions>();
   Command command =
       program.AddCommand("export-text", "Import a log or a text file and write one of its streams as a text file");
-  command.AddOption("SOURCE", options->source.logs, "Log, intermediate file or text file").Required().Takes(1);
-  AddNodeOption(command, options->source);
-  AddHandsetOptions(command, options->source);
-  command.AddFlag("--intermediate", options->source.intermediate, "The source is an intermediate file");
-  AddTextImportOptions(command, options->source.text, "source-");
+  AddSourceOptions(command, options->source).Required();
   AddTextExportOptions(command, options->wizard);
   command.Runs([&line, options] { return RunExport(line, *options); });
 }

@@ -42,11 +42,7 @@ ILogfile* ImportOneLog(Session& session, const CString& path) {
 
 int RunToIntermediate(const CommandLine& line, const IntermediateOptions& options) {
   const CString log = ExistingFiles({options.log}).front();
-  BatchAnswers answers;
-  answers.yes = !line.common.no;
-  answers.cancel_at = line.common.cancel_at;
-  answers.files = {log};
-  Session session(line.common, std::move(answers), log, ProjectUse::kRead);
+  Session session(line.common, {.files = {log}}, log, ProjectUse::kRead);
   const ILogfile* const logfile = ImportOneLog(session, log);
   if (logfile == nullptr) return session.Finish({{"result", 0}, {"out", JsonName(options.out)}}, kExitFailed);
   const IntermediateSummary summary =

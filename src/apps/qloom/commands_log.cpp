@@ -18,7 +18,7 @@ namespace {
 // command's own result.
 int RunImport(const CommandLine& line, const ImportOptions& options, const std::vector<CString>& expected,
               const std::function<int(CIOManager&)>& work) {
-  Session session(line.common, AnswersFrom(line.common, options), FirstLog(options));
+  Session session(line.common, AnswersFrom(options), FirstLog(options));
   LogReport report(session);
   report.Expect(expected);
   const int result = work(session.manager());
@@ -30,9 +30,9 @@ int RunImport(const CommandLine& line, const ImportOptions& options, const std::
 int RunImportLogs(const CommandLine& line, ImportOptions options) {
   RecordingImport recordings(options.logs, options.track, line.common.project);
   if (!recordings.IsEmpty()) options.logs = recordings.Files();
-  Session session(line.common, AnswersFrom(line.common, options), FirstLog(options));
+  Session session(line.common, AnswersFrom(options), FirstLog(options));
   LogReport report(session);
-  report.Expect(AnswersFrom(line.common, options).files);
+  report.Expect(AnswersFrom(options).files);
   recordings.MakeLogs();
   const int result = session.manager().ImportLog(LogNodes().at(options.node));
   if (!line.common.json) {
@@ -76,7 +76,7 @@ void PrintRows(IDataStream& stream, const ImportOptions& options) {
 }
 
 int RunRows(const CommandLine& line, const ImportOptions& options) {
-  Session session(line.common, SourceAnswersFrom(line.common, options), FirstLog(options));
+  Session session(line.common, SourceAnswersFrom(options), FirstLog(options));
   LogReport report(session);
   const int result = ImportSource(session.manager(), options, report);
   const int exit_code = report.ExitCodeOf(result);

@@ -81,11 +81,7 @@ BatchResult ResultOf(DialogOutcome outcome) {
 // A command with one dialog, whose outcome is the command's result.
 int RunTool(const CommandLine& line, const std::string& out, const std::vector<WindowPage>& pages,
             void (CIOManager::*command)()) {
-  BatchAnswers answers;
-  answers.yes = !line.common.no;
-  answers.ends_at_interrupt = true;
-  answers.Fill(pages);
-  Session session(line.common, std::move(answers), AbsolutePath(out));
+  Session session(line.common, BatchAnswers{.ends_at_interrupt = true}.Fill(pages), AbsolutePath(out));
   (session.manager().*command)();
   const BatchResult result = ResultOf(session.front_end().Outcome());
   if (result != kBatchNothing && !line.common.json) std::cout << out << '\n';

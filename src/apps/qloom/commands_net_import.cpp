@@ -22,10 +22,8 @@ Json MappingJson(const NetImportReport& report) {
 }
 
 int RunNetImport(const CommandLine& line, const NetWizardOptions& options) {
-  BatchAnswers answers;
-  answers.yes = !line.common.no;
-  answers.Fill(NetWizardPages(options, ExistingFiles({options.workbook}).front()));
-  Session session(line.common, std::move(answers), {});
+  const CString workbook = ExistingFiles({options.workbook}).front();
+  Session session(line.common, BatchAnswers().Fill(NetWizardPages(options, workbook)), {});
   ProtocolTypeEnum protocol = kProtocolNone;
   const int result = session.manager().ImportNetInfo(protocol);
   const NetImportReport& report = DBMapper::Instance().Report();

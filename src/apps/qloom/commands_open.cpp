@@ -52,10 +52,7 @@ int RunOpen(const CommandLine& line, const OpenOptions& options) {
   CommonOptions common = line.common;
   common.project = options.project;
   if (!FileExists(NamedPath(options.project))) throw Error(options.project + ": there is no such project");
-  BatchAnswers answers;
-  answers.yes = !common.no;
-  answers.cancel_at = common.cancel_at;
-  Session session(common, std::move(answers), {}, options.save ? ProjectUse::kChange : ProjectUse::kRead);
+  Session session(common, {}, {}, options.save ? ProjectUse::kChange : ProjectUse::kRead);
   LogReport report(session);
   const std::vector<CString> listed = ListedLogs();
   report.Expect(listed);

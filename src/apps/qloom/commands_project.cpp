@@ -4,7 +4,6 @@
 #include "apps/qloom/commands.h"
 #include "components/field_types.h"
 #include "host/netdb/network_database.h"
-#include "platform/characters.h"
 #include "platform/encoding.h"
 #include "platform/file.h"
 
@@ -128,19 +127,11 @@ NetworkValue NetworkValueFrom(const Json& json) {
 // Lines {"column": value, ...}; throws Error that names file and line.
 std::vector<NetworkRow> ReadNetworkRows(const std::string& path) {
   std::vector<NetworkRow> rows;
-  std::istringstream lines(ReadWholeText(NamedPath(path)));
-  std::string text;
-  for (int number = 1; std::getline(lines, text); ++number) {
-    if (Trimmed(text).empty()) continue;
-    try {
-      const Json json = Json::parse(text);
-      if (!json.is_object()) throw Error("a row is an object of columns");
-      NetworkRow& row = rows.emplace_back();
-      for (const auto& [column, value] : json.items()) row.emplace_back(Utf8ToGbk(column), NetworkValueFrom(value));
-    } catch (const std::exception& error) {
-      throw Error(path + ", line " + std::to_string(number) + ": " + error.what());
-    }
-  }
+  ReadJsonLines(path, [&](const Json& line) {
+    if (!line.is_object()) throw Error("a row is an object of columns");
+    NetworkRow& row = rows.emplace_back();
+    for (const auto& [column, value] : line.items()) row.emplace_back(Utf8ToGbk(column), NetworkValueFrom(value));
+  });
   return rows;
 }
 

@@ -58,7 +58,7 @@ std::vector<IDataStream*> ChosenStreams(const LogReport& report, const std::vect
 int RunReport(const CommandLine& line, const ReportCommand& command) {
   if (!CanWriteReports()) throw Error("this program was built without Leaflet and dygraphs: there are no reports");
   MixedSources sources(command.source, line.common.project);
-  Session session(line.common, sources.Answers(line.common), sources.Files().front());
+  Session session(line.common, sources.Answers(), sources.Files().front());
   const ReportOptions options = OptionsFrom(command);
   LogReport report(session);
   const int exit_code = sources.Import(session, report);

@@ -26,13 +26,6 @@ int Finish(Session& session, const LogReport& report, int result, const CString&
   return session.Finish(std::move(document), report.ExitCodeOf(result));
 }
 
-BatchAnswers AnswersFrom(const CommonOptions& common) {
-  BatchAnswers answers;
-  answers.yes = !common.no;
-  answers.cancel_at = common.cancel_at;
-  return answers;
-}
-
 void PrintAutoImport(const Json& texts) {
   for (const Json& text : texts) {
     std::cout << text["path"].get<std::string>() << ": "
@@ -101,7 +94,7 @@ TextFileWishes WishesFrom(const TextOptions& options) {
 int RunAutoImport(const CommandLine& line, const TextOptions& options) {
   const std::vector<CString> files = TextFilesOf(options.files);
   const TextFileWishes wishes = WishesFrom(options);
-  Session session(line.common, AnswersFrom(line.common), files[0]);
+  Session session(line.common, {}, files[0]);
   const LogReport report(session);
   Json texts = Json::array();
   for (const CString& path : files) {
@@ -126,9 +119,7 @@ int RunAutoImport(const CommandLine& line, const TextOptions& options) {
 int RunImportText(const CommandLine& line, const TextOptions& options) {
   if (options.is_auto) return RunAutoImport(line, options);
   const CString path = ExistingPath(options.files[0]);
-  BatchAnswers answers = AnswersFrom(line.common);
-  answers.Fill(TextImportPages(options.wizard, path));
-  Session session(line.common, std::move(answers), path);
+  Session session(line.common, BatchAnswers().Fill(TextImportPages(options.wizard, path)), path);
   const LogReport report(session);
   const int result = session.manager().ImportTxt();
   return Finish(session, report, result, path);
@@ -136,7 +127,7 @@ int RunImportText(const CommandLine& line, const TextOptions& options) {
 
 int RunOpenText(const CommandLine& line, const TextOptions& options) {
   const CString path = AbsolutePath(options.files[0]);
-  BatchAnswers answers = AnswersFrom(line.common);
+  BatchAnswers answers;
   if (options.wizard.IsAnyGiven()) answers.Fill(TextImportPages(options.wizard, path));
   Session session(line.common, std::move(answers), path);
   const LogReport report(session);

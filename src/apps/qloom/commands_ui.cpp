@@ -122,8 +122,6 @@ std::string PlayScript(Session& session, const UiOptions& options, int& result) 
 
 int RunUi(const CommandLine& line, const UiOptions& options) {
   BatchAnswers answers;
-  answers.yes = !line.common.no;
-  answers.cancel_at = line.common.cancel_at;
   for (const std::string& source : options.sources) answers.files.push_back(ExistingPath(source));
   const CString first = answers.files.empty() ? CString() : answers.files.front();
   Session session(line.common, std::move(answers), first);

@@ -1,8 +1,12 @@
 #include "apps/qloom/json_streams.h"
 
 #include <cmath>
+#include <sstream>
 
+#include "platform/characters.h"
 #include "platform/encoding.h"
+#include "platform/error.h"
+#include "platform/file.h"
 
 namespace loom {
 namespace {
@@ -30,6 +34,19 @@ Json JsonNumber(double number) {
   if (std::isnan(number)) return "nan";
   if (std::isinf(number)) return number < 0 ? "-inf" : "inf";
   return number;
+}
+
+void ReadJsonLines(const std::string& path, const std::function<void(const Json&)>& take) {
+  std::istringstream lines(ReadWholeText(NativeNameToGbk(path)));
+  std::string text;
+  for (int number = 1; std::getline(lines, text); ++number) {
+    if (Trimmed(text).empty()) continue;
+    try {
+      take(Json::parse(text));
+    } catch (const std::exception& error) {
+      throw Error(path + ", line " + std::to_string(number) + ": " + error.what());
+    }
+  }
 }
 
 Json StreamJson(IDataStream& stream) {

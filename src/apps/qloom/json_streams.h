@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "apps/json.h"
 #include "components/stream_manager.h"
 
@@ -11,6 +13,8 @@ Json JsonText(std::string_view gbk);
 Json JsonName(const std::string& native);
 // A number, or "nan", "inf", "-inf".
 Json JsonNumber(double number);
+// Takes each line of a file that is not blank; throws Error that names file and line.
+void ReadJsonLines(const std::string& path, const std::function<void(const Json&)>& take);
 // The stream as `import --json` prints it.
 Json StreamJson(IDataStream& stream);
 

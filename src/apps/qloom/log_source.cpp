@@ -42,20 +42,27 @@ void AddNodeOption(Command& command, ImportOptions& options) {
   command.AddOption("--node", options.node, "Project node: outdoor, indoor or cmcc").OneOf(LogNodes());
 }
 
+Option AddSourceOptions(Command& command, ImportOptions& options) {
+  Option source = command.AddOption("SOURCE", options.logs, "Log, intermediate file or text file").Takes(1);
+  AddNodeOption(command, options);
+  AddHandsetOptions(command, options);
+  command.AddFlag("--intermediate", options.intermediate, "The source is an intermediate file");
+  AddTextImportOptions(command, options.text, "source-");
+  return source;
+}
+
 CString FirstLog(const ImportOptions& options) { return AbsolutePath(options.logs.front()); }
 
-BatchAnswers AnswersFrom(const CommonOptions& common, const ImportOptions& options) {
+BatchAnswers AnswersFrom(const ImportOptions& options) {
   BatchAnswers answers;
-  answers.yes = !common.no;
-  answers.cancel_at = common.cancel_at;
   for (const std::string& log : options.logs) answers.files.push_back(AbsolutePath(log));
   answers.Fill(HandsetPages(options));
   answers.Fill(ImportSheetPages(options.sheet));
   return answers;
 }
 
-BatchAnswers SourceAnswersFrom(const CommonOptions& common, const ImportOptions& options) {
-  BatchAnswers answers = AnswersFrom(common, options);
+BatchAnswers SourceAnswersFrom(const ImportOptions& options) {
+  BatchAnswers answers = AnswersFrom(options);
   if (IsTextSource(options)) answers.Fill(TextImportPages(options.text, ExistingPath(options.logs.front())));
   return answers;
 }

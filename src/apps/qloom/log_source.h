@@ -32,10 +32,12 @@ struct ImportOptions {
 
 void AddHandsetOptions(Command& command, ImportOptions& options);
 void AddNodeOption(Command& command, ImportOptions& options);
+// Of the commands that write what they import from one source, which is the option that is returned.
+Option AddSourceOptions(Command& command, ImportOptions& options);
 
 // For commands over logs, and for those over one source, which may be a text file.
-BatchAnswers AnswersFrom(const CommonOptions& common, const ImportOptions& options);
-BatchAnswers SourceAnswersFrom(const CommonOptions& common, const ImportOptions& options);
+BatchAnswers AnswersFrom(const ImportOptions& options);
+BatchAnswers SourceAnswersFrom(const ImportOptions& options);
 
 CString FirstLog(const ImportOptions& options);
 

@@ -83,7 +83,7 @@ int MixedSources::ImportTexts(Session& session) {
 }
 
 int MixedSources::Import(Session& session, LogReport& report) {
-  std::vector<CString> expected = Answers(session.options()).files;
+  std::vector<CString> expected = Answers().files;
   expected.insert(expected.end(), intermediate_.begin(), intermediate_.end());
   report.Expect(std::move(expected));
   const int logs = ImportLogs(session);

@@ -18,7 +18,7 @@ class MixedSources {
 
   const std::vector<CString>& Files() const { return files_; }
   // For the session that imports them.
-  BatchAnswers Answers(const CommonOptions& common) const { return AnswersFrom(common, logs_); }
+  BatchAnswers Answers() const { return AnswersFrom(logs_); }
 
   // Imports all of them; a text file that cannot be read is noted. Gives the program's exit code.
   int Import(Session& session, LogReport& report);

@@ -85,7 +85,7 @@ Session::Session(const CommonOptions& options, BatchAnswers answers, const CStri
                         .project_path = options.project.empty() ? CString() : NamedPath(options.project),
                         .recent_logs_path = {},
                         .project_access = AccessFor(options, use)}),
-      front_end_(std::move(answers), options.trace_ui, !options.json && isatty(STDERR_FILENO) != 0) {
+      front_end_(std::move(answers), options, !options.json && isatty(STDERR_FILENO) != 0) {
   if (!worked_on.IsEmpty()) host_.UseFolderOfLog(worked_on);
   SetFrontEnd(&front_end_);
   manager_.RegisterModuleCommunicator(&host_.communicator());

@@ -2,12 +2,9 @@
 
 #include <filesystem>
 #include <map>
-#include <sstream>
 
 #include "apps/qloom/session.h"
-#include "platform/characters.h"
 #include "platform/encoding.h"
-#include "platform/file.h"
 #include "platform/number.h"
 #include "platform/ui/list_ctrl.h"
 #include "platform/ui/tree_ctrl.h"
@@ -223,16 +220,7 @@ void AddFileDialog(const FileDialogRequest& request, Json& json) {
 }  // namespace
 
 void AddScript(ScriptedUser& user, const std::string& path) {
-  std::istringstream lines(ReadWholeText(NativeNameToGbk(path)));
-  std::string text;
-  for (int number = 1; std::getline(lines, text); ++number) {
-    if (Trimmed(text).empty()) continue;
-    try {
-      AddLine(user, Json::parse(text));
-    } catch (const std::exception& error) {
-      throw Error(path + ", line " + std::to_string(number) + ": " + error.what());
-    }
-  }
+  ReadJsonLines(path, [&](const Json& line) { AddLine(user, line); });
 }
 
 Json FrontStateJson(const ScriptedUser& user, Json messages) {

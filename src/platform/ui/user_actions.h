@@ -10,9 +10,6 @@
 
 namespace loom {
 
-class CDateTimeCtrl;
-class CListCtrl;
-
 // What a person does with a control of the window in front; an empty one is nothing.
 struct UserAction {
   std::string text = {};  // UTF-8, the control's id stands behind it
@@ -33,29 +30,11 @@ TreeItem ItemAtPath(const CString& path);  // as CTreeCtrl::FindPath takes it
 TreeItem LeafNamed(const CString& text);   // the first one
 TreeItem LeafOrGroupNamed(const CString& text);
 
-// What refusals call a control of the class.
-template <class T>
-inline constexpr const char* kClassText = "control";
-template <>
-inline constexpr const char* kClassText<CButton> = "button";
-template <>
-inline constexpr const char* kClassText<CEdit> = "edit";
-template <>
-inline constexpr const char* kClassText<CComboBox> = "combo box";
-template <>
-inline constexpr const char* kClassText<CListCtrl> = "list";
-template <>
-inline constexpr const char* kClassText<CTreeCtrl> = "tree";
-template <>
-inline constexpr const char* kClassText<CMutiTreeCtrl> = "tree with boxes";
-template <>
-inline constexpr const char* kClassText<CDateTimeCtrl> = "date or time picker";
-
 // The control of a class; throws UiRefused where the window has none.
 template <class T>
 T& ItemFor(const CDialog& dialog, int id) {
   auto* const item = dynamic_cast<T*>(dialog.FindItem(id));
-  if (!item) throw UiRefused("there is no " + std::string(kClassText<T>) + " " + std::to_string(id));
+  if (!item) throw UiRefused("there is no control " + std::to_string(id) + " of that kind");
   return *item;
 }
 
