@@ -243,7 +243,7 @@ class FiguresTest(unittest.TestCase):
         self.assertEqual([2, 2, 1], [len(stream["series"]) for stream in lte])
         self.assertEqual("PBCH_RSRQ", page["elements"][lte[0]["series"][0]["element"]]["name"])
         self.assertEqual(["PCI 7", "PCI 8"], [cell["label"] for cell in lte[2]["cells"]["list"]])
-        self.assertIn("LTE columns", [note["name"] for note in page["notes"]])
+        self.assertIn("log refused", [note["name"] for note in page["notes"]])
 
     def test_a_thinned_stream_keeps_its_extremes_and_says_so(self):
         run = qloom(self.folder, "report", "drive.log", "--max-points", "100", "--out", "thin.html")
