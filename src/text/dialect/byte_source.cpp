@@ -4,6 +4,8 @@
 #include <cstring>
 #include <span>
 
+#include "platform/encoding.h"
+
 namespace loom::dialect {
 namespace {
 
@@ -55,6 +57,8 @@ FileSource::FileSource(const InputFile& file, const std::string& encoding, std::
   if (!is_utf8) transcoder_ = std::make_unique<Transcoder>("UTF-8", encoding);
   position_ = std::min(position_, end_);
 }
+
+std::string FileSource::Place() const { return GbkPathToNative(file_.path()) + ": "; }
 
 bool FileSource::Append(std::string& out) {
   if (position_ >= end_) return false;

@@ -16,6 +16,8 @@ class ByteSource {
   virtual ~ByteSource() = default;
   // Appends the next block; false at the end.
   virtual bool Append(std::string& out) = 0;
+  // "PATH: " for messages, in the system's encoding; empty for what is no file.
+  virtual std::string Place() const { return {}; }
 };
 
 class MemorySource final : public ByteSource {
@@ -33,6 +35,7 @@ class FileSource final : public ByteSource {
   // `encoding` as iconv names it, or "ASCII" (read as UTF-8). `limit_bytes`: no more of the file than that.
   FileSource(const InputFile& file, const std::string& encoding, std::uint64_t limit_bytes = UINT64_MAX);
   bool Append(std::string& out) override;
+  std::string Place() const override;
 
   std::uint64_t BadCount() const { return transcoder_ ? transcoder_->BadCount() : bad_count_; }
   std::uint64_t ZeroBytes() const { return zero_bytes_; }

@@ -160,7 +160,8 @@ void RecordReader::TakePart(Record& record) {
   Line line{};
   while (!FindPart(record, line)) {
     if (buffer_.size() - position_ > kCellMax)
-      throw Error("line " + std::to_string(line_) + ": a cell of more than " + std::to_string(kCellMax >> 20) + " MB");
+      throw Error(source_.Place() + "line " + std::to_string(line_) + ": a cell of more than " +
+                  std::to_string(kCellMax >> 20) + " MB");
     FillTo(buffer_.size() - position_ + 1);
   }
   HandOver(record);
