@@ -1,9 +1,9 @@
 #include "host/sinks/text_layers/geojson_check.h"
 
-#include <charconv>
 #include <nlohmann/json.hpp>
 
 #include "host/sinks/text_layers/line_reader.h"
+#include "host/sinks/text_layers/position_texts.h"
 
 namespace loom {
 namespace {
@@ -11,23 +11,6 @@ namespace {
 constexpr std::string_view kFeature = "{\"type\":\"Feature\",";
 constexpr std::string_view kCoordinates = "\"coordinates\":";
 constexpr std::string_view kProperties = "\"properties\":";
-
-// Every number pair between the brackets.
-template <class Visit>
-void ForEachPosition(std::string_view coordinates, Visit visit) {
-  const char* at = coordinates.data();
-  const char* const end = at + coordinates.size();
-  while (at < end) {
-    GeoPoint point;
-    const auto [behind, error] = std::from_chars(at, end, point.longitude);
-    if (error != std::errc()) {
-      ++at;
-      continue;
-    }
-    at = std::from_chars(behind + 1, end, point.latitude).ptr;
-    visit(point);
-  }
-}
 
 std::string_view CoordinatesOf(std::string_view line) {
   const std::string_view geometry = line.substr(0, line.find(kProperties));

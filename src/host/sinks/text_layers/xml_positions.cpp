@@ -2,10 +2,10 @@
 
 #include <expat.h>
 
-#include <charconv>
 #include <cstring>
 
 #include "host/sinks/text_layers/line_reader.h"
+#include "host/sinks/text_layers/position_texts.h"
 #include "platform/error.h"
 #include "platform/number.h"
 
@@ -49,18 +49,7 @@ struct XmlPositions::Reader {
 
   // "longitude,latitude longitude,latitude ..."
   void TakeCoordinates() {
-    const char* at = text.data();
-    const char* const end = at + text.size();
-    while (at < end) {
-      GeoPoint point;
-      const auto [behind, error] = std::from_chars(at, end, point.longitude);
-      if (error != std::errc()) {
-        ++at;
-        continue;
-      }
-      at = std::from_chars(behind + 1, end, point.latitude).ptr;
-      Take(point);
-    }
+    ForEachPosition(text, [this](const GeoPoint& point) { Take(point); });
     text.clear();
   }
 
